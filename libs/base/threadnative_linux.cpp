@@ -1,0 +1,11 @@
+#include "base/threadnative.h"
+
+#include <pthread.h>
+
+namespace quillon::native {
+
+void nameThisThread(char const* name) {
+    pthread_setname_np(pthread_self(), name);
+}
+
+} // namespace quillon::native

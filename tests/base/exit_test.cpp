@@ -1,0 +1,88 @@
+#include "support/temporarydirectory.h"
+
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+
+#include <chrono>
+#include <cstdlib>
+
+namespace {
+
+using namespace quillon;
+
+struct Ending {
+    int status;
+    double seconds;
+    std::string out, err;
+};
+
+Ending runProbe(std::string const& mode) {
+    test::TemporaryDirectory directory;
+    auto const start = std::chrono::steady_clock::now();
+    // The probe leaves threads behind on purpose; that alone is nothing for a sanitizer to complain of.
+    std::string const command = "TSAN_OPTIONS=\"$TSAN_OPTIONS report_thread_leaks=0\" '" EXITPROBE "' '" +
+                                mode + "' >'" + directory.path() + "/out' 2>'" + directory.path() + "/err'";
+    int const status = std::system(command.c_str());
+    std::chrono::duration<double> const took = std::chrono::steady_clock::now() - start;
+    return {status, took.count(), test::readFile(directory.file("out")),
+            test::readFile(directory.file("err"))};
+}
+
+/// Whether the parts stand in `text` in this order.
+bool inOrder(std::string const& text, std::initializer_list<char const*> parts) {
+    std::size_t at = 0;
+    for (char const* part : parts)
+        if ((at = text.find(part, at)) == std::string::npos)
+            return false;
+    return true;
+}
+
+} // namespace
+
+TEST(ProcessExit, staticObjectsCanLogAndUnsynchronisedThreadsDoNotDelay) {
+    for (char const* mode : {"plain", "unsynchronised"}) {
+        Ending const ending = runProbe(mode);
+        EXPECT_EQ(ending.status, 0) << mode;
+        EXPECT_EQ(ending.err, "") << mode;
+        EXPECT_LT(ending.seconds, 4) << mode;
+        EXPECT_TRUE(
+            inOrder(ending.out, {"[tag] TRACE Static.constructor before main\n", "[tag] TRACE main: ends\n",
+                                 "[tag] TRACE Static.destructor after main\n"}))
+            << ending.out;
+    }
+}
+
+TEST(ProcessExit, aConsoleThatHasQuitPrintsAtOnce) {
+    Ending const ending = runProbe("quit");
+    EXPECT_TRUE(
+        inOrder(ending.out, {"[tag] TRACE main: ends\n", "[tag] TRACE Static.destructor after main\n"}))
+        << ending.out;
+}
+
+TEST(ProcessExit, waitsForASynchronisedThread) {
+    Ending const ending = runProbe("ending");
+    EXPECT_EQ(ending.status, 0);
+    EXPECT_EQ(ending.err, "");
+    EXPECT_TRUE(inOrder(ending.out, {"TRACE main: ends\n", "[ending] TRACE Sleeper.main woke up\n"}))
+        << ending.out;
+}
+
+TEST(ProcessExit, givesUpOnASynchronisedThreadAfterFiveSeconds) {
+    Ending const ending = runProbe("linger");
+    EXPECT_EQ(ending.status, 0);
+    EXPECT_EQ(ending.err, "SynchroThread::~SynchroThread\tcannot wait for all threads termination for: 5s\n"
+                          "got 1 remaining threads\nSurvivors:\n * lingering\n");
+    EXPECT_GE(ending.seconds, 4.9);
+    EXPECT_LT(ending.seconds, 15);
+}
+
+TEST(ProcessExit, aThreadThatCannotBeStartedIsFatal) {
+    if (SANITIZED)
+        GTEST_SKIP() << "a sanitizer's own memory does not fit the limit";
+    Ending const ending = runProbe("no thread");
+    EXPECT_NE(ending.status, 0);
+    EXPECT_TRUE(inOrder(ending.out, {"ERROR Thread.run Not enough system resources to create the thread\n",
+                                     "ERROR Thread.run Resource temporarily unavailable\n"}))
+        << ending.out;
+    EXPECT_EQ(ending.out.find("main: ends"), std::string::npos);
+}

@@ -1,0 +1,184 @@
+#include "base/thread.h"
+
+#include "base/exception.h"
+#include "base/threadmanager.h"
+#include "support/logcapture.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <thread>
+
+using namespace quillon;
+
+namespace {
+
+class FunctionThread final : public Thread {
+public:
+    FunctionThread(String const& name, bool synchronised, std::function<void()> body)
+        : Thread(name, PRIORITY_NORMAL, synchronised), m_body(std::move(body)) {}
+    ~FunctionThread() override { join(); }
+    void main() override { m_body(); }
+
+private:
+    std::function<void()> m_body;
+};
+
+/// Lets threads wait until the test opens it.
+class Gate {
+public:
+    void open() {
+        TSynchronize<Mutex> lock(m_mutex);
+        m_open = true;
+        m_opened.broadcast();
+    }
+    void pass() {
+        TSynchronize<Mutex> lock(m_mutex);
+        while (!m_open)
+            m_opened.wait(m_mutex);
+    }
+
+private:
+    Mutex m_mutex;
+    Condition m_opened;
+    bool m_open = false;
+};
+
+} // namespace
+
+TEST(Thread, runsAgainAndAgain) {
+    Gate gate;
+    int runs = 0;
+    FunctionThread thread("again", true, [&] { ++runs, gate.pass(); });
+    EXPECT_FALSE(thread.isRunning());
+    EXPECT_TRUE(thread.join()) << "not running: nothing to wait for";
+    EXPECT_TRUE(thread.run());
+    EXPECT_TRUE(thread.isRunning());
+    EXPECT_FALSE(thread.run()) << "it runs already";
+    EXPECT_FALSE(thread.join(20));
+    gate.open();
+    EXPECT_TRUE(thread.join());
+    EXPECT_FALSE(thread.isRunning());
+    EXPECT_TRUE(thread.run(true));
+    EXPECT_TRUE(thread.join(10000));
+    EXPECT_EQ(runs, 2);
+}
+
+// run() once waited for ever for a thread that had finished before it was seen to start.
+TEST(Thread, startingOneThatEndsAtOnceDoesNotHang) {
+    for (int i = 0; i < 3000; ++i) {
+        FunctionThread thread("short", true, [] {});
+        thread.run();
+    }
+}
+
+TEST(Thread, knowsItself) {
+    EXPECT_TRUE(Thread::getMyIdString().starts("0x"));
+    for (bool const synchronised : {true, false}) {
+        String id;
+        bool knows = false;
+        FunctionThread thread("a name of some length", synchronised, [&] {
+            id = Thread::getMyIdString();
+            knows = Thread::getCurrentThread() == &thread && thread.isMyThread() && !thread.join();
+        });
+        thread.run();
+        thread.join();
+        EXPECT_TRUE(synchronised ? id == thread.getName() : id.starts("0x")) << id.str();
+        EXPECT_TRUE(knows);
+        EXPECT_FALSE(thread.isMyThread());
+    }
+}
+
+TEST(Thread, anEscapedExceptionIsLoggedAndEndsTheThread) {
+    test::LogCapture log;
+    char osName[32] = "";
+    FunctionThread thread("sixteen letters!", true, [&] {
+        pthread_getname_np(pthread_self(), osName, sizeof osName);
+        throw Exception("EX", "file", 1);
+    });
+    thread.run();
+    EXPECT_TRUE(thread.join(10000));
+    EXPECT_FALSE(thread.isRunning());
+    EXPECT_EQ(log.count("[sixteen letters!] ERROR Thread.thread_func Exception caught in main()\n"), 1u);
+    EXPECT_STREQ(osName, "sixteen letters");
+}
+
+TEST(Thread, synchronisedOnesAreWaitedFor) {
+    Gate gate;
+    FunctionThread counted("counted", true, [&] { gate.pass(); });
+    counted.run();
+    EXPECT_FALSE(Thread::waitAllThread(20));
+    EXPECT_EQ(threadManager().getRunningThreads().size(), 2u) << "the console's and this one";
+    gate.open();
+    EXPECT_TRUE(Thread::waitAllThread(10000));
+    Gate other;
+    FunctionThread ignored("ignored", false, [&] { other.pass(); });
+    ignored.run();
+    EXPECT_TRUE(Thread::waitAllThread(0));
+    other.open();
+}
+
+TEST(Thread, sleepEndsWhenWoken) {
+    Mutex mutex;
+    bool asleep = false, woken = false;
+    FunctionThread thread("sleeper", true, [&] {
+        TSynchronize<Mutex> lock(mutex);
+        asleep = true;
+        woken = thread.wait(60000, mutex) && !thread.sleep(1, mutex);
+    });
+    thread.run();
+    for (bool ready = false; !ready;) {
+        TSynchronize<Mutex> lock(mutex);
+        if ((ready = asleep))
+            thread.wakeUp();
+    }
+    EXPECT_TRUE(thread.join(10000));
+    EXPECT_TRUE(woken);
+}
+
+TEST(Condition, timedWaitTellsSignalFromTimeout) {
+    using namespace std::chrono;
+    Mutex mutex;
+    Condition condition;
+    auto const start = steady_clock::now();
+    {
+        TSynchronize<Mutex> lock(mutex);
+        EXPECT_FALSE(condition.wait(30, mutex));
+    }
+    EXPECT_FALSE(condition.wait(30, nomutex));
+    EXPECT_GE(steady_clock::now() - start, milliseconds(60));
+    TSynchronize<Mutex> lock(mutex);
+    std::thread signaller([&] {
+        TSynchronize<Mutex> inner(mutex); // free as soon as the test waits
+        condition.signal();
+    });
+    EXPECT_TRUE(condition.wait(60000, mutex));
+    mutex.unlock();
+    signaller.join();
+    mutex.lock();
+}
+
+// A lock without a native mutex is let go during the wait and held again afterwards.
+TEST(Condition, waitsWithAnyLock) {
+    struct Lock : IMutex {
+        void lock() override { m_mutex.lock(); }
+        void unlock() override { m_mutex.unlock(); }
+        Mutex m_mutex;
+    } lock;
+    Condition condition;
+    int turns = 0;
+    constexpr int rounds = 200;
+    auto const play = [&](int parity) {
+        TSynchronize<Lock> hold(lock);
+        while (turns < rounds) {
+            if (turns % 2 == parity)
+                ++turns, condition.broadcast();
+            else
+                condition.wait(5, lock);
+        }
+    };
+    std::thread other(play, 1);
+    play(0);
+    other.join();
+    EXPECT_EQ(turns, rounds);
+}

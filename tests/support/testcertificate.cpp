@@ -1,0 +1,84 @@
+#include "support/testcertificate.h"
+
+#include <openssl/ec.h>
+#include <openssl/pem.h>
+#include <openssl/ssl.h>
+#include <openssl/x509v3.h>
+
+#include <stdexcept>
+
+namespace quillon::test {
+
+namespace {
+
+template <auto free>
+struct Freer {
+    template <class T>
+    void operator()(T* object) const {
+        free(object);
+    }
+};
+
+using Key = std::unique_ptr<EVP_PKEY, Freer<EVP_PKEY_free>>;
+using Certificate = std::unique_ptr<X509, Freer<X509_free>>;
+using Extension = std::unique_ptr<X509_EXTENSION, Freer<X509_EXTENSION_free>>;
+using Bio = std::unique_ptr<BIO, Freer<BIO_free_all>>;
+
+void require(bool done, char const* what) {
+    if (!done)
+        throw std::runtime_error(std::string("test certificate: ") + what);
+}
+
+void addExtension(X509* certificate, int kind, char const* value) {
+    X509V3_CTX context;
+    X509V3_set_ctx_nodb(&context);
+    X509V3_set_ctx(&context, certificate, certificate, nullptr, nullptr, 0);
+    Extension const extension(X509V3_EXT_conf_nid(nullptr, &context, kind, value));
+    require(extension && X509_add_ext(certificate, extension.get(), -1) == 1, value);
+}
+
+Certificate makeCertificate(EVP_PKEY* key) {
+    constexpr long dayInSeconds = 24 * 60 * 60;
+    Certificate certificate(X509_new());
+    require(certificate != nullptr, "X509_new");
+    X509* const x509 = certificate.get();
+    X509_set_version(x509, X509_VERSION_3);
+    ASN1_INTEGER_set(X509_get_serialNumber(x509), 1);
+    X509_gmtime_adj(X509_getm_notBefore(x509), -dayInSeconds);
+    X509_gmtime_adj(X509_getm_notAfter(x509), dayInSeconds);
+    X509_set_pubkey(x509, key);
+    X509_NAME* const name = X509_get_subject_name(x509);
+    X509_NAME_add_entry_by_txt(name, "CN", MBSTRING_ASC, reinterpret_cast<unsigned char const*>("localhost"),
+                               -1, -1, 0);
+    X509_set_issuer_name(x509, name);
+    addExtension(x509, NID_subject_alt_name, "IP:127.0.0.1,DNS:localhost");
+    addExtension(x509, NID_basic_constraints, "critical,CA:TRUE");
+    require(X509_sign(x509, key, EVP_sha256()) != 0, "X509_sign");
+    return certificate;
+}
+
+std::string toPem(X509* certificate) {
+    Bio const bio(BIO_new(BIO_s_mem()));
+    require(bio && PEM_write_bio_X509(bio.get(), certificate) == 1, "PEM_write_bio_X509");
+    char* bytes = nullptr;
+    long const count = BIO_get_mem_data(bio.get(), &bytes);
+    return std::string(bytes, static_cast<std::size_t>(count));
+}
+
+} // namespace
+
+void TestCertificate::Free::operator()(ssl_ctx_st* context) const {
+    SSL_CTX_free(context);
+}
+
+TestCertificate::TestCertificate() : m_context(SSL_CTX_new(TLS_server_method())) {
+    require(m_context != nullptr, "SSL_CTX_new");
+    Key const key(EVP_EC_gen("P-256"));
+    require(key != nullptr, "EVP_EC_gen");
+    Certificate const certificate = makeCertificate(key.get());
+    require(SSL_CTX_use_certificate(m_context.get(), certificate.get()) == 1, "SSL_CTX_use_certificate");
+    require(SSL_CTX_use_PrivateKey(m_context.get(), key.get()) == 1, "SSL_CTX_use_PrivateKey");
+    m_pem = toPem(certificate.get());
+}
+
+} // namespace quillon::test
