@@ -1,0 +1,42 @@
+#include "xml/attributevalue.h"
+
+#include "base/log.h"
+#include "xml/cursor.h"
+#include "xml/references.h"
+
+namespace quillon::xml {
+
+namespace {
+
+[[noreturn]] void fail(String const& text, int line) {
+    log(ERROR, "xml.AttributeValue", "parse", text);
+    throw EXmlAttributeValue("EXmlAttributeValue", "libs/xml/attributevalue.cpp", line);
+}
+
+constexpr char character(AttributeValue::Quote quote) {
+    return quote == AttributeValue::Quote::simpleQuote ? '\'' : '"';
+}
+
+} // namespace
+
+AttributeValue AttributeValue::parse(Cursor& cursor) {
+    if (!cursor.at('"') && !cursor.at('\''))
+        fail("invalid attribute value (missing value with =)", __LINE__);
+    Quote const quote = cursor.at('"') ? Quote::doubleQuote : Quote::simpleQuote;
+    Cursor const start = cursor;
+    String raw;
+    cursor.skip(character(quote));
+    if (!cursor.readPast(character(quote), raw) || raw.find('<') != String::npos)
+        fail("bad xml file format: " + start.excerpt(), __LINE__);
+    return AttributeValue(decodeReferences(raw), quote);
+}
+
+String AttributeValue::toXml() const {
+    char const quote = character(m_quote);
+    String out;
+    out.append(quote);
+    appendEscaped(out, m_value, quote);
+    return out.append(quote);
+}
+
+} // namespace quillon::xml

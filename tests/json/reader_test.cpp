@@ -1,0 +1,159 @@
+#include "base/serializearray.h"
+#include "support/logcapture.h"
+#include "json/JSONPolyReader.h"
+#include "json/JSONWrapperFromString.h"
+
+#include <gtest/gtest.h>
+
+using namespace quillon;
+using namespace quillon::json;
+
+namespace {
+
+/// A document with its reader.
+struct Document {
+    explicit Document(std::string_view text)
+        : json(String::copyOf(text)), poly(json.getReader()), reader(*poly) {}
+
+    JSONWrapperFromString json;
+    JSONPolyReader poly;
+    IKeyReader& reader;
+};
+
+template <class T>
+T value(IKeyReader& reader) {
+    T result{};
+    reader.read(result);
+    return result;
+}
+
+template <class T>
+T value(std::string_view text) {
+    return value<T>(Document(text).reader);
+}
+
+} // namespace
+
+TEST(JsonReader, suitsTheTypeOfTheValue) {
+    static constexpr struct {
+        char const* text;
+        char const* reader;
+    } cases[] = {{"null", "JSONNullReader"},  {"1", "JSONValueReader"},     {"1.5", "JSONValueReader"},
+                 {"\"\"", "JSONValueReader"}, {"false", "JSONValueReader"}, {"[]", "JSONArrayReader"},
+                 {"{}", "JSONObjectReader"}};
+    for (auto const& c : cases) {
+        Document document(c.text);
+        EXPECT_EQ(document.poly.getType(), document.json.getType());
+        EXPECT_STREQ(static_cast<JSONReader&>(document.reader).getClassName(), c.reader);
+    }
+}
+
+TEST(JsonReader, convertsScalarsAsJsoncppDoes) {
+    EXPECT_EQ(value<String>("\"text\""), "text");
+    EXPECT_EQ(value<String>("12"), "12");
+    EXPECT_EQ(value<int>("-12"), -12);
+    EXPECT_EQ(value<unsigned>("4294967295"), 4294967295u);
+    EXPECT_TRUE(value<bool>("true"));
+    EXPECT_EQ(value<Memory>("\"by\\u0000tes\""), Memory("by\0tes", 6));
+}
+
+TEST(JsonReader, aConversionThatFailsIsAPlainKeyReaderError) {
+    auto const failure = [](auto read) -> String {
+        try {
+            read();
+            return "none";
+        } catch (EJsonKeyReader const&) {
+            return "EJsonKeyReader";
+        } catch (EKeyReader const& e) {
+            return e.toString().range(0, e.toString().rfind(':'));
+        }
+    };
+    EXPECT_EQ(failure([] { value<int>("\"12\""); }), "EKeyReader:JSONReader.cpp");
+    EXPECT_EQ(failure([] { value<unsigned>("-1"); }), "EKeyReader:JSONReader.cpp");
+    EXPECT_EQ(failure([] { value<bool>("\"true\""); }), "EKeyReader:JSONReader.cpp");
+    EXPECT_EQ(failure([] { value<short>("1"); }), "EJsonKeyReader");
+    EXPECT_EQ(failure([] { value<String>("{}"); }), "EJsonKeyReader");
+    EXPECT_EQ(failure([] { value<int>("[1]"); }), "EJsonKeyReader");
+    EXPECT_EQ(failure([] { value<String>("null"); }), "EJsonKeyReader");
+}
+
+TEST(JsonReader, refusesWhatItsTypeDoesNotHave) {
+    for (char const* const text : {"null", "1", "\"s\""}) {
+        Document document(text);
+        EXPECT_FALSE(document.reader.exists("a"));
+        EXPECT_EQ(document.reader.size("a"), 0u);
+        EXPECT_THROW(document.reader["a"], EJsonKeyReader);
+        EXPECT_THROW(document.reader.sizeToRead(), EJsonKeyReader);
+        EXPECT_THROW(document.reader.getReadPos(), EJsonKeyReader);
+        EXPECT_THROW(document.reader.setReadPos(0), EJsonKeyReader);
+        EXPECT_FALSE(document.reader.hasAttribute("a"));
+        EXPECT_EQ(document.reader.getAttribute("a"), "");
+    }
+}
+
+TEST(JsonObjectReader, aNullMemberCountsAsAbsent) {
+    Document document(R"({"a":null,"b":{"c":"d"},"e":false})");
+    IKeyReader& reader = document.reader;
+    EXPECT_FALSE(reader.exists("a"));
+    EXPECT_EQ(reader.size("a"), 0u);
+    EXPECT_TRUE(reader.exists("b"));
+    EXPECT_EQ(reader.size(String("b")), 1u);
+    EXPECT_TRUE(reader.exists("e"));
+    EXPECT_FALSE(reader.exists("B"));
+    EXPECT_EQ(value<String>(reader["b"]["c"]), "d");
+    EXPECT_EQ(value<String>(reader["b"]["c"]), "d");
+    EXPECT_THROW(value<String>(reader["a"]), EJsonKeyReader);
+    EXPECT_THROW(reader["x"], EJsonKeyReader);
+}
+
+TEST(JsonObjectReader, membersKeepTheirReaders) {
+    Document document(R"({"list":[1,2],"other":3})");
+    EXPECT_EQ(value<int>(document.reader["list"]["x"]), 1);
+    IKeyReader& other = document.reader["other"];
+    EXPECT_EQ(value<int>(document.reader["list"]["x"]), 2);
+    EXPECT_EQ(value<int>(other), 3);
+    EXPECT_THROW(document.reader["list"]["x"], EJsonKeyReader);
+}
+
+TEST(JsonArrayReader, givesItsElementsInOrderWhateverTheKey) {
+    Document document(R"([1,"two",[3],null])");
+    EXPECT_EQ(document.reader.size("any"), 4u);
+    EXPECT_EQ(value<int>(document.reader["a"]), 1);
+    EXPECT_EQ(value<String>(document.reader[String("b")]), "two");
+    EXPECT_EQ(value<int>(document.reader["a"]["x"]), 3);
+    EXPECT_THROW(value<String>(document.reader["a"]), EJsonKeyReader);
+    EXPECT_THROW(document.reader["a"], EJsonKeyReader);
+    EXPECT_EQ(document.reader.size("a"), 4u);
+}
+
+TEST(JsonArrayReader, fillsLists) {
+    static constexpr struct {
+        char const* text;
+        char const* joined;
+    } cases[] = {{"[]", ""}, {R"(["c","a","b"])", "c,a,b"}, {"[1,true]", "1,true"}};
+    for (auto const& c : cases) {
+        Vector<String> list("whatever");
+        list.add("old");
+        Document(c.text).reader.read(static_cast<ISerialize&>(list));
+        Strings items;
+        for (String const& item : list)
+            items.add(item);
+        EXPECT_EQ(String(",").glue(items), c.joined) << c.text;
+    }
+}
+
+TEST(JsonReader, readsLongListsAndDeepDocuments) {
+    std::string text = "[0";
+    for (unsigned i = 1; i < 100000; ++i)
+        text += ",0";
+    List<String> list("x");
+    Document(text + "]").reader.read(static_cast<ISerialize&>(list));
+    EXPECT_EQ(list.size(), 100000u);
+
+    constexpr unsigned deep = 900;
+    Document document(std::string(deep, '[') + "7" + std::string(deep, ']'));
+    IKeyReader* level = &document.reader;
+    for (unsigned i = 0; i < deep; ++i)
+        level = &(*level)["x"];
+    EXPECT_EQ(value<int>(*level), 7);
+}

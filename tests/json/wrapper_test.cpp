@@ -1,0 +1,131 @@
+#include "support/logcapture.h"
+#include "json/JSONWrapperConstIterator.h"
+#include "json/JSONWrapperFromString.h"
+
+#include <gtest/gtest.h>
+
+using namespace quillon;
+using namespace quillon::json;
+
+namespace {
+
+JSONWrapperFromString parsed(std::string_view text) {
+    return JSONWrapperFromString(String::copyOf(text));
+}
+
+std::string repeated(std::string_view piece, unsigned count) {
+    std::string text;
+    while (count-- > 0)
+        text += piece;
+    return text;
+}
+
+} // namespace
+
+TEST(JsonWrapper, givesTheTypesOfTheDocument) {
+    static constexpr struct {
+        char const* text;
+        JSON::Type type;
+    } cases[] = {{"null", JSON::nullValue},
+                 {"-1", JSON::intValue},
+                 {"18446744073709551615", JSON::uintValue},
+                 {"1.5", JSON::realValue},
+                 {"\"s\"", JSON::stringValue},
+                 {"true", JSON::booleanValue},
+                 {"[]", JSON::arrayValue},
+                 {"{}", JSON::objectValue},
+                 {"// c\n1 /* d */", JSON::intValue},
+                 {"[1] behind", JSON::arrayValue}};
+    for (auto const& c : cases)
+        EXPECT_EQ(parsed(c.text).getType(), c.type) << c.text;
+}
+
+TEST(JsonWrapper, refusesWhatIsNoJson) {
+    for (char const* const text : {"", "  ", "{", "[1", "[1,]", "{\"a\":1,}", "{a:1}", "{\"a\"}", "\"open",
+                                   "'s'", "nul", "[1 2]", "\"\\x\"", "NaN", "\xEF\xBB\xBF[]", "<html>"}) {
+        test::LogCapture log;
+        EXPECT_THROW(JSONWrapperFromString{text}, EJsonError) << text;
+        EXPECT_EQ(log.lines().size(), 1u) << log.text();
+        EXPECT_TRUE(log.contains("ERROR JSONWrapperFromString.JSONWrapperFromString unable to parse json !"));
+    }
+}
+
+TEST(JsonWrapper, stringsKeepTheirBytes) {
+    using namespace std::string_view_literals;
+    EXPECT_EQ(parsed(R"("a\u0000b")").asString().view(), "a\0b"sv);
+    EXPECT_EQ(parsed(R"("\u20ac\ud83d\ude00\n")").asString().view(), "\xE2\x82\xAC\xF0\x9F\x98\x80\n");
+    EXPECT_EQ(parsed("\"\xFF\xC3\"").asString().view(), "\xFF\xC3");
+}
+
+TEST(JsonWrapper, convertsScalarsAndRefusesTheRest) {
+    EXPECT_EQ(parsed("12").asString(), "12");
+    EXPECT_EQ(parsed("true").asString(), "true");
+    EXPECT_EQ(parsed("2.0").asInt(), 2);
+    EXPECT_EQ(parsed("4294967295").asUInt(), 4294967295u);
+    EXPECT_TRUE(parsed("1").asBool());
+    test::LogCapture log;
+    EXPECT_THROW(parsed("\"12\"").asInt(), EJsonError);
+    EXPECT_THROW(parsed("-1").asUInt(), EJsonError);
+    EXPECT_THROW(parsed("2147483648").asInt(), EJsonError);
+    EXPECT_THROW(parsed("1e300").asInt(), EJsonError);
+    EXPECT_THROW(parsed("\"true\"").asBool(), EJsonError);
+    EXPECT_THROW(parsed("[]").asString(), EJsonError);
+    EXPECT_THROW(parsed("{}").asUInt(), EJsonError);
+    EXPECT_EQ(log.count("ERROR JSONWrapper.as"), 7u);
+}
+
+TEST(JsonWrapper, reachesMembersByName) {
+    using namespace std::string_view_literals;
+    auto const object = parsed(R"({"b":1,"a":{"c":[true]},"":2,"n\u0000l":3,"é":4,"b":5})");
+    EXPECT_EQ(object["b"].asInt(), 5); // the last one counts
+    EXPECT_EQ(object[""].asInt(), 2);
+    EXPECT_EQ(object[String::copyOf("n\0l"sv)].asInt(), 3);
+    EXPECT_EQ(object.operator[]<String>("é").asInt(), 4);
+    EXPECT_EQ(object["a"]["c"].getType(), JSON::arrayValue);
+    EXPECT_EQ(object["absent"]["of absent"].getType(), JSON::nullValue);
+    EXPECT_THROW(object["b"]["of a number"], EJsonError);
+    EXPECT_THROW(parsed("[]")["of an array"], EJsonError);
+
+    Strings const names = object.getMemberNames();
+    ASSERT_EQ(names.size(), 5u);
+    EXPECT_EQ(names[1], "a");
+    EXPECT_EQ(parsed("null").getMemberNames().size(), 0u);
+    EXPECT_THROW(parsed("[]").getMemberNames(), EJsonError);
+}
+
+TEST(JsonWrapper, isIterated) {
+    String all;
+    for (JSONWrapper const element : parsed("[1,[2],\"3\"]"))
+        all.append(element.getType() == JSON::arrayValue ? String("-") : element.asString());
+    EXPECT_EQ(all, "1-3");
+    auto const object = parsed(R"({"b":1,"a":2})");
+    auto it = object.begin();
+    EXPECT_EQ(it.name(), "a");
+    EXPECT_EQ((*it++).asInt(), 2);
+    EXPECT_EQ(it.name(), "b");
+    EXPECT_EQ(++it, object.end());
+    for (char const* const empty : {"null", "[]", "{}", "1", "\"text\""}) {
+        auto const json = parsed(empty);
+        EXPECT_EQ(json.begin(), json.end()) << empty;
+    }
+}
+
+TEST(JsonWrapper, copiesShareTheDocument) {
+    auto copy = std::make_unique<JSONWrapperFromString>("[\"x\"]");
+    JSONWrapperFromString const kept(*copy);
+    EXPECT_EQ(&copy->get_ref(), &kept.get_ref());
+    copy.reset();
+    EXPECT_EQ((*kept.begin()).asString(), "x");
+}
+
+TEST(JsonWrapper, hostileTextsEndQuickly) {
+    constexpr unsigned many = 100000;
+    EXPECT_THROW(parsed(repeated("[", many)), EJsonError);
+    EXPECT_THROW(parsed(repeated("[", many) + repeated("]", many)), EJsonError);
+    EXPECT_THROW(parsed(repeated("{\"a\":", many)), EJsonError);
+    EXPECT_NO_THROW(parsed(repeated("[", 900) + repeated("]", 900)));
+    EXPECT_THROW(parsed("\"" + repeated("\\\"", many)), EJsonError);
+    // Comments far behind the value that they belong to: jsoncpp would search the blanks for each of them.
+    EXPECT_NO_THROW(parsed("[1" + std::string(10 * many, ' ') + "\n" + repeated("//\n", 5 * many) + "]"));
+    EXPECT_THROW(parsed("[1" + repeated("/*", many)), EJsonError);
+}
