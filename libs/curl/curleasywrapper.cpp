@@ -1,0 +1,203 @@
+#include "curl/curleasywrapper.h"
+
+#include "curl/longhead.h"
+#include "curl/transfercallbacks.h"
+
+#include "http/uri.h"
+
+#include "base/log.h"
+
+#include <curl/curl.h>
+
+#include <limits>
+#include <optional>
+
+namespace quillon {
+
+namespace {
+
+constexpr long connectTimeoutS = 30;
+constexpr long standstillTimeoutS = 60;
+constexpr char const* allowedProtocols = "http,https";
+
+CURL* makeHandle() {
+    CURL* const handle = curl_easy_init();
+    if (!handle) {
+        log(ERROR, "DownloadManager", "downloadFileTo", "Cannot init CURL context");
+        throw ECurl("ECurl", "libs/curl/curlwrapper.cpp", 183);
+    }
+    return handle;
+}
+
+/// Sets options until one is refused.
+class Options {
+public:
+    explicit Options(CURL* handle) : m_handle(handle) {}
+
+    template <class T>
+    Options& set(CURLoption option, T value) {
+        if (m_result == CURLE_OK)
+            m_result = curl_easy_setopt(m_handle, option, value);
+        return *this;
+    }
+    CURLcode result() const { return m_result; }
+
+private:
+    CURL* m_handle;
+    CURLcode m_result = CURLE_OK;
+};
+
+} // namespace
+
+void CurlEasyWrapper::Cleanup::operator()(CURL* handle) const {
+    curl_easy_cleanup(handle);
+}
+
+CurlEasyWrapper::CurlEasyWrapper() : m_handle(makeHandle()), m_cookies(m_handle.get()) {
+    static_assert(sizeof m_errorBuffer >= CURL_ERROR_SIZE);
+    CURLcode const result = Options(m_handle.get())
+                                .set(CURLOPT_ERRORBUFFER, m_errorBuffer)
+                                .set(CURLOPT_NOSIGNAL, 1L)
+                                .set(CURLOPT_FOLLOWLOCATION, 0L)
+                                .set(CURLOPT_PROTOCOLS_STR, allowedProtocols)
+                                .set(CURLOPT_REDIR_PROTOCOLS_STR, allowedProtocols)
+                                .result();
+    if (result != CURLE_OK) {
+        log(ERROR, "CurlEasyWrapper", "CurlEasyWrapper", "Cannot set up CURL context");
+        throw ECurl(result, "ECurl", "libs/curl/curleasywrapper.cpp", __LINE__);
+    }
+    setTimeLimits(std::chrono::seconds(connectTimeoutS), std::chrono::seconds(standstillTimeoutS));
+}
+
+CurlEasyWrapper::~CurlEasyWrapper() = default;
+
+void CurlEasyWrapper::setTimeLimits(std::chrono::seconds connecting, std::chrono::seconds standstill) {
+    Options(m_handle.get())
+        .set(CURLOPT_CONNECTTIMEOUT, static_cast<long>(connecting.count()))
+        .set(CURLOPT_LOW_SPEED_LIMIT, 1L)
+        .set(CURLOPT_LOW_SPEED_TIME, static_cast<long>(standstill.count()));
+}
+
+bool CurlEasyWrapper::request(String const& url, IWriter& out, String const& postData) {
+    return request(url, &writeToWriter, &out, postData);
+}
+
+bool CurlEasyWrapper::request(String const& url, Memory& out, String const& postData) {
+    MemoryTarget target{out};
+    return request(url, &writeToMemory, &target, postData);
+}
+
+bool CurlEasyWrapper::request(String const& url, WriteCallback callback, void* callbackData,
+                              String const& postData) {
+    m_lastRespHeader = http::ResponseHeader();
+    m_errorBuffer[0] = '\0'; // not every failure fills it
+    m_lastVerifyResult = 0;
+    m_lastErrorCode = setUpTransfer(url, callback, callbackData, postData);
+    if (m_lastErrorCode == CURLE_OK)
+        m_lastErrorCode = perform(url);
+    if (m_lastErrorCode != CURLE_OK)
+        log(ERROR, "CurlEasyWrapper", "request",
+            lastErrorString() + " (#" + toString(m_lastErrorCode) + ") [" + lastErrorBuf() + "]");
+    return m_lastErrorCode == CURLE_OK;
+}
+
+int CurlEasyWrapper::setUpTransfer(String const& url, WriteCallback callback, void* callbackData,
+                                   String const& postData) {
+    // A text that str() would cut names another resource than the one whose policy was looked up.
+    if (url.find('\0') != String::npos)
+        return CURLE_URL_MALFORMAT;
+    if (m_proxyError != CURLE_OK)
+        return m_proxyError;
+    // str() may move a string's bytes, which must not happen to a string that other threads use too.
+    String const target(url);
+    Options options(m_handle.get());
+    options.set(CURLOPT_URL, target.str())
+        .set(CURLOPT_WRITEFUNCTION, callback)
+        .set(CURLOPT_WRITEDATA, callbackData)
+        .set(CURLOPT_HEADERFUNCTION, &readHeaderLine)
+        .set(CURLOPT_HEADERDATA, static_cast<void*>(&m_lastRespHeader))
+        .set(CURLOPT_USERAGENT, m_userAgent.empty() ? nullptr : m_userAgent.str())
+        .set(CURLOPT_SSL_VERIFYHOST, m_verifySsl ? 2L : 0L)
+        .set(CURLOPT_SSL_VERIFYPEER, m_verifySsl ? 1L : 0L)
+        .set(CURLOPT_CERTINFO, 1L)
+        .set(CURLOPT_SSL_OPTIONS, static_cast<long>(CURLSSLOPT_NO_REVOKE));
+    if (postData.empty()) {
+        // Takes back the body of an earlier request on this handle.
+        options.set(CURLOPT_POSTFIELDS, static_cast<char const*>(nullptr)).set(CURLOPT_HTTPGET, 1L);
+    } else {
+        // The size goes first: without it libcurl would measure the body up to its first NUL.
+        options.set(CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(postData.length()))
+            .set(CURLOPT_POSTFIELDS, postData.array());
+    }
+    return options.result();
+}
+
+int CurlEasyWrapper::perform(String const& url) {
+    std::optional<LongHead> longHead;
+    if (LongHead::isNeeded(url, m_userAgent.length() + m_proxyLength, m_cookies))
+        longHead.emplace(m_handle.get(), url, m_cookies, m_lastRespHeader);
+    CURLcode const result = curl_easy_perform(m_handle.get());
+    curl_easy_getinfo(m_handle.get(), CURLINFO_SSL_VERIFYRESULT, &m_lastVerifyResult);
+    return result;
+}
+
+void CurlEasyWrapper::setProxy(Proxy const& proxy) {
+    switch (proxy.getType()) {
+    case Proxy::SOCKS4:
+        return useProxy(CURLPROXY_SOCKS4, proxy);
+    case Proxy::SOCKS5:
+        return useProxy(CURLPROXY_SOCKS5, proxy);
+    case Proxy::HTTP_CONNECT:
+        return useProxy(CURLPROXY_HTTP, proxy);
+    case Proxy::NO_PROXY:
+        m_proxyError = curl_easy_setopt(m_handle.get(), CURLOPT_PROXY, nullptr);
+        return;
+    }
+    log(ERROR, "CurlEasyWrapper", "setProxy", "unknown proxy type");
+    throw Exception("Exception", "libs/curl/curlwrapper.cpp", 284);
+}
+
+void CurlEasyWrapper::useProxy(long type, Proxy const& proxy) {
+    String const host = proxy.getHost();
+    String const login = proxy.getCredentials().getLogin();
+    String const password = proxy.getCredentials().getPassword();
+    m_proxyLength = login.length() + password.length();
+    m_proxyError = Options(m_handle.get())
+                       .set(CURLOPT_PROXYTYPE, type)
+                       .set(CURLOPT_PROXY, host.str())
+                       .set(CURLOPT_PROXYAUTH, static_cast<long>(CURLAUTH_ANY))
+                       .set(CURLOPT_PROXYUSERNAME, login.str())
+                       .set(CURLOPT_PROXYPASSWORD, password.str())
+                       .result();
+}
+
+void CurlEasyWrapper::setShare(CURLSH* share) {
+    curl_easy_setopt(m_handle.get(), CURLOPT_SHARE, share);
+}
+
+void CurlEasyWrapper::removeShare() {
+    curl_easy_setopt(m_handle.get(), CURLOPT_SHARE, nullptr);
+}
+
+String CurlEasyWrapper::urlEncodeString(String const& text) const {
+    // A length of 0 would make libcurl measure the bytes itself.
+    if (text.empty())
+        return String();
+    if (text.length() <= static_cast<unsigned>(std::numeric_limits<int>::max()))
+        if (std::unique_ptr<char, void (*)(void*)> const encoded(
+                curl_easy_escape(m_handle.get(), text.array(), static_cast<int>(text.length())), &curl_free);
+            encoded)
+            return String::copyOf(encoded.get());
+    // libcurl refuses texts of several megabytes.
+    return http::Uri::encode(text);
+}
+
+String CurlEasyWrapper::lastErrorString() const {
+    return String::copyOf(curl_easy_strerror(static_cast<CURLcode>(m_lastErrorCode)));
+}
+
+String CurlEasyWrapper::lastErrorBuf() const {
+    return String::copyOf(m_errorBuffer);
+}
+
+} // namespace quillon

@@ -1,0 +1,103 @@
+// One libcurl easy handle.
+#pragma once
+
+#include "curl/cookiejar.h"
+#include "curl/curlinitializer.h"
+#include "curl/ecurl.h"
+
+#include "http/responseheader.h"
+
+#include "base/proxy.h"
+#include "base/writer.h"
+
+#include <chrono>
+#include <memory>
+
+typedef void CURL;
+typedef void CURLSH;
+
+namespace quillon {
+
+/// Performs HTTP and HTTPS transfers, one at a time, and keeps the outcome of the last one. Other protocols
+/// are refused and redirects are not followed. Connecting is given up after 30 s, a transfer that moves no
+/// byte after 60 s. The handle keeps its cookies from one transfer to the next. One thread at a time.
+class CurlEasyWrapper {
+public:
+    /// Gets `count` elements of `size` bytes of the body and the callback's data; returns how many bytes it
+    /// took, fewer to end the transfer. Called on the thread that makes the request; must not throw.
+    using WriteCallback = std::size_t (*)(char* bytes, std::size_t size, std::size_t count, void* data);
+
+    /// Throws ECurl when libcurl gives no handle.
+    CurlEasyWrapper();
+    ~CurlEasyWrapper();
+    CurlEasyWrapper(CurlEasyWrapper const&) = delete;
+    CurlEasyWrapper& operator=(CurlEasyWrapper const&) = delete;
+
+    /// Transfers `url` and blocks until that is done: a POST of `postData`, or a GET when it is empty. True
+    /// when the transfer was completed, whatever the HTTP status; a failure is logged.
+    bool request(String const& url, WriteCallback callback, void* callbackData, String const& postData);
+    /// The body goes to a writer piece by piece; the transfer fails when the writer throws.
+    bool request(String const& url, IWriter& out, String const& postData = String());
+    /// The body is appended to `out`; the transfer fails when that exceeds MemoryTarget::maxBodySize (256
+    /// MB).
+    bool request(String const& url, Memory& out, String const& postData = String());
+
+    /// Empty, which it is at first: none is sent.
+    void setUserAgent(String const& userAgent) { m_userAgent = userAgent.owned(); }
+    String const& getUserAgent() const noexcept { return m_userAgent; }
+    /// Whether the peer's certificate and its name are checked; they are at first.
+    void setVerifySsl(bool verify) noexcept { m_verifySsl = verify; }
+    /// Puts a cookie into the handle's store; a cookie with an empty value is sent too.
+    void setCookie(http::SetCookie const& cookie) { m_cookies.set(cookie); }
+    /// Puts in a copy of another handle's cookies.
+    void copyCookies(CurlEasyWrapper const& other) { m_cookies.copyFrom(other.m_cookies); }
+    /// Carries over what happened to the cookies of a copy between two calls of its listCookies().
+    void mergeCookies(Strings const& before, Strings const& after) { m_cookies.merge(before, after); }
+    /// The cookies that have a domain, as lines of the Netscape cookie file.
+    Strings listCookies() const { return m_cookies.lines(); }
+    /// "none" leaves the proxy to libcurl, which looks at the environment. Throws Exception for an unknown
+    /// type.
+    void setProxy(Proxy const& proxy);
+    /// `share` must live until removeShare() or the handle's end.
+    void setShare(CURLSH* share);
+    void removeShare();
+    /// How long connecting may take and how long no byte may move, in place of 30 s and 60 s.
+    void setTimeLimits(std::chrono::seconds connecting, std::chrono::seconds standstill);
+
+    /// Percent-encodes every byte but letters, digits, "-", ".", "_" and "~".
+    String urlEncodeString(String const& text) const;
+
+    /// libcurl's result code of the last transfer; 0 is success.
+    int lastErrorCode() const noexcept { return m_lastErrorCode; }
+    /// libcurl's text for that code.
+    String lastErrorString() const;
+    /// libcurl's details of the last transfer's failure; may be empty.
+    String lastErrorBuf() const;
+    /// The header of the last reply of the last transfer.
+    http::ResponseHeader const& lastRespHeader() const noexcept { return m_lastRespHeader; }
+    /// The verification's verdict on the peer's certificate in the last transfer (X509_V_...); 0 is success.
+    long lastVerifyResult() const noexcept { return m_lastVerifyResult; }
+
+private:
+    struct Cleanup {
+        void operator()(CURL* handle) const;
+    };
+
+    int setUpTransfer(String const& url, WriteCallback callback, void* callbackData, String const& postData);
+    int perform(String const& url);
+    void useProxy(long type, Proxy const& proxy);
+
+    std::shared_ptr<CurlInitializer> const m_initializer = CurlInitializer::instance();
+    std::unique_ptr<CURL, Cleanup> const m_handle;
+    bool m_verifySsl = true;
+    char m_errorBuffer[256] = {};
+    int m_lastErrorCode = 0;
+    String m_userAgent;
+    http::ResponseHeader m_lastRespHeader;
+    long m_lastVerifyResult = 0;
+    int m_proxyError = 0;       // a request must not go without the proxy that it was given
+    unsigned m_proxyLength = 0; // bytes that the proxy's credentials may add to a head
+    CookieJar m_cookies;
+};
+
+} // namespace quillon

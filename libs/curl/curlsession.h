@@ -1,0 +1,74 @@
+// One logical HTTP(S) session.
+#pragma once
+
+#include "curl/curleasywrapper.h"
+#include "curl/requestinfo.h"
+
+#include "base/mutex.h"
+
+#include <memory>
+
+namespace quillon {
+
+/// Makes any number of requests, each on a fresh handle, with one cookie store, one DNS cache and one cache
+/// of TLS sessions among them. An application overrides verifySSL() and getProxy() to decide on each URL.
+///
+/// Several threads may make requests at once. libcurl's share carries the DNS and TLS caches only, because it
+/// does not support sharing cookies between handles that transfer concurrently. The session keeps the cookies
+/// itself: the base wrapper's handle, which makes no transfers, is the jar. Under the session's lock each new
+/// handle gets a copy of the jar's cookies, and after its transfer what the reply added, replaced or removed
+/// is carried over to the jar.
+///
+/// Bodies are appended to a Memory (up to 256 MB) or go to a writer piece by piece, on the calling thread.
+class CurlSession {
+public:
+    /// Throws ECurl when libcurl gives no share or no handle.
+    CurlSession();
+    CurlSession(CurlSession const&) = delete;
+    CurlSession& operator=(CurlSession const&) = delete;
+
+    /// Whether the certificate of this URL's server is checked; yes for every one. Called once for each
+    /// request, on its thread.
+    virtual bool verifySSL(String const& url);
+    /// The proxy for this URL; none. Called as verifySSL().
+    virtual Proxy getProxy(String const& url);
+    /// No request may be under way, and the handles made by newHandle() must be gone.
+    virtual ~CurlSession();
+
+    /// Each form blocks until the transfer is done; a GET, or a POST when there is a body that is not empty.
+    /// True when the transfer was completed, whatever the HTTP status; a failure is logged. `info` is filled
+    /// in either case. Throws what verifySSL() and getProxy() throw, ECurl when libcurl gives no handle, and
+    /// Exception for a proxy of an unknown type.
+    bool request(String const& url, IWriter& out);
+    bool request(String const& url, Memory& out);
+    bool request(String const& url, IWriter& out, String const& postData);
+    bool request(String const& url, Memory& out, String const& postData);
+    bool request(String const& url, IWriter& out, IRequestInfo& info);
+    bool request(String const& url, Memory& out, IRequestInfo& info);
+
+    /// Puts a cookie into the session's store. Any thread.
+    void setCookie(http::SetCookie const& cookie);
+    /// Sets the user agent of later requests. Any thread.
+    void setUserAgent(String const& userAgent);
+    /// Percent-encodes every byte but letters, digits, "-", ".", "_" and "~". Any thread.
+    String urlEncodeString(String const& text) const;
+    /// A handle with the session's caches and user agent and a copy of its cookies. It belongs to the caller,
+    /// who destroys it before the session; what its transfers do to its cookies stays with it. Any thread.
+    std::unique_ptr<CurlEasyWrapper> newHandle();
+    /// The session's cookies that have a domain, as lines of the Netscape cookie file. Any thread.
+    Strings listCookies();
+
+private:
+    bool perform(String const& url, CurlEasyWrapper::WriteCallback callback, void* callbackData,
+                 String const& postData, IRequestInfo* info);
+
+    struct Cleanup {
+        void operator()(CURLSH* share) const;
+    };
+
+    Mutex m_lock; // of the share's data and the base wrapper's cookies
+    CurlEasyWrapper m_base;
+    std::unique_ptr<CURLSH, Cleanup> const m_share; // last: cleaned up before its lock goes
+};
+
+} // namespace quillon

@@ -1,0 +1,64 @@
+#include "openssl/evp_digest_wrapper.h"
+
+#include "base/log.h"
+#include "openssl/errorqueue.h"
+
+#include <openssl/evp.h>
+
+namespace quillon::tls {
+
+namespace {
+
+void require(bool done, char const* method, int line) {
+    if (done)
+        return;
+    log(ERROR, "EVPDigest", method, "the digest cannot be computed");
+    throw EEVPDigest("EEVPDigest", "libs/openssl/evp_digest_wrapper.cpp", line);
+}
+
+} // namespace
+
+EVPDigest::EVPDigest(evp_md_st const* kind) : m_kind(kind), m_context(EVP_MD_CTX_new()) {
+    try {
+        start();
+    } catch (...) {
+        EVP_MD_CTX_free(m_context); // no destructor runs for an object that was not made
+        throw;
+    }
+}
+
+EVPDigest::EVPDigest(String const& name) : EVPDigest(initByName(name)) {}
+
+EVPDigest::~EVPDigest() {
+    EVP_MD_CTX_free(m_context);
+}
+
+evp_md_st const* EVPDigest::initByName(String const& name) {
+    evp_md_st const* const kind = EVP_get_digestbyname(name.str());
+    if (!kind) {
+        log(ERROR, "EVPDigest", "initByName", "Cannot retrive digest \"" + name + "\".");
+        throw EEVPDigest("EEVPDigest", "libs/openssl/evp_digest_wrapper.cpp", 30);
+    }
+    return kind;
+}
+
+void EVPDigest::start() {
+    ErrorQueueGuard const guard;
+    require(m_kind && m_context && EVP_DigestInit_ex(m_context, m_kind, nullptr) == 1, "init", __LINE__);
+}
+
+void EVPDigest::update(Memory const& bytes) {
+    ErrorQueueGuard const guard;
+    require(EVP_DigestUpdate(m_context, bytes.array(), bytes.size()) == 1, "update", __LINE__);
+}
+
+Memory EVPDigest::final() {
+    ErrorQueueGuard const guard;
+    unsigned length = 0;
+    unsigned char bytes[EVP_MAX_MD_SIZE];
+    require(EVP_DigestFinal_ex(m_context, bytes, &length) == 1, "final", __LINE__);
+    start();
+    return Memory(bytes, length);
+}
+
+} // namespace quillon::tls

@@ -1,0 +1,40 @@
+// Message digests by name.
+#pragma once
+
+#include "base/digest.h"
+
+struct evp_md_ctx_st;
+struct evp_md_st;
+
+namespace quillon::tls {
+
+/// A digest that OpenSSL does not know or cannot compute.
+class EEVPDigest : public Exception {
+    using Exception::Exception;
+};
+
+/// A running digest of any kind that OpenSSL knows. After final() it starts anew. One thread at a time.
+class EVPDigest final : public Digest {
+public:
+    /// Throws EEVPDigest when `kind` is null or refused.
+    explicit EVPDigest(evp_md_st const* kind);
+    /// `name` is OpenSSL's, "sha256" for instance; an unknown one throws EEVPDigest.
+    explicit EVPDigest(String const& name);
+    explicit EVPDigest(char const* name) : EVPDigest(String(name)) {}
+    EVPDigest(EVPDigest const&) = delete;
+    EVPDigest& operator=(EVPDigest const&) = delete;
+    ~EVPDigest() override;
+
+    /// Throws EEVPDigest when OpenSSL refuses.
+    void update(Memory const& bytes) override;
+    Memory final() override;
+
+private:
+    static evp_md_st const* initByName(String const& name);
+    void start();
+
+    evp_md_st const* m_kind;
+    evp_md_ctx_st* m_context;
+};
+
+} // namespace quillon::tls

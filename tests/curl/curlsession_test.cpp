@@ -1,0 +1,256 @@
+#include "trustingsession.h"
+
+#include "support/logcapture.h"
+
+#include "base/stringwriter.h"
+
+#include <gtest/gtest.h>
+
+#include <signal.h>
+#include <stdlib.h>
+
+#include <thread>
+
+using namespace quillon;
+using namespace quillon::test;
+
+namespace {
+
+TestServer::Handler answering(Reply const& reply) {
+    return [reply](Request const&) { return reply; };
+}
+
+// A port that nobody listens on.
+std::string deadAuthority() {
+    return TestServer(answering(ok()), Tls::off).authority();
+}
+
+class FailingWriter : public TextWriter<IWriter> {
+public:
+    using TextWriter<IWriter>::write;
+
+protected:
+    void put(char const*, unsigned) override { throw EStringWriter("EStringWriter", "test.cpp", __LINE__); }
+};
+
+class ProxySession : public TrustingSession {
+public:
+    explicit ProxySession(Proxy const& proxy) : m_proxy(proxy) {}
+    Proxy getProxy(String const&) override { return m_proxy; }
+
+private:
+    Proxy m_proxy;
+};
+
+} // namespace
+
+TEST(CurlSession, getAndPostArriveAsGiven) {
+    TestServer server(answering(ok("reply")));
+    TrustingSession session;
+    session.setUserAgent("TarvikClient 1");
+    Memory body;
+    EXPECT_TRUE(session.request(urlOf(server, "/a%2Fb?c=d"), body));
+    EXPECT_EQ(String(body), "reply");
+    String text;
+    StringWriter writer(text);
+    EXPECT_TRUE(session.request(urlOf(server), writer, String("x\0y", 3)));
+    EXPECT_EQ(text, "reply");
+
+    std::vector<Request> const requests = server.requests();
+    ASSERT_EQ(requests.size(), 2u);
+    EXPECT_EQ(requests[0].method, "GET");
+    EXPECT_EQ(requests[0].target, "/a%2Fb?c=d");
+    EXPECT_EQ(requests[0].header("User-Agent"), "TarvikClient 1");
+    EXPECT_EQ(requests[1].method, "POST");
+    EXPECT_EQ(requests[1].body, std::string("x\0y", 3));
+}
+
+TEST(CurlSession, largeBodiesPassBothWays) {
+    std::string const large(5 << 20, 'b');
+    TestServer server(answering(ok(large)));
+    TrustingSession session;
+    Memory body;
+    EXPECT_TRUE(session.request(urlOf(server), body, String::copyOf(large)));
+    EXPECT_EQ(body.size(), large.size());
+    EXPECT_TRUE(server.requests().at(0).body == large);
+}
+
+TEST(CurlEasyWrapper, getAfterPostSendsNoBody) {
+    TestServer server(answering(ok()));
+    CurlEasyWrapper handle;
+    handle.setVerifySsl(false);
+    Memory body;
+    EXPECT_TRUE(handle.request(urlOf(server), body, String("body").clone()));
+    EXPECT_TRUE(handle.request(urlOf(server), body));
+    EXPECT_EQ(server.requests().at(1).method, "GET");
+    EXPECT_EQ(server.requests().at(1).body, "");
+}
+
+TEST(CurlSession, anyStatusIsACompletedTransfer) {
+    TestServer server(answering(status(404, "gone", {"ETag: \"x\""})));
+    TrustingSession session;
+    Memory body;
+    RequestInfo info;
+    EXPECT_TRUE(session.request(urlOf(server), body, info));
+    EXPECT_EQ(info.getCode(), 0);
+    EXPECT_EQ(info.getResponseHeader().getResponseCode(), 404u);
+    EXPECT_EQ(info.getResponseHeader().getETag(), "\"x\"");
+}
+
+TEST(CurlSession, onlyTheFinalReplysHeaderRemains) {
+    TestServer server(answering(raw("HTTP/1.1 103 Early Hints\r\nX-Hint: 1\r\n\r\n"
+                                    "HTTP/1.1 302 Found\r\nLocation: /other\r\nContent-Length: 0\r\n\r\n")));
+    TrustingSession session;
+    Memory body;
+    RequestInfo info;
+    EXPECT_TRUE(session.request(urlOf(server), body, info));
+    EXPECT_EQ(info.getResponseHeader().getResponseCode(), 302u);
+    EXPECT_EQ(info.getResponseHeader().getLines().size(), 2u);
+    EXPECT_EQ(server.requests().size(), 1u) << "redirects are not followed";
+}
+
+TEST(CurlSession, failuresAreLoggedWithTheirNumber) {
+    TestServer tls(answering(ok()));
+    TestServer truncating(answering(raw("HTTP/1.1 200 OK\r\nContent-Length: 10\r\n\r\nhalf")), Tls::off);
+    TestServer resetting(answering(silent(Reply::reset)), Tls::off);
+    struct {
+        String url;
+        int code;
+        char const* logged;
+    } const cases[] = {
+        {urlOf(tls), 60, "(#60) [SSL"},
+        {urlOf(truncating), 18, "(#18) ["},
+        {urlOf(resetting), 56, "(#56) ["},
+        {String::copyOf("http://" + deadAuthority()), 7, "(#7) [Failed to connect to 127.0.0.1"},
+        {"file:///etc/hostname", 1, "Unsupported protocol (#1) ["},
+        {String("http://127.0.0.1\0.example/", 26), 3, "(#3) []"},
+        {"", 3, "(#3) ["},
+    };
+    LogCapture log;
+    CurlSession session;
+    for (auto const& failing : cases) {
+        SCOPED_TRACE(std::string(failing.url.view()));
+        Memory body;
+        RequestInfo info;
+        EXPECT_FALSE(session.request(failing.url, body, info));
+        EXPECT_EQ(info.getCode(), failing.code);
+        EXPECT_TRUE(log.contains(failing.logged)) << log.text();
+    }
+    EXPECT_EQ(log.count("ERROR CurlEasyWrapper.request "), std::size(cases));
+}
+
+TEST(CurlSession, certificateIsCheckedUnlessTheSessionSaysNo) {
+    TestServer server(answering(ok()));
+    CurlSession strict;
+    EXPECT_FALSE(get(strict, urlOf(server)));
+    TrustingSession trusting;
+    EXPECT_TRUE(get(trusting, urlOf(server)));
+    EXPECT_EQ(server.requests().size(), 1u);
+}
+
+TEST(CurlSession, throwingWriterEndsTheTransfer) {
+    TestServer server(answering(ok("body")));
+    LogCapture log;
+    TrustingSession session;
+    FailingWriter writer;
+    RequestInfo info;
+    EXPECT_FALSE(session.request(urlOf(server), writer, info));
+    EXPECT_EQ(info.getCode(), 23);
+    EXPECT_TRUE(log.contains("Failed writing received data to disk/application (#23) ["));
+}
+
+TEST(CurlSession, standstillEndsTheTransfer) {
+    TestServer server(answering(silent(Reply::hold)));
+    TrustingSession session;
+    auto const handle = session.newHandle();
+    handle->setVerifySsl(false);
+    handle->setTimeLimits(std::chrono::seconds(5), std::chrono::seconds(1));
+    Memory body;
+    EXPECT_FALSE(handle->request(urlOf(server), body));
+    EXPECT_EQ(handle->lastErrorCode(), 28);
+}
+
+TEST(CurlSession, errorTextOfOneTransferDoesNotStayForTheNext) {
+    TestServer server(answering(ok()), Tls::off);
+    CurlEasyWrapper handle;
+    Memory body;
+    EXPECT_FALSE(handle.request(String::copyOf("http://" + deadAuthority()), body));
+    EXPECT_FALSE(handle.lastErrorBuf().empty());
+    EXPECT_TRUE(handle.request(urlOf(server), body));
+    EXPECT_EQ(handle.lastErrorBuf(), "");
+    EXPECT_EQ(handle.lastErrorString(), "No error");
+}
+
+TEST(CurlSession, httpProxyGetsTheRequestAndTheCredentials) {
+    TestServer proxy(
+        [](Request const& request) {
+            return request.hasHeader("Proxy-Authorization")
+                       ? ok("by proxy")
+                       : status(407, "", {"Proxy-Authenticate: Basic realm=\"p\""});
+        },
+        Tls::off);
+    Proxy settings(Proxy::HTTP_CONNECT, String::copyOf(proxy.authority()));
+    settings.getCredentials() = Credentials("user", "secret", "domain");
+    ProxySession session(settings);
+    Memory body;
+    EXPECT_TRUE(session.request("http://gate.example/x", body));
+    EXPECT_EQ(String(body), "by proxy");
+    Request const last = proxy.requests().back();
+    EXPECT_EQ(last.target, "http://gate.example/x");
+    EXPECT_EQ(last.header("Proxy-Authorization"), "Basic dXNlcjpzZWNyZXQ=");
+}
+
+TEST(CurlSession, proxyTypeNoneLeavesTheEnvironmentInForce) {
+    TestServer proxy(answering(ok("by proxy")), Tls::off);
+    setenv("http_proxy", proxy.authority().c_str(), 1);
+    CurlSession session;
+    Memory body;
+    EXPECT_TRUE(session.request("http://gate.example/", body));
+    unsetenv("http_proxy");
+    EXPECT_EQ(String(body), "by proxy");
+}
+
+TEST(CurlSession, unknownProxyTypeThrows) {
+    LogCapture log;
+    ProxySession session(Proxy(static_cast<Proxy::Type>(9), "host"));
+    Memory body;
+    try {
+        session.request("http://127.0.0.1/", body);
+        FAIL();
+    } catch (Exception const& e) {
+        EXPECT_EQ(e.toString(), "Exception:curlwrapper.cpp:284");
+    }
+    EXPECT_TRUE(log.contains("ERROR CurlEasyWrapper.setProxy unknown proxy type"));
+}
+
+TEST(CurlSession, stringsAreEncodedWhateverTheirLength) {
+    CurlSession const session;
+    EXPECT_EQ(session.urlEncodeString(""), "");
+    EXPECT_EQ(session.urlEncodeString(String("a b\0~", 5)), "a%20b%00~");
+    String huge;
+    huge.append(9u << 20, '&');
+    EXPECT_EQ(session.urlEncodeString(huge).length(), 3 * huge.length());
+}
+
+TEST(TestServer, endsWaitsWhenReleasedOrDestroyed) {
+    Reply late = ok("late");
+    late.delay = std::chrono::hours(1);
+    auto delaying = std::make_unique<TestServer>(answering(late));
+    auto holding = std::make_unique<TestServer>(answering(silent(Reply::hold)));
+    TrustingSession session;
+    std::thread delayed([&] { EXPECT_TRUE(get(session, urlOf(*delaying))); });
+    std::thread held([&] { EXPECT_FALSE(get(session, urlOf(*holding))); });
+    EXPECT_TRUE(delaying->awaitRequests(1));
+    EXPECT_TRUE(holding->awaitRequests(1));
+    delaying->release();
+    holding.reset();
+    delayed.join();
+    held.join();
+}
+
+TEST(CurlInitializer, brokenConnectionsDoNotEndTheProcess) {
+    CurlSession session;
+    struct sigaction current {};
+    sigaction(SIGPIPE, nullptr, &current);
+    EXPECT_EQ(current.sa_handler, SIG_IGN);
+}

@@ -1,0 +1,156 @@
+#include "http/uri.h"
+
+#include "support/logcapture.h"
+
+#include <gtest/gtest.h>
+
+using namespace quillon;
+using http::Uri;
+
+namespace {
+
+std::string text(String const& string) {
+    return std::string(string.view());
+}
+
+std::string reassembled(char const* url) {
+    return text(Uri::parse(url, true).getFullUri());
+}
+
+} // namespace
+
+TEST(Uri, parseFindsTheComponents) {
+    static constexpr struct {
+        char const *url, *scheme, *authority, *path, *query, *fragment;
+    } cases[] = {
+        {"tarvik://user:x@gate.example:8443/a/b?k=v&lang=fr#top", "tarvik", "user:x@gate.example:8443",
+         "/a/b", "k=v&lang=fr", "top"},
+        {"/only/a/path", "", "", "/only/a/path", "", ""},
+        {"", "", "", "", "", ""},
+        {"tarvik:", "tarvik", "", "", "", ""},
+        {":8080/x", "", "", ":8080/x", "", ""},
+        {"//host?q", "", "host", "", "q=", ""},
+        {"a/b:c", "", "", "a/b:c", "", ""},
+        {"s:p#f?not=query#more", "s", "", "p", "", "f?not=query#more"},
+        {"http://h?a=1/2//3", "http", "h", "", "a=1%2F2%2F%2F3", ""},
+    };
+    for (auto const& expected : cases) {
+        SCOPED_TRACE(expected.url);
+        Uri const uri = Uri::parse(expected.url, true);
+        EXPECT_EQ(uri.getScheme(), expected.scheme);
+        EXPECT_EQ(uri.getAuthority(), expected.authority);
+        EXPECT_EQ(uri.getPath(), expected.path);
+        EXPECT_EQ(uri.getQuery(), expected.query);
+        EXPECT_EQ(uri.getFragment(), expected.fragment);
+    }
+}
+
+TEST(Uri, launchUrlBecomesTheRequest) {
+    Uri uri = Uri::parse("tarvik://user@gate.example:8443/start%2Fhere?z=1&lang=fr", true);
+    uri.setScheme("https");
+    uri.setAuthority("gate.example:8443");
+    uri.setParameter("clientversion", "8.2.0.21");
+    EXPECT_EQ(uri.getFullUri(), "https://gate.example:8443/start%2Fhere?clientversion=8.2.0.21&lang=fr&z=1");
+}
+
+TEST(Uri, pathAndFragmentGoOutAsTheyCame) {
+    static constexpr char const* cases[][2] = {
+        {"http://h/a%20b", "http://h/a%20b"},
+        {"http://h/a%2Fb", "http://h/a%2Fb"},
+        {"http://h/a%2fb", "http://h/a%2fb"},
+        {"http://h/a b", "http://h/a%20b"},
+        {"http://h/100%", "http://h/100%25"},
+        {"http://h/%zz%4", "http://h/%25zz%254"},
+        {"http://h/\r\nX: y", "http://h/%0D%0AX:%20y"},
+        {"http://h/caf\xC3\xA9/~a;b,c=d", "http://h/caf%C3%A9/~a;b,c=d"},
+        {"http://h/#a%20b?c d", "http://h/#a%20b?c%20d"},
+    };
+    for (auto const& [url, expected] : cases) {
+        EXPECT_EQ(reassembled(url), expected);
+        EXPECT_EQ(text(Uri::parse(url, false).getFullUri()), expected);
+    }
+}
+
+TEST(Uri, componentsThatWereSetAreEncodedWhole) {
+    Uri uri = Uri::parse("http://h/old#old", true);
+    uri.setPath("a%20b c");
+    uri.setFragment("50%25 ?");
+    EXPECT_EQ(uri.getPath(), "/a%20b c");
+    EXPECT_EQ(uri.getFullUri(), "http://h/a%2520b%20c#50%2525%20?");
+    uri.setPath("");
+    uri.setFragment("");
+    EXPECT_EQ(uri.getFullUri(), "http://h");
+}
+
+TEST(Uri, pathNeverRunsIntoTheAuthority) {
+    Uri uri = Uri::parse("tarvik:.attacker.example/x", true);
+    uri.setAuthority("gate.example");
+    EXPECT_EQ(uri.getFullUri(), "tarvik://gate.example/.attacker.example/x");
+}
+
+TEST(Uri, queryIsSplitDecodedAndSortedByName) {
+    Uri uri = Uri::parse("http://h/?b=2&a=x%20y&flag&b=3&e=1=2&%6E=%zz", true);
+    EXPECT_EQ(uri.getParameter("b"), "3");
+    EXPECT_EQ(uri.getParameter("a"), "x y");
+    EXPECT_EQ(uri.getParameter("missing"), "");
+    EXPECT_EQ(uri.getQuery(), "a=x%20y&b=3&e=1%3D2&flag=&n=%25zz");
+    uri.delParameter("b");
+    EXPECT_EQ(uri.getParameters().count("b"), 0u);
+    EXPECT_EQ(Uri::parse("http://h/?a=x%20y", false).getParameter("a"), "x%20y");
+}
+
+TEST(Uri, encodingLeavesOnlyTheUnreserved) {
+    EXPECT_EQ(Uri::encode("AZaz09-._~"), "AZaz09-._~");
+    EXPECT_EQ(Uri::encode(String(" %+&=/\0\xFF", 8)), "%20%25%2B%26%3D%2F%00%FF");
+    EXPECT_EQ(Uri::decode("%41%4a+%"), "AJ+%");
+    EXPECT_EQ(Uri::decode("%%41%2"), "%A%2");
+}
+
+TEST(Uri, settersRefuseDelimiters) {
+    static constexpr struct {
+        void (Uri::*set)(String const&);
+        char const *value, *logged;
+    } cases[] = {
+        {&Uri::setScheme, "ht:tp", "ERROR Uri.setScheme Invalid scheme: ht:tp"},
+        {&Uri::setAuthority, "host/x", "ERROR Uri.setAuthority Invalid authority: host/x"},
+        {&Uri::setPath, "/a?b", "ERROR Uri.setPath Invalid path: /a?b"},
+    };
+    test::LogCapture log;
+    for (auto const& refused : cases) {
+        Uri uri = Uri::parse("http://h/p", true);
+        EXPECT_THROW((uri.*refused.set)(refused.value), http::UriComponentException);
+        EXPECT_TRUE(log.contains(refused.logged)) << log.text();
+        EXPECT_EQ(uri.getFullUri(), "http://h/p");
+    }
+}
+
+TEST(Uri, lineBreakInTheFragmentIsNoUri) {
+    test::LogCapture log;
+    try {
+        Uri::parse("http://h/#a\nb", true);
+        FAIL();
+    } catch (http::UriComponentException const& e) {
+        EXPECT_EQ(e.toString(), "UriComponentException:uri.cpp:19");
+    }
+    EXPECT_TRUE(log.contains("ERROR Uri.setScheme Invalid uri: http://h/#a"));
+    EXPECT_NO_THROW(Uri::parse("http://h/a\nb?c\nd", true));
+}
+
+// Twelve megabytes: anything but linear work runs into the test's time limit.
+TEST(Uri, hugeUrlsAreLinear) {
+    String url("http://h/" + String(std::string(1 << 20, '%').c_str()) + "?");
+    constexpr unsigned parameters = 500000;
+    for (unsigned i = 0; i < parameters; ++i)
+        url.append("%70", toString(i), "=%20v&");
+    Uri const uri = Uri::parse(url, true);
+    EXPECT_EQ(uri.getParameters().size(), parameters + 1); // and the empty one behind the last "&"
+    EXPECT_EQ(uri.getParameter("p499999"), " v");
+    EXPECT_GT(uri.getFullUri().length(), 3u << 20);
+}
+
+TEST(Uri, keepsItsOwnCopyOfTheText) {
+    std::string url = "http://host/path?a=b#f";
+    Uri const uri = Uri::parse(String(url.c_str()), false);
+    std::fill(url.begin(), url.end(), '!');
+    EXPECT_EQ(uri.getFullUri(), "http://host/path?a=b#f");
+}

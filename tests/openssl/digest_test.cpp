@@ -1,0 +1,61 @@
+#include "openssl/evp_digest_wrapper.h"
+#include "openssl/md5_wrapper.h"
+
+#include "base/file.h"
+#include "support/logcapture.h"
+
+#include <gtest/gtest.h>
+
+using namespace quillon;
+
+TEST(Digest, ofKnownTexts) {
+    static constexpr char const* cases[][3] = {
+        {"md5", "abc", "900150983cd24fb0d6963f7d28e17f72"},
+        {"sha1", "abc", "a9993e364706816aba3e25717850c26c9cd0d89d"},
+        {"sha256", "abc", "ba7816bf8f01cfea414140de5dae2223b00361a396177a9cb410ff61f20015ad"},
+        {"SHA256", "", "e3b0c44298fc1c149afbf4c8996fb92427ae41e4649b934ca495991b7852b855"},
+    };
+    for (auto const& [name, text, hex] : cases) {
+        tls::EVPDigest digest{name};
+        for (int round = 0; round < 2; ++round) { // after final() it starts anew
+            digest.update(Memory(String(text)));
+            EXPECT_EQ(digest.final().toHex(), hex) << name << " round " << round;
+        }
+    }
+    tls::MD5 md5;
+    for (int round = 0; round < 2; ++round) {
+        md5.update(Memory(String("a")));
+        md5.update(Memory());
+        md5.update(Memory(String("bc")));
+        EXPECT_EQ(md5.final().toHex(), "900150983cd24fb0d6963f7d28e17f72") << "round " << round;
+    }
+}
+
+TEST(Digest, unknownNameIsLoggedAndThrown) {
+    test::LogCapture log;
+    try {
+        tls::EVPDigest digest(String("no-such-digest"));
+        FAIL() << "nothing thrown";
+    } catch (tls::EEVPDigest const& e) {
+        EXPECT_EQ(e.toString(), "EEVPDigest:evp_digest_wrapper.cpp:30");
+    }
+    EXPECT_TRUE(log.contains("ERROR EVPDigest.initByName Cannot retrive digest \"no-such-digest\".\n"));
+    evp_md_st const* const none = nullptr;
+    EXPECT_THROW(tls::EVPDigest{none}, tls::EEVPDigest);
+}
+
+TEST(Digest, ofASourceDoesNotDependOnItsChunks) {
+    test::TemporaryDirectory directory;
+    String const path = directory.file("content");
+    for (unsigned const size : {0u, 1u, 1023u, 1024u, 1025u, 5000u}) {
+        String content;
+        for (unsigned i = 0; i < size; ++i)
+            content.append(static_cast<char>(i * 7));
+        File::writeAllFile(path, content);
+        File file;
+        ASSERT_TRUE(file.open(path, File::in));
+        tls::MD5 chunked, whole;
+        whole.update(Memory(content));
+        EXPECT_EQ(chunked.computehash(file), whole.final()) << size;
+    }
+}
