@@ -1,0 +1,49 @@
+// The connections that are open, and their end when the gateway ends.
+#pragma once
+
+#include <chrono>
+#include <condition_variable>
+#include <mutex>
+#include <openssl/ssl.h>
+#include <set>
+
+namespace devgateway {
+
+/// Knows the socket of every TLS connection of a context, from the first step of its handshake until its SSL
+/// object is freed. Without it the gateway's end would wait for every client that keeps a connection open and
+/// idle, or that has opened one and says nothing.
+///
+/// Must outlive every connection of the contexts that it is attached to. Any thread may call.
+class Connections {
+public:
+    Connections() = default;
+    Connections(const Connections&) = delete;
+    Connections& operator=(const Connections&) = delete;
+
+    /// From now on the context's connections are known. The context's application data is used for it.
+    void attachTo(SSL_CTX& context);
+
+    /// Shuts every connection down, now and whenever one is opened after this; sleepers wake. The sockets are
+    /// not closed: that is left to the threads that serve them.
+    void shutDown();
+
+    /// Waits that long, or until shutDown().
+    void sleepFor(std::chrono::milliseconds time);
+
+private:
+    class Entry;
+
+    static void onSslEvent(const SSL* ssl, int where, int result) noexcept;
+    static void onSslFree(void* ssl, void* entry, CRYPTO_EX_DATA*, int, long, void*) noexcept;
+    static int entryIndex();
+
+    void add(int socket);
+    void remove(int socket);
+
+    std::mutex m_mutex;
+    std::condition_variable m_closing;
+    bool m_isClosing = false; // guarded by m_mutex
+    std::set<int> m_sockets;  // guarded by m_mutex; open as long as they are in here
+};
+
+} // namespace devgateway

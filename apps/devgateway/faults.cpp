@@ -1,0 +1,50 @@
+#include "devgateway/faults.h"
+
+#include <algorithm>
+#include <charconv>
+
+namespace devgateway {
+
+namespace {
+
+std::optional<int> parseStatus(std::string_view text) {
+    int status = 0;
+    const char* end = text.data() + text.size();
+    const auto [stop, error] = std::from_chars(text.data(), end, status);
+    if (error != std::errc() || stop != end || status < 200 || status > 599)
+        return std::nullopt;
+    return status;
+}
+
+} // namespace
+
+std::optional<Fault> parseFault(std::string_view text) {
+    const auto colon = text.find(':');
+    const std::string_view name = text.substr(0, colon);
+    const std::string_view prefix = colon == text.npos ? std::string_view() : text.substr(colon + 1);
+    if (colon != text.npos && !prefix.starts_with('/'))
+        return std::nullopt;
+
+    if (name == "reset")
+        return Fault{FaultKind::Reset, 0, std::string(prefix)};
+    if (name == "truncate")
+        return Fault{FaultKind::Truncate, 0, std::string(prefix)};
+    if (name == "bad-signature")
+        return Fault{FaultKind::BadSignature, 0, std::string(prefix)};
+    constexpr std::string_view statusName = "status=";
+    if (!name.starts_with(statusName))
+        return std::nullopt;
+    const std::optional<int> status = parseStatus(name.substr(statusName.size()));
+    if (!status)
+        return std::nullopt;
+    return Fault{FaultKind::Status, *status, std::string(prefix)};
+}
+
+const Fault* findFault(const std::vector<Fault>& faults, FaultKind kind, std::string_view path) {
+    const auto found = std::find_if(faults.begin(), faults.end(), [&](const Fault& fault) {
+        return fault.kind == kind && path.starts_with(fault.pathPrefix);
+    });
+    return found == faults.end() ? nullptr : &*found;
+}
+
+} // namespace devgateway

@@ -1,0 +1,44 @@
+// What the gateway answers to which request.
+#pragma once
+
+#include "devgateway/hostcheck.h"
+#include "devgateway/message.h"
+#include "devgateway/modulepackage.h"
+
+#include <chrono>
+#include <string>
+
+namespace devgateway {
+
+/// What the gateway serves.
+struct GatewayContent {
+    std::string authority; // HOST or HOST:PORT of the gateway's own URLs
+    ModulePackage plugin;
+    ModulePackage hostchecker;
+    std::string clientPem; // certificate and key for a client
+    std::string caPem;     // the gateway's own certificate
+    std::string pollScript;
+    unsigned hostcheckRounds = 0;
+    std::chrono::seconds hostcheckTimer{0};
+};
+
+/// The site. Its content is constant; any thread may call answer(), several at a time.
+class Gateway {
+public:
+    explicit Gateway(GatewayContent content);
+
+    Reply answer(const Request& request);
+
+private:
+    Reply answerGet(const Request& request);
+    Reply mediation(const std::string& kind, const Request& request);
+    Reply hostcheckPost(const Request& request);
+
+    const GatewayContent m_content;
+    HostCheck m_hostCheck;
+};
+
+/// The poll script of a gateway that is given none: a connection from its beginning to its end.
+std::string defaultPollScript();
+
+} // namespace devgateway

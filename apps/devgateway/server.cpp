@@ -1,0 +1,179 @@
+#include "devgateway/server.h"
+
+#include "devgateway/connections.h"
+#include "devgateway/log.h"
+#include "devgateway/termination.h"
+#include "devgateway/wire.h"
+
+#include <httplib.h>
+#include <stdexcept>
+#include <sys/socket.h>
+
+namespace devgateway {
+
+namespace {
+
+constexpr size_t workerCount = 8;
+// A client that keeps an idle connection occupies a worker for this long.
+constexpr time_t keepAliveSeconds = 1;
+constexpr size_t requestsPerConnection = 100;
+constexpr time_t terminationCheckMicroseconds = 50'000;
+constexpr size_t longestBody = 16 * 1024 * 1024;
+
+/// The worker threads. The server's listening thread also passes here on every new connection and whenever
+/// there is none, which is the moment for "check".
+class Workers : public httplib::ThreadPool {
+public:
+    explicit Workers(std::function<void()> check) : ThreadPool(workerCount), m_check(std::move(check)) {}
+
+    void enqueue(std::function<void()> connection) override {
+        m_check();
+        ThreadPool::enqueue(std::move(connection));
+    }
+
+    void on_idle() override { m_check(); }
+
+private:
+    const std::function<void()> m_check;
+};
+
+/// Only lets a port be taken again soon after the last gateway's end. The library's own choice (SO_REUSEPORT)
+/// would let two gateways share a port, and requests go to either.
+void setSocketOptions(socket_t socket) {
+    const int yes = 1;
+    ::setsockopt(socket, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof yes);
+}
+
+} // namespace
+
+class Server::Private {
+public:
+    Private(const Certificate& certificate, const std::string& host, int port);
+
+    void run();
+
+    int m_port = 0;
+    Handler m_handler;
+    std::chrono::milliseconds m_delay{0};
+    std::vector<Fault> m_faults;
+
+private:
+    bool setUpTls(SSL_CTX& context, const Certificate& certificate);
+    void routeEverything();
+    void serve(const httplib::Request& request, httplib::Response& response, const std::string& body);
+    std::string commitFaults(const Request& request, Reply reply, const httplib::Request& from,
+                             httplib::Response& to);
+    void stopWhenTerminated();
+
+    Connections m_connections; // outlives the server, whose connections it knows
+    httplib::SSLServer m_server;
+};
+
+Server::Private::Private(const Certificate& certificate, const std::string& host, int port)
+    : m_server([&](SSL_CTX& context) { return setUpTls(context, certificate); }) {
+    if (!m_server.is_valid())
+        throw std::runtime_error("cannot set up TLS");
+    m_server.set_socket_options(setSocketOptions);
+    m_server.set_keep_alive_timeout(keepAliveSeconds);
+    m_server.set_keep_alive_max_count(requestsPerConnection);
+    m_server.set_idle_interval(0, terminationCheckMicroseconds);
+    m_server.set_payload_max_length(longestBody);
+    m_server.set_tcp_nodelay(true);
+    m_server.new_task_queue = [this] { return new Workers([this] { stopWhenTerminated(); }); };
+    routeEverything();
+
+    m_port = port == 0 ? m_server.bind_to_any_port(host) : (m_server.bind_to_port(host, port) ? port : -1);
+    if (m_port < 0)
+        throw std::runtime_error("cannot listen on " + host + " port " + std::to_string(port));
+}
+
+bool Server::Private::setUpTls(SSL_CTX& context, const Certificate& certificate) {
+    m_connections.attachTo(context);
+    return SSL_CTX_set_min_proto_version(&context, TLS1_2_VERSION) == 1 &&
+           SSL_CTX_use_certificate(&context, certificate.certificate()) == 1 &&
+           SSL_CTX_use_PrivateKey(&context, certificate.key()) == 1;
+}
+
+/// Every method and path goes to serve(), so that everything is logged and faults apply to everything. Bodies
+/// are read here: the library's own reading limits the form encoding to 8 KB.
+void Server::Private::routeEverything() {
+    const char everyPath[] = R"([\s\S]*)";
+    const httplib::Server::Handler bare = [this](const httplib::Request& request,
+                                                 httplib::Response& response) {
+        serve(request, response, {});
+    };
+    const httplib::Server::HandlerWithContentReader withBody = [this](const httplib::Request& request,
+                                                                      httplib::Response& response,
+                                                                      const httplib::ContentReader& read) {
+        std::string body;
+        const bool complete = read([&](const char* bytes, size_t count) {
+            body.append(bytes, count);
+            return true;
+        });
+        if (complete)
+            serve(request, response, body);
+    };
+    m_server.Get(everyPath, bare);
+    m_server.Options(everyPath, bare);
+    m_server.Post(everyPath, withBody);
+    m_server.Put(everyPath, withBody);
+    m_server.Patch(everyPath, withBody);
+    m_server.Delete(everyPath, withBody);
+}
+
+void Server::Private::serve(const httplib::Request& from, httplib::Response& to, const std::string& body) {
+    m_connections.sleepFor(m_delay);
+    const Request request = requestFrom(from, body);
+    const std::string outcome = commitFaults(request, m_handler(request), from, to);
+    logLine(from.method + " " + from.target + " cookies=[" + joined(request.cookieNames) + "] " + outcome);
+}
+
+/// Fills in the response with the reply and the faults that apply to it; returns what the log says of it.
+std::string Server::Private::commitFaults(const Request& request, Reply reply, const httplib::Request& from,
+                                          httplib::Response& to) {
+    if (findFault(m_faults, FaultKind::Reset, request.path)) {
+        cutConnection(from, to);
+        return "reset";
+    }
+    if (const Fault* fault = findFault(m_faults, FaultKind::Status, request.path))
+        setStatus(reply, fault->status);
+    const std::string outcome = std::to_string(reply.status);
+    if (findFault(m_faults, FaultKind::Truncate, request.path)) {
+        sendTruncated(reply, to);
+        return outcome + " truncated";
+    }
+    sendWhole(reply, to);
+    return outcome;
+}
+
+/// Called on the listening thread alone, so the listening socket is never closed while another thread is
+/// about to use it.
+void Server::Private::stopWhenTerminated() {
+    if (!isTerminationPending())
+        return;
+    m_server.stop();
+    m_connections.shutDown();
+}
+
+void Server::Private::run() {
+    if (!m_server.listen_after_bind())
+        throw std::runtime_error("the listening socket failed");
+}
+
+Server::Server(const Certificate& certificate, const std::string& host, int port)
+    : m_private(std::make_unique<Private>(certificate, host, port)) {}
+
+Server::~Server() = default;
+
+int Server::port() const {
+    return m_private->m_port;
+}
+
+void Server::run(Handler handler, std::chrono::milliseconds delay, std::vector<Fault> faults) {
+    m_private->m_handler = std::move(handler);
+    m_private->m_delay = delay;
+    m_private->m_faults = std::move(faults);
+    m_private->run();
+}
+
+} // namespace devgateway

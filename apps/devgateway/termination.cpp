@@ -1,0 +1,25 @@
+#include "devgateway/termination.h"
+
+#include <csignal>
+#include <initializer_list>
+#include <pthread.h>
+
+namespace devgateway {
+
+void holdTerminationSignals() {
+    sigset_t held;
+    sigemptyset(&held);
+    for (const int which : {SIGINT, SIGTERM}) {
+        sigaddset(&held, which);
+        std::signal(which, SIG_DFL);
+    }
+    pthread_sigmask(SIG_BLOCK, &held, nullptr);
+}
+
+bool isTerminationPending() {
+    sigset_t pending;
+    sigpending(&pending);
+    return sigismember(&pending, SIGINT) == 1 || sigismember(&pending, SIGTERM) == 1;
+}
+
+} // namespace devgateway

@@ -1,0 +1,21 @@
+// Small helpers for text.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace devgateway {
+
+/// The text with every "%XX" decoded. A "%" without two hexadecimal digits stays; so does a "+".
+std::string percentDecoded(std::string_view text);
+
+/// The text with every byte that a terminal could take for a command (controls) replaced by "?".
+std::string printable(std::string_view text);
+
+/// The whole file, byte for byte. Throws std::runtime_error that names the file when it cannot be read.
+std::string readFile(const std::string& path);
+
+/// Replaces the file's content. Throws std::runtime_error that names the file when it cannot be written.
+void writeFile(const std::string& path, std::string_view content);
+
+} // namespace devgateway

@@ -1,0 +1,146 @@
+#include "tarvikclient/client.h"
+
+#include "base/console.h"
+#include "base/file.h"
+#include "openssl/rsa_wrapper.h"
+#include "tarvikclient/hostcheckerclient.h"
+#include "tarvikclient/plugindllclient.h"
+#include "tarvikclient/plugindllclientnotunnel.h"
+#include "tarvikclient/publisherkey.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <vector>
+
+namespace quillon {
+
+namespace {
+
+constexpr char sourceFile[] = "apps/tarvikclient/client.cpp";
+constexpr char logPath[] = "/tmp/tarvikclient.log";
+
+void enterDataDirectory(String const& directory) {
+    File::ensureDirectory(directory);
+    log(TRACE, "TarvikClient", "main", "Tarvik directory is : " + directory);
+    // Modules and settings are open to all by their own mode: the directory keeps others out. A fallback to
+    // the current directory leaves that as it is.
+    bool const own = directory.ends("/.Tarvik/");
+    if ((own && chmod(directory.str(), S_IRWXU) != 0) || chdir(directory.str()) != 0) {
+        log(ERROR, "TarvikClient", "TarvikClient", "Cannot use directory " + directory);
+        throw ETarvikClient("ETarvikClient", sourceFile, __LINE__);
+    }
+}
+
+/// Sub-clients of sessions that ended on an error. Their modules were started and not stopped, so unloading
+/// them would pull the code from under their threads: they are kept until the process ends.
+void keepForEver(ISubClient* subClient) {
+    static auto& mutex = *new Mutex;
+    static auto& abandoned = *new std::vector<ISubClient*>;
+    TSynchronize<Mutex> lock(mutex);
+    abandoned.push_back(subClient);
+}
+
+} // namespace
+
+TarvikClient::TarvikClient(ITarvikClientNotify& notify)
+    : Thread("tarvikclient", PRIORITY_NORMAL, true),
+      m_downloadManager(m_localConfiguration),
+      m_notify(notify) {
+    for (LogCategory const category : {TRACE, ERROR, ASSERT, DEBUG})
+        console->setStream(category, logPath);
+    enterDataDirectory(File::getUserApplicationDataDirectory());
+    String const settings = getLocalConfPath();
+    if (File::exists(settings)) {
+        log(TRACE, "TarvikClient", "TarvikClient", "Loading local configuration from " + settings);
+        m_localConfiguration.readFromFile(settings);
+    }
+}
+
+TarvikClient::~TarvikClient() {
+    abandonSubClient();
+}
+
+bool TarvikClient::run(String const& url) {
+    {
+        TSynchronize<Mutex> lock(m_mutex);
+        m_url = url.owned();
+    }
+    return Thread::run(false);
+}
+
+void TarvikClient::restart() {
+    stop();
+    Thread::run(false);
+}
+
+void TarvikClient::stop() {
+    TSynchronize<Mutex> lock(m_mutex);
+    if (m_subClient)
+        m_subClient->stop();
+}
+
+void TarvikClient::showLogs() {
+    TSynchronize<Mutex> lock(m_mutex);
+    if (m_subClient)
+        m_subClient->showLogs();
+}
+
+String TarvikClient::getMediation() const {
+    TSynchronize<Mutex> lock(m_mutex);
+    return m_mediation;
+}
+
+String TarvikClient::getLocalConfPath() const {
+    return File::getUserApplicationDataDirectory() + "/" + "tarvikclient.xml";
+}
+
+void TarvikClient::saveLocalConfiguration() const {
+    m_localConfiguration.save(getLocalConfPath());
+}
+
+void TarvikClient::verifyDllSignature(String const& modulePath, String const& sigPath) {
+    tls::RSA key;
+    key.loadFromMem(publisherKeyPem, "", true);
+    SignedDll signedDll;
+    signedDll.loadFromFile(sigPath);
+    bool good = false;
+    try {
+        good = key.valid() && signedDll.verify(key, modulePath);
+    } catch (EFile const&) {
+        // A module that cannot be read is no better than a changed one.
+    }
+    if (!good) {
+        log(ERROR, "TarvikClient", "verifyDllSignature", "Bad dll signature for " + modulePath);
+        throw EBadSignature("EBadSignature", sourceFile, 76);
+    }
+}
+
+template <class SubClient, class Configuration>
+void TarvikClient::setSubClient(ClientType type, Configuration& configuration) {
+    m_notify.onDispatch(type);
+    auto subClient = std::make_unique<SubClient>(*this, m_notify, configuration, m_downloadManager);
+    abandonSubClient();
+    TSynchronize<Mutex> lock(m_mutex);
+    m_subClient = subClient.release();
+}
+
+void TarvikClient::abandonSubClient() {
+    TSynchronize<Mutex> lock(m_mutex);
+    if (ISubClient* const subClient = std::exchange(m_subClient, nullptr))
+        keepForEver(subClient);
+}
+
+void TarvikClient::dispatch(ClientHostcheckerDllConfiguration& configuration) {
+    setSubClient<TarvikClientHostchecker>(CLIENT_TYPE_HOSTCHECKER, configuration);
+}
+
+void TarvikClient::dispatch(ClientPluginDllConfiguration& configuration) {
+    setSubClient<TarvikClientPluginDll>(CLIENT_TYPE_PLUGINDLL, configuration);
+}
+
+void TarvikClient::dispatch(NoTunnelClientPluginDllConfiguration& configuration) {
+    setSubClient<TarvikClientPluginDllNoTunnel>(CLIENT_TYPE_PLUGINDLL_NOTUNNEL, configuration);
+}
+
+} // namespace quillon

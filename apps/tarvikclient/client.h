@@ -1,0 +1,86 @@
+// One connection attempt to the gateway.
+#pragma once
+
+#include "base/thread.h"
+#include "tarvikclient/clientconfiguration.h"
+#include "tarvikclient/clientnotify.h"
+#include "tarvikclient/signeddll.h"
+#include "tarvikclient/subclient.h"
+
+namespace quillon {
+
+/// The client cannot be made.
+class ETarvikClient : public Exception {
+    using Exception::Exception;
+};
+
+/// Takes a launch URL through the whole session on a thread of its own: asks the mediation service what to
+/// do, makes the sub-client for it and runs that. Made once, on the interface's thread; it goes to the log
+/// file and to the data directory of the user.
+///
+/// run(), restart(), stop(), showLogs(), isRunning(), join() and getMediation() may be called on any thread.
+/// Destroying the client neither stops nor joins its thread: the owner does both before.
+class TarvikClient final : public ClientConfigurationDispatcher, public Thread {
+public:
+    /// `notify` must outlive the client's thread. Throws NullException without a console, EFile or
+    /// ETarvikClient when the data directory cannot be used, EConfMissingKey for a settings file with half
+    /// the credentials.
+    explicit TarvikClient(ITarvikClientNotify& notify);
+    ~TarvikClient() override;
+
+    /// Stores the launch URL and starts the thread; starts nothing and returns false while it is running.
+    bool run(String const& url);
+    /// Stops the sub-client, if there is one, and starts the thread again with the stored URL unless it is
+    /// still running.
+    void restart();
+    /// Asks the sub-client, if there is one, to end its work. Does not wait for the thread.
+    void stop();
+    void showLogs();
+    /// Waits for the thread without limit.
+    bool join() { return Thread::join(noLimit); }
+
+    /// Host, and port if there is one, of the gateway of the last run.
+    String getMediation() const;
+    String getLocalConfPath() const;
+    /// Throws EFile when the settings cannot be written.
+    void saveLocalConfiguration() const;
+    ClientLocalConfiguration& getLocalConfiguration() noexcept { return m_localConfiguration; }
+
+    /// The "lang" parameter of a launch URL, or the empty string.
+    static String getLangFromArg(String const& url);
+    /// Returns when the module is the publisher's; throws EBadSignature otherwise. Nothing of the module has
+    /// been loaded before.
+    static void verifyDllSignature(String const& modulePath, String const& sigPath);
+
+    // The client thread: a configuration's call back.
+    void dispatch(ClientHostcheckerDllConfiguration& configuration) override;
+    void dispatch(ClientPluginDllConfiguration& configuration) override;
+    void dispatch(NoTunnelClientPluginDllConfiguration& configuration) override;
+
+    /// The thread's body: one pass from the launch URL to the end of the sub-session.
+    void main() override;
+
+private:
+    template <class SubClient, class Configuration>
+    void setSubClient(ClientType type, Configuration& configuration);
+    void abandonSubClient();
+
+    void session();
+    String prepareRequest();
+    void installCookie(String const& host, String const& userInfo);
+    void runSubClient();
+
+    // Interface thread at construction, any thread afterwards; synchronised in themselves.
+    ClientLocalConfiguration m_localConfiguration;
+    // Client thread.
+    gc::Pointer<ClientConfiguration> m_configuration;
+    DownloadManager m_downloadManager;
+    ITarvikClientNotify& m_notify;
+    // Any thread, under the mutex.
+    mutable Mutex m_mutex;
+    String m_url;
+    ISubClient* m_subClient = nullptr;
+    String m_mediation;
+};
+
+} // namespace quillon

@@ -1,0 +1,141 @@
+// The body of the client thread.
+#include "tarvikclient/client.h"
+
+#include "base/console.h"
+#include "curl/requestinfo.h"
+#include "http/setcookie.h"
+#include "http/uri.h"
+#include "tarvikclient/mediationresponse.h"
+
+namespace quillon {
+
+namespace {
+
+constexpr char clientVersion[] = "8.2.0.21";
+constexpr char sourceFile[] = "apps/tarvikclient/client.cpp";
+constexpr unsigned statusOk = 200;
+
+void logError(String const& text) {
+    log(ERROR, "TarvikClient", "main", text);
+}
+
+/// Reading a document costs many times its size: what is far beyond any configuration is not read.
+String const& ofBearableSize(String const& body) {
+    constexpr unsigned maxReply = 32 * 1024 * 1024;
+    if (body.length() > maxReply) {
+        log(ERROR, "MediationResponse", "MediationResponse", "reply too large: " + toString(body.length()));
+        throw json::EJsonError("EJsonError", sourceFile, __LINE__);
+    }
+    return body;
+}
+
+} // namespace
+
+MediationResponse::MediationResponse(String const& body) try : m_document(ofBearableSize(body)) {
+    json::JSONPolyReader reader = m_document.getReader();
+    write(*reader);
+} catch (json::EJsonError const&) {
+    throw EMediationResponse("EMediationResponse", sourceFile, 59);
+} catch (EConfMissingKey const&) {
+    throw EMediationResponse("EMediationResponse", sourceFile, 62);
+}
+
+void MediationResponse::write(IKeyReader& reader) {
+    ConfReadHelper::readKey(reader, "success", m_success, ConfReadHelper::required);
+    ConfReadHelper::readKey(reader, "code", m_code, ConfReadHelper::optional);
+    ConfReadHelper::readKey(reader, "exception", m_exception, ConfReadHelper::optional);
+    if (m_success)
+        ConfReadHelper(reader).get("result", ConfReadHelper::required);
+}
+
+String TarvikClient::getLangFromArg(String const& url) {
+    try {
+        return http::Uri::parse(url, true).getParameter("lang");
+    } catch (http::UriComponentException const&) {
+        return String::null; // a URL that is none names no language; the session reports it
+    }
+}
+
+void TarvikClient::main() {
+    try {
+        session();
+        return;
+    } catch (EBadSignature const&) {
+        logError("Bad component signature");
+    } catch (Exception const& e) {
+        log(TRACE, "Exception", "catch", e.trace(sourceFile, 155));
+    } catch (...) {
+        logError("unhandled exception");
+    }
+    m_notify.onFatalError(String::null);
+}
+
+void TarvikClient::session() {
+    String const url = prepareRequest();
+    Memory body;
+    RequestInfo information;
+    if (!m_downloadManager.getSession().request(url, body, information)) {
+        m_notify.onConnectError(information);
+        return;
+    }
+    unsigned const status = information.getResponseHeader().getResponseCode();
+    if (status != statusOk)
+        logError("mediation response is HTTP." + toString(status));
+    MediationResponse const response{String(body)};
+    if (!response.isSuccess()) {
+        logError(response.getException());
+        m_notify.onFatalError(String::null);
+        return;
+    }
+    json::JSONPolyReader reader = response.getDocument().getReader();
+    m_configuration = ClientConfiguration::load((*reader)["result"]);
+    m_configuration->accept(*this);
+    runSubClient();
+    m_notify.onStatus(STATUS_FINISHED);
+}
+
+/// Turns the launch URL into the request to the mediation service and makes the session ready for it.
+String TarvikClient::prepareRequest() {
+    String launchUrl;
+    {
+        TSynchronize<Mutex> lock(m_mutex);
+        launchUrl = m_url;
+    }
+    http::Uri uri = http::Uri::parse(launchUrl, true);
+    String const authority = uri.getAuthority();
+    bool const hasUserInfo = authority.find('@') != String::npos;
+    String const userInfo = authority.left('@', true);
+    String const host = hasUserInfo ? authority.right('@') : authority;
+    {
+        TSynchronize<Mutex> lock(m_mutex);
+        m_mediation = host;
+    }
+    uri.setScheme("https");
+    uri.setAuthority(host);
+    uri.setParameter("clientversion", clientVersion);
+    installCookie(host, userInfo);
+    m_downloadManager.getSession().setUserAgent(String("TarvikClient ") + clientVersion + " " +
+                                                console->getOsName());
+    m_downloadManager.setServer(host);
+    DownloadManager::StaticDownloadWrapper::m_downloadManager = &m_downloadManager;
+    return uri.getFullUri();
+}
+
+void TarvikClient::installCookie(String const& host, String const& userInfo) {
+    http::SetCookie cookie;
+    cookie.setName("Tarvik-Id");
+    cookie.setValue(userInfo);
+    cookie.setPath("/");
+    cookie.setDomain(host.left(':'));
+    m_downloadManager.getSession().setCookie(cookie);
+}
+
+void TarvikClient::runSubClient() {
+    // Only this thread sets the pointer, so it may use it without the lock; clearing it is another matter.
+    m_subClient->run(m_downloadManager.getSession());
+    std::unique_ptr<ISubClient> finished;
+    TSynchronize<Mutex> lock(m_mutex);
+    finished.reset(std::exchange(m_subClient, nullptr));
+}
+
+} // namespace quillon

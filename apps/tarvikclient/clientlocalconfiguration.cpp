@@ -1,0 +1,105 @@
+#include "tarvikclient/clientlocalconfiguration.h"
+
+#include "base/confhelper.h"
+#include "base/file.h"
+#include "base/log.h"
+#include "xml/parserreader.h"
+#include "xml/xmlparser.h"
+
+#include <algorithm>
+
+namespace quillon {
+
+namespace {
+
+constexpr char rootName[] = "tarvikclient";
+constexpr char sourceFile[] = "apps/tarvikclient/clientlocalconfiguration.cpp";
+
+} // namespace
+
+void ProtectedCredentials::write(IKeyReader& reader) {
+    String login, password, domain;
+    ConfReadHelper::readKey(reader, "login", login, ConfReadHelper::required);
+    ConfReadHelper::readKey(reader, "password", password, ConfReadHelper::required);
+    m_credentials.setLogin(login);
+    m_credentials.setPassword(password);
+    if (ConfReadHelper::readKey(reader, "domain", domain, ConfReadHelper::optional))
+        m_credentials.setDomain(domain);
+}
+
+void ProtectedCredentials::read(IKeyWriter& writer) const {
+    m_credentials.read(writer);
+}
+
+void ClientLocalConfiguration::readFromFile(String const& path) {
+    try {
+        xml::ParserReader document(path);
+        write(document[rootName]);
+    } catch (xml::EParserReader const&) {
+        log(ERROR, "ClientLocalConfiguration", "readFromFile",
+            "Can not read local configuration from " + path);
+    }
+}
+
+void ClientLocalConfiguration::save(String const& path) const {
+    String const fresh = path + ".new";
+    File written;
+    bool const complete = xml::Parser::write(fresh, rootName, *this) && written.open(fresh, File::in) &&
+                          written.sync() && written.close();
+    if (!complete) {
+        log(ERROR, "ClientLocalConfiguration", "save", "Can not write local configuration to " + path);
+        throw EFile("EFile", sourceFile, __LINE__);
+    }
+    File::move(fresh, path);
+}
+
+List<String> ClientLocalConfiguration::getSslCertIgnoreDomains() const {
+    TSynchronize<Mutex> lock(m_mutex);
+    return m_ignoredDomains;
+}
+
+void ClientLocalConfiguration::setSslCertIgnoreDomains(List<String> const& domains) {
+    TSynchronize<Mutex> lock(m_mutex);
+    m_ignoredDomains.clear();
+    for (String const& domain : domains)
+        m_ignoredDomains.add(domain.owned());
+}
+
+bool ClientLocalConfiguration::isSslCertIgnored(String const& authority) const {
+    TSynchronize<Mutex> lock(m_mutex);
+    return std::find(m_ignoredDomains.begin(), m_ignoredDomains.end(), authority) != m_ignoredDomains.end();
+}
+
+Credentials ClientLocalConfiguration::getProxyCredentials() const {
+    TSynchronize<Mutex> lock(m_mutex);
+    return m_proxyCredentials;
+}
+
+void ClientLocalConfiguration::setProxyCredentials(Credentials const& credentials) {
+    TSynchronize<Mutex> lock(m_mutex);
+    m_proxyCredentials = credentials;
+}
+
+void ClientLocalConfiguration::write(IKeyReader& reader) {
+    TSynchronize<Mutex> lock(m_mutex);
+    ConfReadHelper::readKey(reader, "sslcertignoredomains", m_ignoredDomains, ConfReadHelper::optional);
+    ConfReadHelper const proxy = ConfReadHelper(reader).get("proxy", ConfReadHelper::optional);
+    if (!proxy.missing())
+        ConfReadHelper::readKey(proxy.reader(), "credentials", m_proxyCredentials, ConfReadHelper::optional);
+}
+
+void ClientLocalConfiguration::read(IKeyWriter& writer) const {
+    TSynchronize<Mutex> lock(m_mutex);
+    writer["sslcertignoredomains"].write(m_ignoredDomains);
+    writer["proxy"]["credentials"].write(m_proxyCredentials);
+}
+
+void ClientLocalConfiguration::write(IReader&) {
+    throw ENotImplemented("ENotImplemented", sourceFile, __LINE__);
+}
+
+void ClientLocalConfiguration::read(IWriter&) const {
+    throw ENotImplemented("ENotImplemented", sourceFile, __LINE__);
+}
+
+} // namespace quillon

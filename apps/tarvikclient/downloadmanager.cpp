@@ -1,0 +1,144 @@
+#include "tarvikclient/downloadmanager.h"
+
+#include "base/confhelper.h"
+#include "base/file.h"
+#include "base/log.h"
+#include "base/safepath.h"
+#include "curl/requestinfo.h"
+#include "http/uri.h"
+#include "openssl/md5_wrapper.h"
+
+#include <exception>
+
+namespace quillon {
+
+namespace {
+
+constexpr unsigned statusOk = 200;
+
+void logFailure(String const& text) {
+    log(ERROR, "DownloadManager", "downloadFileTo", text);
+}
+
+} // namespace
+
+std::atomic<DownloadManager*> DownloadManager::StaticDownloadWrapper::m_downloadManager{nullptr};
+
+void DownloadManager::DownloadConfig::write(IKeyReader& reader) {
+    ConfReadHelper::readKey(reader, "filename", filename, ConfReadHelper::required);
+    ConfReadHelper::readKey(reader, "md5", md5, ConfReadHelper::optional);
+    ConfReadHelper::readKey(reader, "urlpath", urlpath, ConfReadHelper::required);
+}
+
+DownloadManager::~DownloadManager() {
+    // A module's thread that calls the delegate later is refused instead of reaching a dead object.
+    DownloadManager* self = this;
+    StaticDownloadWrapper::m_downloadManager.compare_exchange_strong(self, nullptr);
+}
+
+void DownloadManager::setServer(String const& authority) {
+    TSynchronize<Mutex> lock(m_serverMutex);
+    m_server = authority.owned();
+}
+
+String DownloadManager::urlOf(String const& url) const {
+    http::Uri uri = http::Uri::parse(url, true);
+    if (uri.getScheme().empty()) {
+        // Without its slash the path would run into the host's name.
+        if (uri.getAuthority().empty() && !url.starts('/'))
+            uri = http::Uri::parse("/" + url, true);
+        uri.setScheme("https");
+        TSynchronize<Mutex> lock(m_serverMutex);
+        uri.setAuthority(m_server);
+    }
+    return uri.getFullUri();
+}
+
+bool DownloadManager::downloadFileTo(String const& url, String const& path) noexcept {
+    try {
+        return transfer(url, path);
+    } catch (Exception const& e) {
+        log(TRACE, "Exception", "catch", e.trace("apps/tarvikclient/downloadmanager.cpp", __LINE__));
+    } catch (std::exception const& e) {
+        logFailure(e.what());
+    }
+    logFailure("Error while downloding '" + path + "' from '" + url + "'");
+    return false;
+}
+
+bool DownloadManager::transfer(String const& url, String const& path) {
+    File::ensureDirectory(File::getSubPath(path));
+    log(TRACE, "DownloadManager", "downloadFileTo", url + " -> " + path);
+    String const fullUrl = urlOf(url);
+    File file;
+    if (!file.open(path, File::out)) {
+        logFailure("Cannot open file \"" + path + "\"");
+        return false;
+    }
+    RequestInfo information;
+    bool const transferred = m_session.request(fullUrl, file, information);
+    bool const stored = file.close();
+    if (transferred && stored && information.getResponseHeader().getResponseCode() == statusOk)
+        return true;
+    logFailure("Error while downloding '" + path + "' from '" + fullUrl + "'");
+    return false;
+}
+
+String DownloadManager::downloadFromConfig(DownloadConfig const& config, String const& directory) {
+    if (!isSafeRelativePath(config.filename)) {
+        log(ERROR, "DownloadManager", "downloadFromConfig",
+            "File name leaves its directory: '" + config.filename + "'");
+        return String::null;
+    }
+    String const path = directory + "/" + config.filename;
+    if (File::exists(path) && computeFileMd5(path) == config.md5)
+        return path;
+    return downloadFileTo(config.urlpath + config.filename, path) ? path : String::null;
+}
+
+String DownloadManager::computeFileMd5(String const& path) {
+    File file;
+    if (!file.open(path, File::in)) {
+        log(ERROR, "DownloadManager", "computeFileMd5", "Cannot open file \"" + path + "\"");
+        throw EFile("EFile", "apps/tarvikclient/downloadmanager.cpp", __LINE__);
+    }
+    tls::MD5 digest;
+    return digest.computehash(file).toHex();
+}
+
+bool DownloadManager::StaticDownloadWrapper::downloadFileTo(char* url, char* path) {
+    try {
+        DownloadManager* const manager = m_downloadManager.load();
+        if (!manager) {
+            log(ERROR, "StaticDownloadWrapper", "downloadFromConfig",
+                "StaticDownloadWrapper is not configured !");
+            return false;
+        }
+        return url && path && manager->downloadFileTo(String(url), String(path));
+    } catch (...) { // the caller is a module's C code
+        return false;
+    }
+}
+
+void REMOVE(String const& path) {
+    if (!File::exists(path))
+        return;
+    try {
+        File::remove(path);
+    } catch (EFile const&) {
+        log(ERROR, "TarvikClientPluginDll", "downloadDll",
+            "File '" + path + "' already exists and cannot be removed");
+        throw;
+    }
+}
+
+void RENAME(String const& from, String const& to) {
+    try {
+        File::move(from, to);
+    } catch (EFile const&) {
+        log(ERROR, "TarvikClient", "downloadWindowsDll", "missing " + from + " in archive");
+        throw;
+    }
+}
+
+} // namespace quillon

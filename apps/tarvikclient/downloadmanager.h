@@ -1,0 +1,69 @@
+// Fetches files from the gateway.
+#pragma once
+
+#include "base/mutex.h"
+#include "tarvikclient/clientcurlsession.h"
+
+#include <atomic>
+
+namespace quillon {
+
+/// The client's HTTPS session together with the address of the gateway, and the only way in which downloaded
+/// content reaches the disk. Owned by the client; its operations may be called on any thread.
+class DownloadManager {
+public:
+    /// A file that the client may fetch: "filename" and "urlpath" are required, "md5" is optional.
+    struct DownloadConfig : IConf {
+        using IConf::write;
+        void write(IKeyReader& reader) override;
+
+        String filename; ///< the local name and the last component of the URL
+        String md5;      ///< lower-case hexadecimal; empty matches no file
+        String urlpath;  ///< prefix of the URL, absolute or a path on the gateway; ends in "/"
+    };
+
+    /// What modules get as their download delegate.
+    struct StaticDownloadWrapper {
+        /// Null until a session has begun.
+        static std::atomic<DownloadManager*> m_downloadManager;
+
+        /// Fetches `url` into the file `path`, both C strings that the module owns. Any thread; no exception
+        /// leaves it.
+        static bool downloadFileTo(char* url, char* path);
+    };
+
+    explicit DownloadManager(ClientLocalConfiguration const& settings) : m_session(settings) {}
+    ~DownloadManager();
+
+    CurlSession& getSession() noexcept { return m_session; }
+    /// Host, and port if there is one, to which URLs without a scheme go.
+    void setServer(String const& authority);
+
+    /// Fetches `url` into the file `path`, making the directories that it needs. True only for a complete
+    /// transfer with status 200; every failure is logged and leaves what has arrived on the disk.
+    bool downloadFileTo(String const& url, String const& path) noexcept;
+
+    /// Sees to it that `directory` holds the configured file, fetching it unless it is there with the
+    /// configured MD5. Returns its path, or the null string when that failed; a name that would leave the
+    /// directory is such a failure and touches nothing.
+    String downloadFromConfig(DownloadConfig const& config, String const& directory);
+
+    /// Lower-case hexadecimal; throws EFile when the file cannot be read.
+    static String computeFileMd5(String const& path);
+
+private:
+    String urlOf(String const& url) const;
+    bool transfer(String const& url, String const& path);
+
+    TarvikClientCurlSession m_session;
+    mutable Mutex m_serverMutex;
+    String m_server;
+};
+
+/// Removes a file that an installation is about to replace, if there is one. Throws EFile after a log line.
+void REMOVE(String const& path);
+
+/// Moves into place a file that an archive should have held. Throws EFile after a log line.
+void RENAME(String const& from, String const& to);
+
+} // namespace quillon

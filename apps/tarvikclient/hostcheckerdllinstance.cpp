@@ -1,0 +1,32 @@
+#include "tarvikclient/hostcheckerdllinstance.h"
+
+#include "base/log.h"
+
+namespace quillon {
+
+HostCheckerDllInstance::HostCheckerDllInstance(String const& modulePath) : ModuleLoader(modulePath) {
+    resolve(m_init, "InitHostCheckerDll");
+    resolve(m_close, "CloseHostCheckerDll");
+    resolve(m_getValidRules, "GetValidRules");
+}
+
+void HostCheckerDllInstance::start(String const& directory, String const& hostname, String const& language) {
+    call("InitHostCheckerDll", m_init, "", "", directory.str(), hostname.str(), language.str());
+}
+
+String HostCheckerDllInstance::getValidRules(String const& rules) {
+    // The text stays the module's: it is copied here and not handed back.
+    char const* const text = call("GetValidRules", m_getValidRules, rules.str());
+    if (!text) {
+        log(ERROR, "HostCheckerDllInstance", "getValidRules", "The module returned no text");
+        throw EHostCheckerDllInstance("EHostCheckerDllInstance",
+                                      "apps/tarvikclient/hostcheckerdllinstance.cpp", __LINE__);
+    }
+    return String(text).clone();
+}
+
+void HostCheckerDllInstance::stop() {
+    call("CloseHostCheckerDll", m_close);
+}
+
+} // namespace quillon

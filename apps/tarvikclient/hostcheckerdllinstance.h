@@ -1,0 +1,32 @@
+// A loaded host-checker module.
+#pragma once
+
+#include "tarvikclient/moduleexports.h"
+#include "tarvikclient/moduleloader.h"
+
+namespace quillon {
+
+/// A host-checker module cannot be used.
+class EHostCheckerDllInstance : public Exception {
+    using Exception::Exception;
+};
+
+/// Opens a host-checker module and finds its exports; wraps each. Made and used on the client thread. Every
+/// operation throws EModuleLoader when the module lets an exception out.
+class HostCheckerDllInstance : public ModuleLoader {
+public:
+    explicit HostCheckerDllInstance(String const& modulePath);
+
+    /// `directory` ends in "/" and is the module's to write in.
+    void start(String const& directory, String const& hostname, String const& language);
+    /// The rules of `rules` that this machine satisfies, in the module's own form.
+    String getValidRules(String const& rules);
+    void stop();
+
+private:
+    TARVIK_EXPORT_TYPE(InitHostCheckerDll) * m_init;
+    TARVIK_EXPORT_TYPE(CloseHostCheckerDll) * m_close;
+    TARVIK_EXPORT_TYPE(GetValidRules) * m_getValidRules;
+};
+
+} // namespace quillon

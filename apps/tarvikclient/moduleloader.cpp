@@ -1,0 +1,60 @@
+#include "tarvikclient/moduleloader.h"
+
+#include "base/log.h"
+
+#include <dlfcn.h>
+
+namespace quillon {
+
+namespace {
+
+constexpr char sourceFile[] = "apps/tarvikclient/moduleloader.cpp";
+
+} // namespace
+
+ModuleLoader::ModuleLoader(String const& path) {
+    if (!dlopen(path.str()))
+        reportLoadError(path);
+}
+
+ModuleLoader::~ModuleLoader() {
+    if (m_handle)
+        dlclose();
+}
+
+void* ModuleLoader::load(char const* symbol) {
+    void* const address = dlsym(symbol);
+    if (!address)
+        reportLoadError(symbol);
+    return address;
+}
+
+bool ModuleLoader::dlopen(char const* path) {
+    m_handle = ::dlopen(path, RTLD_LAZY);
+    return m_handle != nullptr;
+}
+
+void* ModuleLoader::dlsym(char const* symbol) {
+    return ::dlsym(m_handle, symbol);
+}
+
+String ModuleLoader::dlerror() {
+    char const* const text = ::dlerror();
+    return text ? String(text).clone() : String();
+}
+
+int ModuleLoader::dlclose() {
+    return ::dlclose(std::exchange(m_handle, nullptr));
+}
+
+void ModuleLoader::reportLoadError(String const& name) {
+    log(ERROR, "ModuleLoader", "ModuleLoader", "Unable to load \"" + name + "\": " + dlerror());
+    throw EModuleLoader("EModuleLoader", sourceFile, 28);
+}
+
+void ModuleLoader::reportException(char const* symbol) {
+    log(ERROR, "ModuleLoader", "call", String("An exception left the module's ") + symbol);
+    throw EModuleLoader("EModuleLoader", sourceFile, __LINE__);
+}
+
+} // namespace quillon

@@ -1,0 +1,59 @@
+// Opens a shared library and finds its exports.
+#pragma once
+
+#include "base/exception.h"
+
+#include <type_traits>
+#include <utility>
+
+namespace quillon {
+
+/// A module cannot be opened, lacks an export, or broke the rules of its boundary.
+class EModuleLoader : public Exception {
+    using Exception::Exception;
+};
+
+/// One open module. The library stays mapped while the object lives; whoever owns it stops the module before.
+/// Used on the client thread. Only a path whose signature has been verified belongs here.
+class ModuleLoader {
+public:
+    /// Opens the library; throws EModuleLoader after a log line with the linker's own text.
+    explicit ModuleLoader(String const& path);
+    ModuleLoader(ModuleLoader const&) = delete;
+    ModuleLoader& operator=(ModuleLoader const&) = delete;
+    virtual ~ModuleLoader();
+
+    /// The address of an export; throws EModuleLoader, after a log line, when it is missing.
+    void* load(char const* symbol);
+
+    bool dlopen(char const* path);
+    void* dlsym(char const* symbol);
+    String dlerror();
+    int dlclose();
+
+protected:
+    /// Sets `function` to an export of its type.
+    template <class Function>
+    void resolve(Function*& function, char const* symbol) {
+        function = reinterpret_cast<Function*>(load(symbol));
+    }
+
+    /// Calls an export. A module that lets an exception out gets no further than here: it is logged and
+    /// thrown on as EModuleLoader.
+    template <class Function, class... Arguments>
+    static auto call(char const* symbol, Function* function, Arguments... arguments) {
+        try {
+            return function(arguments...);
+        } catch (...) {
+            reportException(symbol);
+        }
+    }
+
+private:
+    [[noreturn]] void reportLoadError(String const& name);
+    [[noreturn]] static void reportException(char const* symbol);
+
+    void* m_handle = nullptr;
+};
+
+} // namespace quillon

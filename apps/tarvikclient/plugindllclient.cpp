@@ -1,0 +1,129 @@
+#include "tarvikclient/plugindllclient.h"
+
+#include "base/file.h"
+#include "base/log.h"
+#include "base/safepath.h"
+#include "tarvikclient/client.h"
+
+#include "json/JSONWrapperConstIterator.h"
+#include "json/JSONWrapperFromString.h"
+
+namespace quillon {
+
+namespace {
+
+constexpr unsigned pollMs = 500;
+constexpr unsigned closeAfterMs = 3000;
+
+enum StatusCode { statusLine = TARVIK_CODE_STATUS, closeRequest = TARVIK_CODE_CLOSE_REQUEST };
+
+} // namespace
+
+TarvikClientPluginDll::TarvikClientPluginDll(TarvikClient& client, ITarvikClientNotify& notify,
+                                             ClientPluginDllConfiguration& configuration,
+                                             DownloadManager& downloads)
+    : PluginDllInstaller(configuration.pluginDlls, downloads),
+      m_client(client),
+      m_notify(notify),
+      m_configuration(configuration) {}
+
+int TarvikClientPluginDll::run(CurlSession&) {
+    m_notify.onStatus(STATUS_DOWNLOADING_COMPENENTS);
+    downloadMacOsXDll();
+    downloadCerts();
+    loadDll();
+    bool const proxySent = sendProxy();
+    m_module->start(parameters(), &DownloadManager::StaticDownloadWrapper::downloadFileTo);
+    if (proxySent)
+        sendProxy();
+    poll();
+    m_module->stop();
+    return 0;
+}
+
+String TarvikClientPluginDll::getCertDir() const {
+    if (!isSafeRelativePath(m_configuration.orgname)) {
+        log(ERROR, "TarvikClientPluginDll", "getCertDir",
+            "Organisation's name leaves its directory: '" + m_configuration.orgname + "'");
+        return String::null;
+    }
+    return getPluginDir() + "/" + "PKIs" + "/" + m_configuration.orgname;
+}
+
+void TarvikClientPluginDll::downloadCerts() {
+    String const directory = getCertDir();
+    if (directory.empty())
+        return;
+    m_downloads.downloadFromConfig(m_configuration.certificates.cert, directory);
+    m_downloads.downloadFromConfig(m_configuration.certificates.ca, directory);
+}
+
+bool TarvikClientPluginDll::sendProxy() {
+    Proxy proxy;
+    proxy.getCredentials() = m_client.getLocalConfiguration().getProxyCredentials();
+    try {
+        m_module->setProxy(true, proxy);
+        return true;
+    } catch (NullException const&) {
+        return false;
+    }
+}
+
+PluginParameters TarvikClientPluginDll::parameters() const {
+    PluginParameters parameters;
+    parameters.login = m_configuration.login;
+    parameters.organization = m_configuration.orgname;
+    parameters.hostname = m_client.getMediation();
+    parameters.server = m_configuration.server;
+    parameters.suffix = m_configuration.clientid;
+    parameters.ticket = m_configuration.ticket;
+    parameters.sessionId = m_configuration.sessionid;
+    parameters.certDirectory = getCertDir();
+    parameters.certFileName = m_configuration.certificates.cert.filename;
+    parameters.caFileName = m_configuration.certificates.ca.filename;
+    parameters.certPassword = m_configuration.certPassword;
+    return parameters;
+}
+
+void TarvikClientPluginDll::poll() {
+    do
+        processPluginStatus(m_module->getErrors());
+    while (!m_stopSignal.isStopped() && !m_stopSignal.wait(pollMs));
+}
+
+void TarvikClientPluginDll::processPluginStatus(String const& text) {
+    bool statusInBatch = false;
+    bool closeRequestInBatch = false;
+    json::JSONWrapperFromString const batch(text);
+    if (batch.getType() != json::JSON::arrayValue) {
+        log(ERROR, "TarvikClientPluginDll", "processPluginStatus", "the module's status is no list");
+        throw json::EJsonError("EJsonError", "apps/tarvikclient/plugindllclient.cpp", __LINE__);
+    }
+    for (json::JSONWrapper const element : batch) {
+        switch (toInt32(element["code"].asString())) {
+        case statusLine:
+            m_notify.onVpnStatus(element["status"].asString());
+            m_vpnStatusSeen = statusInBatch = true;
+            break;
+        case closeRequest:
+            closeRequestInBatch = true;
+            onCloseRequest(toUint32(element["reason"].asString()));
+            break;
+        default:
+            break;
+        }
+    }
+    if (!closeRequestInBatch && m_closeRequestCount != 0) {
+        m_closeRequestCount = 0;
+        log(TRACE, "TarvikClientPluginDll", "processPluginStatus", "closeRequest canceled");
+    }
+    if (!statusInBatch && m_vpnStatusSeen)
+        m_notify.onVpnStatus(String::null);
+}
+
+void TarvikClientPluginDll::onCloseRequest(std::uint32_t reason) {
+    if (reason == 1 || reason == 2 || reason == 4 || ++m_closeRequestCount * pollMs >= closeAfterMs)
+        stop();
+}
+
+} // namespace quillon

@@ -1,0 +1,17 @@
+#include "tarvikclient/plugindllclientnotunnel.h"
+
+namespace quillon {
+
+TarvikClientPluginDllNoTunnel::TarvikClientPluginDllNoTunnel(
+    TarvikClient&, ITarvikClientNotify&, NoTunnelClientPluginDllConfiguration& configuration,
+    DownloadManager& downloads)
+    : PluginDllInstaller(configuration.pluginDlls, downloads), m_configuration(configuration) {}
+
+int TarvikClientPluginDllNoTunnel::run(CurlSession&) {
+    downloadMacOsXDll();
+    loadDll();
+    return m_module->LaunchSafeResource(m_configuration.safetype, m_configuration.service,
+                                        &DownloadManager::StaticDownloadWrapper::downloadFileTo);
+}
+
+} // namespace quillon

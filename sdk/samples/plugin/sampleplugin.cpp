@@ -1,0 +1,230 @@
+// A plug-in that connects to nothing: it plays a script of status lines, one line per poll, and writes down
+// in sample-plugin.log, in the plug-in directory, every call that it receives.
+//
+// The script comes from the gateway (/sample/poll-script); each of its lines is the JSON array that one poll
+// returns, and polls after the last line return "[]".
+
+#include <tarvik/module.h>
+
+#include <cstdlib>
+#include <cstring>
+#include <fstream>
+#include <map>
+#include <memory>
+#include <new>
+#include <sstream>
+#include <string>
+#include <vector>
+
+namespace {
+
+const char builtInScript[] = R"([{"code":"5","status":"init"}]
+[{"code":"5","status":"authenticating"}]
+[{"code":"5","status":"getconfig"}]
+[{"code":"5","status":"connected ip=10.8.0.2"}]
+[{"code":"5","status":"connected ip=10.8.0.2"}]
+[{"code":"5","status":"connected ip=10.8.0.2"}]
+[]
+[{"code":"8","reason":"1"}]
+)";
+
+const char nothingNew[] = "[]";
+
+/// The seven fields of a proxy text with the password masked; where a "|" inside a value makes the fields
+/// ambiguous, everything between the host and the last field is.
+std::string withoutPassword(const std::string& proxy) {
+    std::vector<std::string> fields;
+    std::istringstream stream(proxy);
+    for (std::string field; std::getline(stream, field, '|');)
+        fields.push_back(field);
+    const bool ambiguous = fields.size() != 7;
+    std::string masked;
+    for (size_t i = 0; i < fields.size(); ++i) {
+        const bool secret = ambiguous ? i > 2 && i + 1 < fields.size() : i == 4;
+        masked += (i == 0 ? "" : "|") + (secret && !fields[i].empty() ? "***" : fields[i]);
+    }
+    return masked;
+}
+
+class SamplePlugin {
+public:
+    /// Remembers a setting under the name of its setter and logs the call with "shown" for the value.
+    void set(const std::string& name, const std::string& value, const std::string& shown) {
+        m_settings[name] = value;
+        log(name + " " + shown);
+    }
+
+    void set(const std::string& name, const std::string& value) { set(name, value, value); }
+
+    bool wasGiven(const std::string& name, const std::string& value) const {
+        const auto setting = m_settings.find(name);
+        return setting != m_settings.end() && setting->second == value;
+    }
+
+    void setDelegate(TarvikDownloadDelegate delegate) { m_delegate = delegate; }
+
+    /// Lines from before the plug-in directory is known are kept until it is.
+    void log(const std::string& line) {
+        m_log += line + "\n";
+        const std::string directory = m_settings["DllSetPluginDir2"];
+        if (directory.empty())
+            return;
+        std::ofstream file(directory + "/sample-plugin.log", std::ios::app);
+        file << m_log.substr(m_logWritten);
+        m_logWritten = m_log.size();
+    }
+
+    const std::string& logText() const { return m_log; }
+
+    void start() {
+        std::string url = "/sample/poll-script";
+        std::string path = m_settings["DllSetPluginDir2"] + "/poll-script.txt";
+        if (m_delegate && m_delegate(url.data(), path.data())) {
+            std::ifstream file(path);
+            readScript(file);
+        } else {
+            std::istringstream text(builtInScript);
+            readScript(text);
+        }
+    }
+
+    std::string poll() { return m_nextPoll < m_polls.size() ? m_polls[m_nextPoll++] : nothingNew; }
+
+private:
+    void readScript(std::istream& script) {
+        m_polls.clear();
+        m_nextPoll = 0;
+        for (std::string line; std::getline(script, line);)
+            m_polls.push_back(line.empty() ? nothingNew : line);
+    }
+
+    std::map<std::string, std::string> m_settings;
+    TarvikDownloadDelegate m_delegate = nullptr;
+    std::vector<std::string> m_polls;
+    size_t m_nextPoll = 0;
+    std::string m_log;
+    size_t m_logWritten = 0;
+};
+
+/// The one instance. Held here, and not by the handle alone, because a session without a tunnel unloads the
+/// module without DllStop2: the instance is then freed with the library.
+std::unique_ptr<SamplePlugin> theInstance;
+
+SamplePlugin& plugin(void* instance) {
+    return *static_cast<SamplePlugin*>(instance);
+}
+
+/// A copy that DllReleaseStr can free.
+char* released(const std::string& text) {
+    return strdup(text.c_str());
+}
+
+} // namespace
+
+void* DllCreatePluginFrontal() noexcept {
+    theInstance.reset(new (std::nothrow) SamplePlugin);
+    if (theInstance)
+        theInstance->log(__func__);
+    return theInstance.get();
+}
+
+void DllSetDllVersion2(void* instance, const char* version) noexcept {
+    plugin(instance).set(__func__, version);
+}
+
+void DllSetPluginDir2(void* instance, const char* directory) noexcept {
+    plugin(instance).set(__func__, directory);
+}
+
+void DllSetLogin2(void* instance, const char* login) noexcept {
+    plugin(instance).set(__func__, login);
+}
+
+void DllSetOrganization2(void* instance, const char* organization) noexcept {
+    plugin(instance).set(__func__, organization);
+}
+
+void DllSetHostname2(void* instance, const char* hostname) noexcept {
+    plugin(instance).set(__func__, hostname);
+}
+
+void DllSetServer2(void* instance, const char* server) noexcept {
+    plugin(instance).set(__func__, server);
+}
+
+void DllSetSuffix2(void* instance, const char* suffix) noexcept {
+    plugin(instance).set(__func__, suffix);
+}
+
+void DllSetTicket2(void* instance, const char* ticket) noexcept {
+    plugin(instance).set(__func__, ticket, "***");
+}
+
+void DllSetSessionId2(void* instance, const char* sessionId) noexcept {
+    plugin(instance).set(__func__, sessionId, "***");
+}
+
+void DllSetCertDirectory2(void* instance, const char* directory) noexcept {
+    plugin(instance).set(__func__, directory);
+}
+
+void DllSetCertFileName2(void* instance, const char* fileName) noexcept {
+    plugin(instance).set(__func__, fileName);
+}
+
+void DllSetCaFileName2(void* instance, const char* fileName) noexcept {
+    plugin(instance).set(__func__, fileName);
+}
+
+void DllSetCertPassword2(void* instance, const char* password) noexcept {
+    plugin(instance).set(__func__, password, "***");
+}
+
+void DllSetDownloadDelegate2(void* instance, TarvikDownloadDelegate delegate) noexcept {
+    plugin(instance).log(__func__);
+    plugin(instance).setDelegate(delegate);
+}
+
+void DllSetProxy2(void* instance, const char* proxy) noexcept {
+    plugin(instance).set(__func__, proxy, withoutPassword(proxy));
+}
+
+char* DllGetLogs2(void* instance) noexcept {
+    plugin(instance).log(__func__);
+    return released(plugin(instance).logText());
+}
+
+/// This module's one command is "given": 1 when the setter named "second" was last called with "third".
+int DllExecute2(void* instance, const char* first, const char* second, const char* third) noexcept {
+    plugin(instance).log(std::string(__func__) + " " + first + " " + second + " ***");
+    return std::strcmp(first, "given") == 0 && plugin(instance).wasGiven(second, third) ? 1 : 0;
+}
+
+char* DllGetErrors2(void* instance) noexcept {
+    const std::string news = plugin(instance).poll();
+    if (news != nothingNew)
+        plugin(instance).log(std::string(__func__) + " " + news);
+    return released(news);
+}
+
+void DllStart2(void* instance) noexcept {
+    plugin(instance).log(__func__);
+    plugin(instance).start();
+}
+
+void DllStop2(void* instance) noexcept {
+    plugin(instance).log(__func__);
+    theInstance.reset();
+}
+
+/// Logged like the poll that it belongs to: an uneventful one is not.
+void DllReleaseStr(char* text) noexcept {
+    if (theInstance && std::strcmp(text, nothingNew) != 0)
+        theInstance->log(__func__);
+    std::free(text);
+}
+
+int LaunchSafeResource(void* instance, int id, const char* text) noexcept {
+    plugin(instance).log(std::string(__func__) + " " + std::to_string(id) + " " + text);
+    return 0;
+}

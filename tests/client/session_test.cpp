@@ -1,0 +1,206 @@
+// The pass from the launch URL to its outcome.
+#include "client/clientfixture.h"
+
+#include "base/confhelper.h"
+#include "base/file.h"
+
+#include <filesystem>
+#include <thread>
+
+namespace quillon::test {
+
+namespace {
+
+class SessionTest : public ClientTest {};
+
+Lines const fatal{"onFatalError "};
+
+TEST_F(SessionTest, asks_the_mediation_service_once_with_version_cookie_and_agent) {
+    m_gateway.serve("/mediation", json(R"({"success":false,"exception":"not today"})"));
+    EXPECT_EQ(runSession(), fatal);
+    EXPECT_TRUE(m_log->contains("ERROR TarvikClient.main not today"));
+
+    auto const requests = m_gateway.server().requests();
+    ASSERT_EQ(requests.size(), 1u);
+    EXPECT_EQ(requests[0].method, "GET");
+    EXPECT_EQ(requests[0].target, "/mediation?clientversion=8.2.0.21&lang=en");
+    EXPECT_EQ(requests[0].header("Cookie"), "Tarvik-Id=ticket-1");
+    EXPECT_EQ(requests[0].header("User-Agent").find("TarvikClient 8.2.0.21 "), 0u);
+    EXPECT_EQ(m_client->getMediation(), String::copyOf(m_gateway.server().authority()));
+}
+
+TEST_F(SessionTest, sends_an_empty_cookie_without_user_info_and_the_path_as_it_came) {
+    std::string const url = "tarvik://" + m_gateway.server().authority() + "/a%20b%2Fc";
+    EXPECT_EQ(runSession(String::copyOf(url)), fatal);
+    auto const requests = m_gateway.server().requests();
+    ASSERT_EQ(requests.size(), 1u);
+    EXPECT_EQ(requests[0].path(), "/a%20b%2Fc");
+    EXPECT_TRUE(requests[0].hasHeader("Cookie"));
+    EXPECT_EQ(requests[0].header("Cookie"), "Tarvik-Id=");
+}
+
+TEST_F(SessionTest, goes_on_after_a_status_that_is_not_200) {
+    serveModule("test_plugin");
+    std::string const body =
+        toJson({{"success", "true"}, {"result", toJson(m_gateway.noTunnelConfiguration())}});
+    m_gateway.serve("/mediation", status(500, body));
+    EXPECT_EQ(runSession(), (Lines{"onDispatch 4", "onStatus 4"}));
+    EXPECT_TRUE(m_log->contains("ERROR TarvikClient.main mediation response is HTTP.500"));
+}
+
+TEST_F(SessionTest, replies_that_are_no_configuration_are_fatal) {
+    std::string const deep(100000, '[');
+    std::string const large = R"({"success":true,"result":")" + std::string(20 * 1024 * 1024, 'x') + "\"}";
+    std::string const huge(33 * 1024 * 1024, ' ');
+    for (std::string const& body :
+         {std::string(), std::string("<html>"), std::string("{\"success\":tru"), std::string("[]"),
+          std::string("null"), std::string("{}"), std::string(R"({"success":null})"),
+          std::string(R"({"success":[]})"), std::string(R"({"success":true})"),
+          std::string(R"({"success":true,"result":null})"), std::string(R"({"success":true,"result":[1]})"),
+          std::string(R"({"success":true,"result":{}})"),
+          std::string(R"({"success":true,"result":{"type":"PluginDll"}})"),
+          std::string(R"({"success":true,"result":{"type":{}}})"), deep, "{\"success\":" + deep, large,
+          huge}) {
+        m_gateway.serve("/mediation", body);
+        auto const before = m_notify.lines().size();
+        EXPECT_EQ(runSession().size(), before + 1) << body.substr(0, 100);
+        EXPECT_EQ(m_notify.lines().back(), fatal[0]) << body.substr(0, 100);
+    }
+    EXPECT_TRUE(m_log->contains("ERROR ClientConfiguration.load Unknown configuration type: PluginDll"));
+    EXPECT_TRUE(m_log->contains("EMediationResponse:client.cpp:59 -> client.cpp:155"));
+    EXPECT_TRUE(m_log->contains("EMediationResponse:client.cpp:62 -> client.cpp:155"));
+    EXPECT_TRUE(m_log->contains("EClientConfiguration:clientconfiguration.cpp:93 -> client.cpp:155"));
+}
+
+TEST_F(SessionTest, each_key_of_each_configuration_is_required_and_of_its_type) {
+    makeClient();
+    for (JsonObject const& complete : {m_gateway.pluginConfiguration(), m_gateway.noTunnelConfiguration(),
+                                       m_gateway.hostcheckerConfiguration()})
+        for (auto const& [key, value] : complete)
+            for (std::string const spoiled : {"", "[[]]", "null"}) {
+                JsonObject configuration = complete;
+                spoiled.empty() ? void(configuration.erase(key)) : void(configuration[key] = spoiled);
+                m_gateway.serveResult(configuration);
+                // A list where modules are due is a record without any, and fails when it comes to loading.
+                EXPECT_EQ(runSession().back(), fatal[0]) << key << " " << spoiled;
+            }
+    EXPECT_TRUE(m_log->contains("ERROR ConfReadHelper.readKey Missing tag: <sessionid>"));
+    EXPECT_TRUE(m_log->contains("ERROR ConfReadHelper.readKey Error while reading key: \"service\""));
+    EXPECT_EQ(m_gateway.count("/modules/module.zip"), 0u);
+}
+
+TEST_F(SessionTest, transfers_that_fail_are_connect_errors) {
+    struct {
+        char const* what;
+        Reply reply;
+    } const cases[] = {
+        {"reset", silent(Reply::reset)},
+        {"closed", silent(Reply::close)},
+        {"cut off", raw("HTTP/1.1 200 OK\r\nContent-Length: 100\r\n\r\n{\"success\"")},
+        {"no HTTP", raw("hello\r\n")},
+    };
+    for (auto const& [what, reply] : cases) {
+        m_gateway.serve("/mediation", reply);
+        EXPECT_EQ(runSession().back().find("onConnectError Code: "), 0u) << what;
+    }
+    EXPECT_EQ(m_notify.lines().size(), std::size(cases));
+}
+
+TEST_F(SessionTest, a_certificate_that_nobody_trusts_is_a_connect_error) {
+    writeFile(m_home.file(".Tarvik/tarvikclient.xml"), "<tarvikclient></tarvikclient>");
+    EXPECT_EQ(runSession().back().find("onConnectError Code: 60("), 0u);
+    EXPECT_EQ(m_gateway.server().requests().size(), 0u);
+}
+
+TEST_F(SessionTest, a_refused_connection_is_a_connect_error_with_its_reason) {
+    std::string url;
+    {
+        TestServer gone([](Request const&) { return ok(); });
+        url = "tarvik://t@" + gone.authority() + "/";
+    }
+    EXPECT_EQ(runSession(String::copyOf(url)).back().find("onConnectError Code: 7("), 0u);
+}
+
+TEST_F(SessionTest, launch_urls_that_are_none_end_the_session) {
+    for (std::string const& url :
+         {std::string(), std::string("x"), std::string("tarvik:"), std::string("tarvik://"),
+          std::string("tarvik://@"), std::string("tarvik://h o s t/"), std::string("tarvik://host#a\nb"),
+          "tarvik://" + std::string(1024 * 1024, 'h') + "/"}) {
+        auto const before = m_notify.lines().size();
+        EXPECT_EQ(runSession(String::copyOf(url)).size(), before + 1) << url.substr(0, 40);
+    }
+}
+
+TEST_F(SessionTest, a_megabyte_of_launch_url_comes_to_an_end) {
+    m_gateway.serve("/mediation", json(R"({"success":false})"));
+    String url = m_gateway.launchUrl();
+    url.append("&x=").append(1024 * 1024, 'y');
+    EXPECT_EQ(runSession(url).size(), 1u);
+}
+
+TEST_F(SessionTest, a_url_that_goes_away_is_kept) {
+    m_gateway.serve("/mediation", json(R"({"success":false})"));
+    makeClient();
+    {
+        std::string const passing(m_gateway.launchUrl().view());
+        m_client->run(String(passing.c_str()));
+    }
+    m_client->join();
+    m_client->restart();
+    m_client->join();
+    EXPECT_EQ(m_gateway.count("/mediation"), 2u);
+}
+
+TEST_F(SessionTest, language_of_a_launch_url) {
+    EXPECT_EQ(TarvikClient::getLangFromArg("tarvik://t@h/p?lang=de&x=1"), "de");
+    EXPECT_EQ(TarvikClient::getLangFromArg("tarvik://t@h/p"), "");
+    EXPECT_EQ(TarvikClient::getLangFromArg("tarvik://h#\n?lang=de"), "");
+}
+
+TEST_F(SessionTest, nothing_to_stop_before_a_session) {
+    makeClient();
+    m_client->stop();
+    m_client->showLogs();
+    EXPECT_FALSE(m_client->isRunning());
+    EXPECT_TRUE(m_client->join());
+    EXPECT_EQ(m_client->getMediation(), "");
+}
+
+TEST_F(SessionTest, control_from_another_thread_meets_sub_clients_that_come_and_go) {
+    serveModule("test_plugin");
+    m_gateway.serveResult(m_gateway.noTunnelConfiguration());
+    makeClient();
+    std::atomic<bool> done{false};
+    std::thread control([&] {
+        while (!done) {
+            m_client->stop();
+            m_client->showLogs();
+            m_client->getMediation();
+            m_client->isRunning();
+            m_client->run(m_gateway.launchUrl()); // mostly while it runs
+        }
+    });
+    EXPECT_TRUE(m_notify.await("onStatus 4", 5));
+    done = true;
+    control.join();
+}
+
+TEST_F(SessionTest, data_directory_is_private_and_current) {
+    makeClient();
+    EXPECT_EQ(std::filesystem::status(dataDirectory()).permissions(), std::filesystem::perms::owner_all);
+    EXPECT_EQ(std::filesystem::current_path(), std::filesystem::canonical(dataDirectory()));
+}
+
+TEST_F(SessionTest, construction_fails_in_order) {
+    writeFile(
+        m_home.file(".Tarvik/tarvikclient.xml"),
+        "<tarvikclient><proxy><credentials><password>p</password></credentials></proxy></tarvikclient>");
+    EXPECT_THROW(makeClient(), EConfMissingKey);
+    setenv("HOME", m_home.file("file").str(), 1);
+    writeFile(m_home.file("file"), "in the way");
+    EXPECT_THROW(makeClient(), EFile);
+}
+
+} // namespace
+
+} // namespace quillon::test

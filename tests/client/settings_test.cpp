@@ -1,0 +1,106 @@
+// The settings file and the policy that follows from it.
+#include "base/confhelper.h"
+#include "base/file.h"
+#include "support/logcapture.h"
+#include "tarvikclient/clientcurlsession.h"
+
+#include <gtest/gtest.h>
+
+namespace quillon::test {
+
+namespace {
+
+List<String> domains(std::initializer_list<char const*> names) {
+    List<String> list;
+    for (char const* const name : names)
+        list.add(name);
+    return list;
+}
+
+TEST(Settings, what_is_saved_is_read_back_and_the_password_is_in_clear) {
+    TemporaryDirectory directory;
+    String const path = directory.file("tarvikclient.xml");
+    ClientLocalConfiguration saved;
+    saved.setSslCertIgnoreDomains(domains({"b.example", "a.example:8443"}));
+    saved.setProxyCredentials(Credentials("user", "p&q word ", ""));
+    saved.save(path);
+    EXPECT_EQ(readFile(path), "<tarvikclient>\r\n"
+                              " <sslcertignoredomains>\r\n"
+                              "  <domains>b.example</domains>\r\n"
+                              "  <domains>a.example:8443</domains>\r\n"
+                              " </sslcertignoredomains>\r\n"
+                              " <proxy>\r\n"
+                              "  <credentials>\r\n"
+                              "   <login>user</login>\r\n"
+                              "   <password>p&q word </password>\r\n"
+                              "   <domain></domain>\r\n"
+                              "  </credentials>\r\n"
+                              " </proxy>\r\n"
+                              "</tarvikclient>");
+    ClientLocalConfiguration read;
+    read.readFromFile(path);
+    EXPECT_EQ(read.getProxyCredentials(), saved.getProxyCredentials());
+    List<String> const ignored = read.getSslCertIgnoreDomains();
+    ASSERT_EQ(ignored.size(), 2u);
+    EXPECT_EQ(*ignored.begin(), "b.example");
+}
+
+TEST(Settings, files_that_are_none_leave_the_defaults_and_are_named) {
+    TemporaryDirectory directory;
+    String const path = directory.file("settings");
+    for (char const* const content : {"", "<tarvikclient>", "<other/>", "\xff\xfe"}) {
+        LogCapture log;
+        writeFile(path, content);
+        ClientLocalConfiguration settings;
+        settings.readFromFile(path);
+        EXPECT_TRUE(settings.getProxyCredentials().empty());
+        EXPECT_TRUE(log.contains(
+            "ERROR ClientLocalConfiguration.readFromFile Can not read local configuration from " +
+            std::string(path.view())))
+            << content;
+    }
+    writeFile(path, "<tarvikclient/>");
+    ClientLocalConfiguration().readFromFile(path);
+}
+
+TEST(Settings, a_save_that_fails_leaves_the_old_file) {
+    TemporaryDirectory directory;
+    String const path = directory.file("missing/settings");
+    EXPECT_THROW(ClientLocalConfiguration().save(path), EFile);
+    File::createDirectory(directory.file("settings.new"));
+    writeFile(directory.file("settings"), "old");
+    EXPECT_THROW(ClientLocalConfiguration().save(directory.file("settings")), EFile);
+    EXPECT_EQ(readFile(directory.file("settings")), "old");
+}
+
+TEST(Settings, positional_forms_are_refused) {
+    ClientLocalConfiguration settings;
+    File file;
+    EXPECT_THROW(settings.write(static_cast<IReader&>(file)), ENotImplemented);
+    EXPECT_THROW(settings.read(static_cast<IWriter&>(file)), ENotImplemented);
+}
+
+TEST(Settings, certificates_are_skipped_for_the_exact_authority_alone) {
+    ClientLocalConfiguration settings;
+    settings.setSslCertIgnoreDomains(domains({"gw.example", "gw.example:8443"}));
+    TarvikClientCurlSession session(settings);
+    EXPECT_FALSE(session.verifySSL("https://gw.example/path"));
+    EXPECT_FALSE(session.verifySSL("https://gw.example:8443"));
+    for (char const* const url : {"https://gw.example:443/", "https://GW.example/", "https://a.gw.example/",
+                                  "https://user@gw.example/", "https://gw.example.evil/"})
+        EXPECT_TRUE(session.verifySSL(url)) << url;
+}
+
+TEST(Settings, the_proxy_has_the_users_credentials_and_no_host) {
+    ClientLocalConfiguration settings;
+    settings.setProxyCredentials(Credentials("l", "p", "d"));
+    TarvikClientCurlSession session(settings);
+    Proxy const proxy = session.getProxy("https://gw.example/");
+    EXPECT_EQ(proxy.getType(), Proxy::NO_PROXY);
+    EXPECT_EQ(proxy.getHost(), "");
+    EXPECT_EQ(proxy.getCredentials(), Credentials("l", "p", "d"));
+}
+
+} // namespace
+
+} // namespace quillon::test

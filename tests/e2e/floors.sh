@@ -1,0 +1,40 @@
+#!/usr/bin/env bash
+# floors.sh PROJECT: no include climbs. Each folder names the folders that it may include from, and each library of
+# somebody else's is included in one folder alone.
+set -euo pipefail
+cd "$1"
+code=0
+
+# allow FOLDER PATTERN...: the quoted includes under FOLDER begin with one of the patterns.
+allow() {
+  local folder=$1 pattern
+  shift
+  pattern=$(printf '|%s/' "$@")
+  if grep -rnE '^#include "' --include='*.h' --include='*.cpp' "$folder" | grep -vE "#include \"(${pattern:1})"; then
+    echo "^ these includes climb out of $folder's floor"
+    code=1
+  fi
+}
+allow libs/base base
+allow libs/xml xml base
+allow libs/json json base
+allow libs/http http base
+allow libs/curl curl http base
+allow libs/openssl openssl base
+allow libs/zlib zlib base
+allow apps/tarvikclient tarvikclient tarvik base xml json http curl openssl zlib
+allow apps/devgateway devgateway
+
+# alone HEADERS FOLDER: only sources under FOLDER include these headers.
+alone() {
+  if grep -rnE "^#include <($1)" --include='*.h' --include='*.cpp' libs apps/tarvikclient apps/signmodule |
+      grep -v "^$2/"; then
+    echo "^ these headers belong to $2"
+    code=1
+  fi
+}
+alone 'curl/' libs/curl
+alone 'openssl/' libs/openssl
+alone 'json/' libs/json
+alone 'archive' libs/zlib
+exit $code
