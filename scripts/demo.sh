@@ -16,7 +16,10 @@ bin=$project/build/release/bin
 work=$(mktemp -d)
 gateway_pid=
 finish() {
-  [ -z "$gateway_pid" ] || kill "$gateway_pid" 2>/dev/null || true
+  if [ -n "$gateway_pid" ]; then
+    kill "$gateway_pid" 2>/dev/null || true
+    wait "$gateway_pid" || true
+  fi
   rm -rf "$work"
 }
 trap finish EXIT

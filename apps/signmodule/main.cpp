@@ -13,7 +13,7 @@ namespace {
 using namespace quillon;
 using namespace quillon::signmodule;
 
-constexpr int exitUsage = 64;
+constexpr int exitFailure = 1;
 
 bool fail(String const& reason) {
     std::fprintf(stderr, "tarvik-signmodule: %s\n", reason.str());
@@ -38,7 +38,10 @@ bool sign(CommandLine const& line) {
     if (record.signature.empty())
         return fail("cannot sign with the key of " + line.key);
     String const path = line.module + ".sig";
-    return record.saveToFile(path) || fail("cannot write " + path);
+    if (!record.saveToFile(path))
+        return fail("cannot write " + path);
+    std::fprintf(stderr, "tarvik-signmodule: wrote %s\n", path.str());
+    return true;
 }
 
 bool verify(CommandLine const& line) {
@@ -60,15 +63,15 @@ int main(int argc, char** argv) {
     auto const line = parseCommandLine(argc, argv);
     if (!line) {
         std::fputs(usage, stderr);
-        return exitUsage;
+        return exitFailure;
     }
     // The toolkit's log says why something failed; its lines belong beside the tool's own.
     for (LogCategory const category : {TRACE, DEBUG, ERROR, ASSERT})
         console->setStream(category, "stderr");
     try {
-        return (line->command == Command::sign ? sign(*line) : verify(*line)) ? 0 : 1;
+        return (line->command == Command::sign ? sign(*line) : verify(*line)) ? 0 : exitFailure;
     } catch (Exception const& e) {
         fail(e.toString());
-        return 1;
+        return exitFailure;
     }
 }

@@ -23,12 +23,13 @@ struct Record : IConf {
 
 test::Node document() {
     return {"",
-            {{"item", {"a", {}}},
-             {"number", {"12", {}}},
-             {"item", {"b", {}}},
-             {"bad", {"x", {}}},
-             {"record", {"", {{"number", {"7", {}}}}}},
-             {"empty", {"", {{"other", {"", {}}}}}}}};
+            "",
+            {{"item", "a"},
+             {"number", "12"},
+             {"item", "b"},
+             {"bad", "x"},
+             {"record", "", {{"number", "7"}}},
+             {"empty", "", {{"other"}}}}};
 }
 
 template <class Container>

@@ -7,21 +7,21 @@
 #include <map>
 #include <memory>
 #include <string>
-#include <utility>
 #include <vector>
 
 namespace quillon::test {
 
-/// One node: a text, or children in order.
+/// One node: a name and a text, or children in order.
 struct Node {
-    std::string value;
-    std::vector<std::pair<std::string, Node>> children;
+    std::string name = {};
+    std::string value = {};
+    std::vector<Node> children = {};
 
-    /// "name=value;" for a text, "name{...}" for a node with children.
+    /// Of the children: "name=value;" for a text, "name{...}" for a node with children.
     std::string text() const {
         std::string all;
-        for (auto const& [name, child] : children)
-            all += child.children.empty() ? name + "=" + child.value + ";" : name + "{" + child.text() + "}";
+        for (Node const& child : children)
+            all += child.name + (child.children.empty() ? "=" + child.value + ";" : "{" + child.text() + "}");
         return all;
     }
 };
@@ -31,7 +31,7 @@ public:
     explicit NodeWriter(Node& node) : m_node(node) {}
 
     IKeyWriter& operator[](char const* key) override {
-        m_child = std::make_unique<NodeWriter>(m_node.children.emplace_back(key, Node()).second);
+        m_child = std::make_unique<NodeWriter>(m_node.children.emplace_back(Node{key}));
         return *m_child;
     }
     IKeyWriter& operator[](String const& key) override { return (*this)[key.str()]; }
@@ -61,15 +61,15 @@ public:
     }
     unsigned size(String const& key) const override {
         unsigned count = 0;
-        for (auto const& child : m_node.children)
-            count += child.first == key.view();
+        for (Node const& child : m_node.children)
+            count += child.name == key.view();
         return count;
     }
     bool exists(String const& key) const override { return size(key) > 0; }
     IKeyReader& operator[](String const& key) override {
         unsigned left = m_next[std::string(key.view())]++;
-        for (auto const& [name, child] : m_node.children)
-            if (name == key.view() && left-- == 0) {
+        for (Node const& child : m_node.children)
+            if (child.name == key.view() && left-- == 0) {
                 m_child = std::make_unique<NodeReader>(child);
                 return *m_child;
             }

@@ -71,7 +71,7 @@ TEST(Proxy, isWrittenWithCredentialAndReadWithCredentials) {
     Proxy copy;
     copy.write(static_cast<IKeyReader&>(asWritten));
     EXPECT_EQ(copy, Proxy(Proxy::HTTP_CONNECT, "host:3128")) << "readers look for another name";
-    document.children.back().first = "credentials";
+    document.children.back().name = "credentials";
     test::NodeReader asConfigured(document);
     copy.write(static_cast<IKeyReader&>(asConfigured));
     EXPECT_EQ(copy, proxy);

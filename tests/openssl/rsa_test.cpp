@@ -5,6 +5,7 @@
 #include "support/temporarydirectory.h"
 
 #include <gtest/gtest.h>
+#include <openssl/bio.h>
 #include <openssl/err.h>
 
 using namespace quillon;
@@ -137,6 +138,9 @@ TEST_F(RsaTest, keysLoadInTheirFormOnly) {
     EXPECT_FALSE(key.loadFromPem(directory.file("missing").str(), nullptr, true));
     EXPECT_FALSE(key.valid()) << "the old key must not pass for the one that failed to load";
     EXPECT_FALSE(key.loadFromPem(directory.path().c_str(), nullptr, true));
+    BIO* const bio = BIO_new_mem_buf(pkcs1Pem, -1);
+    EXPECT_FALSE(key.loadFromBIO(bio, nullptr, true));
+    BIO_free(bio);
 }
 
 TEST_F(RsaTest, passwordCallbackNeedsRoomForTheNul) {

@@ -1,0 +1,18 @@
+// What the fuzz targets share.
+#pragma once
+
+#include "base/string.h"
+
+#include <cstddef>
+#include <cstdint>
+
+namespace quillon::fuzz {
+
+/// The input as a string that owns its bytes, so that a read past them is seen.
+inline String inputOf(std::uint8_t const* data, std::size_t size) {
+    return String::copyOf({reinterpret_cast<char const*>(data), size});
+}
+
+} // namespace quillon::fuzz
+
+extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size);

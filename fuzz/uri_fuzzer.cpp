@@ -1,0 +1,19 @@
+// Launch URLs: what goes out is stable when it is parsed again.
+#include "fuzz/fuzzer.h"
+#include "http/uri.h"
+
+#include <cstdlib>
+
+using namespace quillon;
+
+int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size) {
+    try {
+        http::Uri uri = http::Uri::parse(fuzz::inputOf(data, size), true);
+        uri.setScheme("https");
+        String const once = uri.getFullUri();
+        if (http::Uri::parse(once, true).getFullUri() != once)
+            std::abort();
+    } catch (http::UriComponentException const&) {
+    }
+    return 0;
+}

@@ -1,0 +1,19 @@
+// Settings and signature files: what is written of a tree reads as the same tree.
+#include "fuzz/fuzzer.h"
+#include "xml/exceptions.h"
+#include "xml/stringparser.h"
+
+#include <cstdlib>
+
+using namespace quillon;
+
+int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size) {
+    try {
+        String const once = xml::StringParser::parse(fuzz::inputOf(data, size))->toXml("");
+        if (xml::StringParser::parse(once)->toXml("") != once)
+            std::abort();
+    } catch (xml::EXmlNode const&) {
+    } catch (xml::EParser const&) {
+    }
+    return 0;
+}
