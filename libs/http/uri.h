@@ -70,8 +70,8 @@ public:
     static String decode(String const& text);
 
 private:
-    /// A component as callers see it and, while it is what parse() found, as it was written: decoding "%2F" or
-    /// "%25" cannot be undone.
+    /// A component as callers see it and, while it is what parse() found, as it was written, because decoding
+    /// "%2F" or "%25" cannot be undone.
     struct Component {
         String text;
         std::optional<String> written;
