@@ -66,6 +66,7 @@ private:
     void abandonSubClient();
 
     void session();
+    bool loadConfiguration();
     String prepareRequest();
     void installCookie(String const& host, String const& userInfo);
     void runSubClient();

@@ -71,12 +71,22 @@ void TarvikClient::main() {
 }
 
 void TarvikClient::session() {
+    if (!loadConfiguration())
+        return;
+    m_configuration->accept(*this);
+    runSubClient();
+    m_notify.onStatus(STATUS_FINISHED);
+}
+
+/// Asks the mediation service what to do. False when the pass is over, which has been notified. The reply,
+/// with its secrets, is gone when this returns: the session that follows may last for days.
+bool TarvikClient::loadConfiguration() {
     String const url = prepareRequest();
     Memory body;
     RequestInfo information;
     if (!m_downloadManager.getSession().request(url, body, information)) {
         m_notify.onConnectError(information);
-        return;
+        return false;
     }
     unsigned const status = information.getResponseHeader().getResponseCode();
     if (status != statusOk)
@@ -85,13 +95,11 @@ void TarvikClient::session() {
     if (!response.isSuccess()) {
         logError(response.getException());
         m_notify.onFatalError(String::null);
-        return;
+        return false;
     }
     json::JSONPolyReader reader = response.getDocument().getReader();
     m_configuration = ClientConfiguration::load((*reader)["result"]);
-    m_configuration->accept(*this);
-    runSubClient();
-    m_notify.onStatus(STATUS_FINISHED);
+    return true;
 }
 
 /// Turns the launch URL into the request to the mediation service and makes the session ready for it.

@@ -1,7 +1,7 @@
 // What the gateway asks the client to do.
 #pragma once
 
-#include "tarvikclient/downloadmanager.h"
+#include "tarvikclient/downloadManager.h"
 
 #include <cstdint>
 #include <memory>

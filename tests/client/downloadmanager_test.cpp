@@ -1,4 +1,4 @@
-#include "tarvikclient/downloadmanager.h"
+#include "tarvikclient/downloadManager.h"
 
 #include "base/file.h"
 #include "client/fakegateway.h"

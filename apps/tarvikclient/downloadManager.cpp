@@ -1,4 +1,4 @@
-#include "tarvikclient/downloadmanager.h"
+#include "tarvikclient/downloadManager.h"
 
 #include "base/confhelper.h"
 #include "base/file.h"
@@ -58,7 +58,7 @@ bool DownloadManager::downloadFileTo(String const& url, String const& path) noex
     try {
         return transfer(url, path);
     } catch (Exception const& e) {
-        log(TRACE, "Exception", "catch", e.trace("apps/tarvikclient/downloadmanager.cpp", __LINE__));
+        log(TRACE, "Exception", "catch", e.trace("apps/tarvikclient/downloadManager.cpp", __LINE__));
     } catch (std::exception const& e) {
         logFailure(e.what());
     }
@@ -100,7 +100,7 @@ String DownloadManager::computeFileMd5(String const& path) {
     File file;
     if (!file.open(path, File::in)) {
         log(ERROR, "DownloadManager", "computeFileMd5", "Cannot open file \"" + path + "\"");
-        throw EFile("EFile", "apps/tarvikclient/downloadmanager.cpp", __LINE__);
+        throw EFile("EFile", "apps/tarvikclient/downloadManager.cpp", __LINE__);
     }
     tls::MD5 digest;
     return digest.computehash(file).toHex();
