@@ -24,6 +24,7 @@ finish() {
 }
 trap finish EXIT
 
+: >"$work/urls" # before the gateway opens it: the loop below may come first
 "$bin/tarvik-devgateway" --port 0 >"$work/urls" 2>"$work/gateway.log" &
 gateway_pid=$!
 until [ "$(wc -l <"$work/urls")" -ge 5 ]; do

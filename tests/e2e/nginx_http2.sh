@@ -19,11 +19,12 @@ trap finish EXIT
 openssl req -x509 -newkey rsa:2048 -nodes -days 2 -subj /CN=localhost \
   -keyout "$work/key.pem" -out "$work/certificate.pem" 2>/dev/null
 
+: >"$work/urls" # before the gateway opens it: the loop below may come first
 "$programs/tarvik-devgateway" --port 0 --public-name localhost >"$work/urls" 2>"$work/gateway.log" &
 pids+=($!)
 # The port that the gateway got is known to the system alone, its URLs name the public one.
 upstream=
-for _ in $(seq 100); do
+for _ in $(seq 300); do
   [ "$(wc -l <"$work/urls")" -lt 5 ] || break
   sleep 0.1
 done
