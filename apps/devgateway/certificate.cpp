@@ -13,7 +13,7 @@ namespace {
 
 constexpr long secondsPerDay = 24 * 60 * 60;
 
-void check(bool ok, const char* what) {
+void check(bool ok, char const* what) {
     if (ok)
         return;
     char reason[256];
@@ -29,9 +29,9 @@ MemoryBio memoryBio() {
     return bio;
 }
 
-std::string contentOf(const MemoryBio& bio) {
+std::string contentOf(MemoryBio const& bio) {
     char* text = nullptr;
-    const long length = BIO_get_mem_data(bio.get(), &text);
+    long const length = BIO_get_mem_data(bio.get(), &text);
     return {text, static_cast<size_t>(length)};
 }
 
@@ -54,7 +54,7 @@ Certificate Certificate::forServer() {
     return made;
 }
 
-Certificate Certificate::forClient(const std::string& commonName) {
+Certificate Certificate::forClient(std::string const& commonName) {
     Certificate made;
     made.setName(commonName);
     made.addExtension(NID_basic_constraints, "critical,CA:FALSE");
@@ -63,9 +63,9 @@ Certificate Certificate::forClient(const std::string& commonName) {
     return made;
 }
 
-void Certificate::setName(const std::string& commonName) {
+void Certificate::setName(std::string const& commonName) {
     X509_NAME* name = X509_get_subject_name(m_certificate.get());
-    const auto* text = reinterpret_cast<const unsigned char*>(commonName.c_str());
+    auto const* text = reinterpret_cast<unsigned char const*>(commonName.c_str());
     check(X509_NAME_add_entry_by_txt(name, "CN", MBSTRING_UTF8, text, -1, -1, 0), "name");
     check(X509_set_issuer_name(m_certificate.get(), name), "issuer");
 }
@@ -73,15 +73,15 @@ void Certificate::setName(const std::string& commonName) {
 /// The serial number is random: browsers refuse a second certificate with the issuer and number of another.
 /// The validity begins a day ago, for clients whose clock is behind.
 void Certificate::setSerialAndValidity() {
-    const std::unique_ptr<BIGNUM, decltype(&BN_free)> serial(BN_new(), &BN_free);
+    std::unique_ptr<BIGNUM, decltype(&BN_free)> const serial(BN_new(), &BN_free);
     check(serial && BN_rand(serial.get(), 120, BN_RAND_TOP_ONE, BN_RAND_BOTTOM_ANY), "serial number");
     check(BN_to_ASN1_INTEGER(serial.get(), X509_get_serialNumber(m_certificate.get())), "serial number");
     check(X509_gmtime_adj(X509_getm_notBefore(m_certificate.get()), -secondsPerDay), "validity");
     check(X509_gmtime_adj(X509_getm_notAfter(m_certificate.get()), 30 * secondsPerDay), "validity");
 }
 
-void Certificate::addExtension(int nid, const char* value) {
-    const std::unique_ptr<X509_EXTENSION, decltype(&X509_EXTENSION_free)> extension(
+void Certificate::addExtension(int nid, char const* value) {
+    std::unique_ptr<X509_EXTENSION, decltype(&X509_EXTENSION_free)> const extension(
         X509V3_EXT_conf_nid(nullptr, nullptr, nid, value), &X509_EXTENSION_free);
     check(extension && X509_add_ext(m_certificate.get(), extension.get(), -1), value);
 }
@@ -91,13 +91,13 @@ void Certificate::sign() {
 }
 
 std::string Certificate::certificatePem() const {
-    const MemoryBio bio = memoryBio();
+    MemoryBio const bio = memoryBio();
     check(PEM_write_bio_X509(bio.get(), m_certificate.get()), "PEM");
     return contentOf(bio);
 }
 
-std::string Certificate::keyPem(const std::string& password) const {
-    const MemoryBio bio = memoryBio();
+std::string Certificate::keyPem(std::string const& password) const {
+    MemoryBio const bio = memoryBio();
     check(PEM_write_bio_PKCS8PrivateKey(bio.get(), m_key.get(), EVP_aes_256_cbc(), password.data(),
                                         static_cast<int>(password.size()), nullptr, nullptr),
           "PEM");

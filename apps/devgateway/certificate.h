@@ -15,13 +15,13 @@ public:
     static Certificate forServer();
 
     /// One for a client to show. Throws std::runtime_error.
-    static Certificate forClient(const std::string& commonName);
+    static Certificate forClient(std::string const& commonName);
 
     /// The certificate in PEM.
     std::string certificatePem() const;
 
     /// The private key in PEM (PKCS #8), encrypted with the password.
-    std::string keyPem(const std::string& password) const;
+    std::string keyPem(std::string const& password) const;
 
     /// Both belong to this object.
     X509* certificate() const { return m_certificate.get(); }
@@ -35,9 +35,9 @@ private:
 
     Certificate();
 
-    void setName(const std::string& commonName);
+    void setName(std::string const& commonName);
     void setSerialAndValidity();
-    void addExtension(int nid, const char* value);
+    void addExtension(int nid, char const* value);
     void sign();
 
     std::unique_ptr<EVP_PKEY, Free> m_key;

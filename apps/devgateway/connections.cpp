@@ -10,12 +10,12 @@ class Connections::Entry {
 public:
     Entry(Connections& owner, int socket) : m_owner(owner), m_socket(socket) { m_owner.add(m_socket); }
     ~Entry() { m_owner.remove(m_socket); }
-    Entry(const Entry&) = delete;
-    Entry& operator=(const Entry&) = delete;
+    Entry(Entry const&) = delete;
+    Entry& operator=(Entry const&) = delete;
 
 private:
     Connections& m_owner;
-    const int m_socket;
+    int const m_socket;
 };
 
 void Connections::attachTo(SSL_CTX& context) {
@@ -25,9 +25,9 @@ void Connections::attachTo(SSL_CTX& context) {
 }
 
 void Connections::shutDown() {
-    const std::lock_guard lock(m_mutex);
+    std::lock_guard const lock(m_mutex);
     m_isClosing = true;
-    for (const int socket : m_sockets)
+    for (int const socket : m_sockets)
         ::shutdown(socket, SHUT_RDWR);
     m_closing.notify_all();
 }
@@ -38,7 +38,7 @@ void Connections::sleepFor(std::chrono::milliseconds time) {
 }
 
 /// Called by OpenSSL on the thread that serves the connection.
-void Connections::onSslEvent(const SSL* ssl, int where, int) noexcept {
+void Connections::onSslEvent(SSL const* ssl, int where, int) noexcept {
     if (!(where & SSL_CB_HANDSHAKE_START) || SSL_get_ex_data(ssl, entryIndex()))
         return;
     auto* self = static_cast<Connections*>(SSL_CTX_get_app_data(SSL_get_SSL_CTX(ssl)));
@@ -53,19 +53,19 @@ void Connections::onSslFree(void*, void* entry, CRYPTO_EX_DATA*, int, long, void
 }
 
 int Connections::entryIndex() {
-    static const int index = SSL_get_ex_new_index(0, nullptr, nullptr, nullptr, &Connections::onSslFree);
+    static int const index = SSL_get_ex_new_index(0, nullptr, nullptr, nullptr, &Connections::onSslFree);
     return index;
 }
 
 void Connections::add(int socket) {
-    const std::lock_guard lock(m_mutex);
+    std::lock_guard const lock(m_mutex);
     m_sockets.insert(socket);
     if (m_isClosing)
         ::shutdown(socket, SHUT_RDWR);
 }
 
 void Connections::remove(int socket) {
-    const std::lock_guard lock(m_mutex);
+    std::lock_guard const lock(m_mutex);
     m_sockets.erase(socket);
 }
 

@@ -17,8 +17,8 @@ namespace devgateway {
 class Connections {
 public:
     Connections() = default;
-    Connections(const Connections&) = delete;
-    Connections& operator=(const Connections&) = delete;
+    Connections(Connections const&) = delete;
+    Connections& operator=(Connections const&) = delete;
 
     /// From now on the context's connections are known. The context's application data is used for it.
     void attachTo(SSL_CTX& context);
@@ -33,7 +33,7 @@ public:
 private:
     class Entry;
 
-    static void onSslEvent(const SSL* ssl, int where, int result) noexcept;
+    static void onSslEvent(SSL const* ssl, int where, int result) noexcept;
     static void onSslFree(void* ssl, void* entry, CRYPTO_EX_DATA*, int, long, void*) noexcept;
     static int entryIndex();
 

@@ -9,8 +9,8 @@ namespace {
 
 std::optional<int> parseStatus(std::string_view text) {
     int status = 0;
-    const char* end = text.data() + text.size();
-    const auto [stop, error] = std::from_chars(text.data(), end, status);
+    char const* end = text.data() + text.size();
+    auto const [stop, error] = std::from_chars(text.data(), end, status);
     if (error != std::errc() || stop != end || status < 200 || status > 599)
         return std::nullopt;
     return status;
@@ -19,9 +19,9 @@ std::optional<int> parseStatus(std::string_view text) {
 } // namespace
 
 std::optional<Fault> parseFault(std::string_view text) {
-    const auto colon = text.find(':');
-    const std::string_view name = text.substr(0, colon);
-    const std::string_view prefix = colon == text.npos ? std::string_view() : text.substr(colon + 1);
+    auto const colon = text.find(':');
+    std::string_view const name = text.substr(0, colon);
+    std::string_view const prefix = colon == text.npos ? std::string_view() : text.substr(colon + 1);
     if (colon != text.npos && !prefix.starts_with('/'))
         return std::nullopt;
 
@@ -34,14 +34,14 @@ std::optional<Fault> parseFault(std::string_view text) {
     constexpr std::string_view statusName = "status=";
     if (!name.starts_with(statusName))
         return std::nullopt;
-    const std::optional<int> status = parseStatus(name.substr(statusName.size()));
+    std::optional<int> const status = parseStatus(name.substr(statusName.size()));
     if (!status)
         return std::nullopt;
     return Fault{FaultKind::Status, *status, std::string(prefix)};
 }
 
-const Fault* findFault(const std::vector<Fault>& faults, FaultKind kind, std::string_view path) {
-    const auto found = std::find_if(faults.begin(), faults.end(), [&](const Fault& fault) {
+Fault const* findFault(std::vector<Fault> const& faults, FaultKind kind, std::string_view path) {
+    auto const found = std::find_if(faults.begin(), faults.end(), [&](Fault const& fault) {
         return fault.kind == kind && path.starts_with(fault.pathPrefix);
     });
     return found == faults.end() ? nullptr : &*found;

@@ -26,6 +26,6 @@ struct Fault {
 std::optional<Fault> parseFault(std::string_view text);
 
 /// The first fault of that kind that applies to the path; null when none does. Points into the list.
-const Fault* findFault(const std::vector<Fault>& faults, FaultKind kind, std::string_view path);
+Fault const* findFault(std::vector<Fault> const& faults, FaultKind kind, std::string_view path);
 
 } // namespace devgateway

@@ -10,17 +10,17 @@ namespace devgateway {
 
 namespace {
 
-Reply plainText(int status, const std::string& text) {
+Reply plainText(int status, std::string const& text) {
     return {status, "text/plain; charset=utf-8", text};
 }
 
-bool hasTicket(const Request& request) {
+bool hasTicket(Request const& request) {
     return std::find(request.cookieNames.begin(), request.cookieNames.end(), "Tarvik-Id") !=
            request.cookieNames.end();
 }
 
-std::string language(const Request& request) {
-    const auto parameter = request.parameters.find("lang");
+std::string language(Request const& request) {
+    auto const parameter = request.parameters.find("lang");
     return parameter == request.parameters.end() ? "en" : parameter->second;
 }
 
@@ -29,7 +29,7 @@ std::string language(const Request& request) {
 Gateway::Gateway(GatewayContent content)
     : m_content(std::move(content)), m_hostCheck(m_content.hostcheckRounds) {}
 
-Reply Gateway::answer(const Request& request) {
+Reply Gateway::answer(Request const& request) {
     if (request.method == "POST" && request.path == hostcheckPath)
         return hostcheckPost(request);
     if (request.method == "GET" || request.method == "HEAD")
@@ -37,11 +37,11 @@ Reply Gateway::answer(const Request& request) {
     return plainText(405, "Only GET and HEAD, and POST to " + std::string(hostcheckPath) + ".\n");
 }
 
-Reply Gateway::answerGet(const Request& request) {
-    static const std::string mediationPath = "/mediation/";
-    static const std::string modules = modulesPath;
-    static const std::string certificates = certificatesPath;
-    const std::string& path = request.path;
+Reply Gateway::answerGet(Request const& request) {
+    static std::string const mediationPath = "/mediation/";
+    static std::string const modules = modulesPath;
+    static std::string const certificates = certificatesPath;
+    std::string const& path = request.path;
 
     if (path == "/")
         return {200, "text/html; charset=utf-8", portalPage(m_content.authority)};
@@ -60,7 +60,7 @@ Reply Gateway::answerGet(const Request& request) {
     return plainText(404, "There is nothing here.\n");
 }
 
-Reply Gateway::mediation(const std::string& kind, const Request& request) {
+Reply Gateway::mediation(std::string const& kind, Request const& request) {
     if (request.parameters.count("clientversion") == 0)
         return refusal(Refusal::NoClientVersion, "the parameter clientversion is missing");
     if (!hasTicket(request))
@@ -79,11 +79,11 @@ Reply Gateway::mediation(const std::string& kind, const Request& request) {
     return plainText(404, "There is no such configuration.\n");
 }
 
-Reply Gateway::hostcheckPost(const Request& request) {
-    const std::optional<std::string> rules = checkedRules(request.body);
+Reply Gateway::hostcheckPost(Request const& request) {
+    std::optional<std::string> const rules = checkedRules(request.body);
     if (!rules)
         return refusal(Refusal::NoRules, "the body does not begin with rulesChecked=");
-    const HostCheck::Round round = m_hostCheck.nextRound();
+    HostCheck::Round const round = m_hostCheck.nextRound();
     logLine("hostcheck " + describe(round) + ": " + *rules);
     return hostcheckAnswer(round);
 }

@@ -27,14 +27,14 @@ class Gateway {
 public:
     explicit Gateway(GatewayContent content);
 
-    Reply answer(const Request& request);
+    Reply answer(Request const& request);
 
 private:
-    Reply answerGet(const Request& request);
-    Reply mediation(const std::string& kind, const Request& request);
-    Reply hostcheckPost(const Request& request);
+    Reply answerGet(Request const& request);
+    Reply mediation(std::string const& kind, Request const& request);
+    Reply hostcheckPost(Request const& request);
 
-    const GatewayContent m_content;
+    GatewayContent const m_content;
     HostCheck m_hostCheck;
 };
 

@@ -5,13 +5,13 @@
 namespace devgateway {
 
 void HostCheck::restart() {
-    const std::lock_guard lock(m_mutex);
+    std::lock_guard const lock(m_mutex);
     m_done = 0;
 }
 
 HostCheck::Round HostCheck::nextRound() {
-    const std::lock_guard lock(m_mutex);
-    const Round round{m_done + 1, m_total};
+    std::lock_guard const lock(m_mutex);
+    Round const round{m_done + 1, m_total};
     m_done = round.isLast() ? 0 : m_done + 1;
     return round;
 }
@@ -23,7 +23,7 @@ std::optional<std::string> checkedRules(std::string_view body) {
     return percentDecoded(body.substr(name.size()));
 }
 
-std::string describe(const HostCheck::Round& round) {
+std::string describe(HostCheck::Round const& round) {
     return "round " + std::to_string(round.number) + " of " + std::to_string(round.total);
 }
 

@@ -28,7 +28,7 @@ public:
     Round nextRound();
 
 private:
-    const unsigned m_total;
+    unsigned const m_total;
     std::mutex m_mutex;
     unsigned m_done = 0; // guarded by m_mutex
 };
@@ -37,6 +37,6 @@ private:
 std::optional<std::string> checkedRules(std::string_view body);
 
 /// "round 1 of 3"
-std::string describe(const HostCheck::Round& round);
+std::string describe(HostCheck::Round const& round);
 
 } // namespace devgateway

@@ -7,7 +7,7 @@
 namespace devgateway {
 
 void logLine(std::string_view line) {
-    const std::string text = printable(line) + "\n";
+    std::string const text = printable(line) + "\n";
     // One call: stdio locks the stream for its length, and stderr is not buffered.
     std::fwrite(text.data(), 1, text.size(), stderr);
 }

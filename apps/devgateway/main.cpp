@@ -20,20 +20,20 @@ namespace {
 constexpr int exitFailure = 1;
 constexpr int exitUsage = 64;
 
-std::string authorityOf(const Options& options, int port) {
+std::string authorityOf(Options const& options, int port) {
     if (!options.publicName.empty())
         return options.publicName;
-    const bool isIpv6 = options.host.find(':') != std::string::npos;
+    bool const isIpv6 = options.host.find(':') != std::string::npos;
     return (isIpv6 ? "[" + options.host + "]" : options.host) + ":" + std::to_string(port);
 }
 
-ModulePackage package(const Options& options, const std::string& module, const char* archiveName) {
-    const std::string path = std::string(modulesPath) + archiveName;
+ModulePackage package(Options const& options, std::string const& module, char const* archiveName) {
+    std::string const path = std::string(modulesPath) + archiveName;
     return packModule(module, findFault(options.faults, FaultKind::BadSignature, path) != nullptr);
 }
 
-GatewayContent contentFor(const Options& options, const Certificate& certificate) {
-    const Certificate client = Certificate::forClient("alice");
+GatewayContent contentFor(Options const& options, Certificate const& certificate) {
+    Certificate const client = Certificate::forClient("alice");
     GatewayContent content;
     content.plugin = package(options, options.plugin, pluginArchiveName);
     content.hostchecker = package(options, options.hostchecker, hostcheckerArchiveName);
@@ -46,15 +46,15 @@ GatewayContent contentFor(const Options& options, const Certificate& certificate
     return content;
 }
 
-void printUrls(const std::string& authority) {
+void printUrls(std::string const& authority) {
     std::cout << "portal https://" << authority << "/\n";
-    for (const LaunchUrl& launch : launchUrls(authority))
+    for (LaunchUrl const& launch : launchUrls(authority))
         std::cout << launch.kind << " " << launch.url << "\n";
     std::cout.flush();
 }
 
-void serve(const Options& options) {
-    const Certificate certificate = Certificate::forServer();
+void serve(Options const& options) {
+    Certificate const certificate = Certificate::forServer();
     GatewayContent content = contentFor(options, certificate);
     if (!options.certificateFile.empty())
         writeFile(options.certificateFile, certificate.certificatePem());
@@ -63,7 +63,7 @@ void serve(const Options& options) {
     printUrls(content.authority);
 
     Gateway gateway(std::move(content));
-    server.run([&](const Request& request) { return gateway.answer(request); }, options.delay,
+    server.run([&](Request const& request) { return gateway.answer(request); }, options.delay,
                options.faults);
 }
 
@@ -72,7 +72,7 @@ std::string defaultModuleDirectory() {
 }
 
 int run(int argc, char** argv) {
-    const Options options = parseOptions(argc, argv, defaultModuleDirectory());
+    Options const options = parseOptions(argc, argv, defaultModuleDirectory());
     if (options.help)
         std::cout << usage() << std::flush;
     else
@@ -88,10 +88,10 @@ int main(int argc, char** argv) {
     devgateway::holdTerminationSignals();
     try {
         return devgateway::run(argc, argv);
-    } catch (const devgateway::UsageError& error) {
+    } catch (devgateway::UsageError const& error) {
         std::cerr << "tarvik-devgateway: " << error.what() << "\n" << devgateway::usage();
         return devgateway::exitUsage;
-    } catch (const std::exception& error) {
+    } catch (std::exception const& error) {
         std::cerr << "tarvik-devgateway: " << error.what() << "\n";
         return devgateway::exitFailure;
     }

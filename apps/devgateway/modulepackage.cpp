@@ -12,13 +12,13 @@ namespace {
 
 /// Changes one character in the middle of the Base64 text of the element "signature", to another one that is
 /// Base64 too: what is tried is the check of the signature, not the reading of its file.
-std::string spoiled(std::string signatureFile, const std::string& path) {
+std::string spoiled(std::string signatureFile, std::string const& path) {
     constexpr std::string_view startTag = "<signature>";
-    const auto start = signatureFile.find(startTag);
-    const auto end = signatureFile.find("</signature>");
+    auto const start = signatureFile.find(startTag);
+    auto const end = signatureFile.find("</signature>");
     if (start == std::string::npos || end == std::string::npos || end <= start + startTag.size())
         throw std::runtime_error(path + " holds no signature to spoil");
-    const auto first = start + startTag.size();
+    auto const first = start + startTag.size();
     char& character = signatureFile[first + (end - first) / 2];
     character = character == 'A' ? 'B' : 'A';
     return signatureFile;
@@ -26,8 +26,8 @@ std::string spoiled(std::string signatureFile, const std::string& path) {
 
 } // namespace
 
-ModulePackage packModule(const std::string& path, bool spoilSignature) {
-    const std::string signaturePath = path + ".sig";
+ModulePackage packModule(std::string const& path, bool spoilSignature) {
+    std::string const signaturePath = path + ".sig";
     if (!std::filesystem::is_regular_file(path))
         throw std::runtime_error("no module " + path + " (build it, or name another one)");
     if (!std::filesystem::is_regular_file(signaturePath))

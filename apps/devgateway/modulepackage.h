@@ -14,6 +14,6 @@ struct ModulePackage {
 
 /// Packs the module and the signature file beside it (path + ".sig"). With spoilSignature one character of
 /// the signature is wrong. Throws std::runtime_error that says which file is missing and what to do about it.
-ModulePackage packModule(const std::string& path, bool spoilSignature);
+ModulePackage packModule(std::string const& path, bool spoilSignature);
 
 } // namespace devgateway

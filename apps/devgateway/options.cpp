@@ -39,10 +39,10 @@ constexpr option optionTable[] = {
     {nullptr, 0, nullptr, 0},
 };
 
-int number(const char* optionName, const char* text, int highest) {
+int number(char const* optionName, char const* text, int highest) {
     int value = 0;
-    const char* end = text + std::strlen(text);
-    const auto [stop, error] = std::from_chars(text, end, value);
+    char const* end = text + std::strlen(text);
+    auto const [stop, error] = std::from_chars(text, end, value);
     if (error != std::errc() || stop != end || value < 0 || value > highest)
         throw UsageError(std::string(optionName) + ": not a number from 0 to " + std::to_string(highest) +
                          ": " + text);
@@ -50,21 +50,21 @@ int number(const char* optionName, const char* text, int highest) {
 }
 
 /// The name goes into URLs and HTML as it is, so it may hold only what a host and a port are made of.
-std::string publicName(const char* text) {
+std::string publicName(char const* text) {
     constexpr char allowed[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-.:[]";
     if (*text == '\0' || text[std::strspn(text, allowed)] != '\0')
         throw UsageError(std::string("--public-name: not NAME or NAME:PORT: ") + text);
     return text;
 }
 
-Fault fault(const char* text) {
-    const std::optional<Fault> parsed = parseFault(text);
+Fault fault(char const* text) {
+    std::optional<Fault> const parsed = parseFault(text);
     if (!parsed)
         throw UsageError(std::string("--fault: unknown fault: ") + text);
     return *parsed;
 }
 
-void apply(Options& options, int which, const char* value) {
+void apply(Options& options, int which, char const* value) {
     switch (which) {
     case Help:
         options.help = true;
@@ -107,7 +107,7 @@ void apply(Options& options, int which, const char* value) {
 
 } // namespace
 
-Options parseOptions(int argc, char** argv, const std::string& moduleDirectory) {
+Options parseOptions(int argc, char** argv, std::string const& moduleDirectory) {
     Options options;
     options.plugin = moduleDirectory + "/sample_plugin.so";
     options.hostchecker = moduleDirectory + "/sample_hostchecker.so";
@@ -125,7 +125,7 @@ Options parseOptions(int argc, char** argv, const std::string& moduleDirectory) 
     return options;
 }
 
-const char* usage() {
+char const* usage() {
     return R"(usage: tarvik-devgateway [OPTION]...
 
 An HTTPS gateway for one machine: serves the portal page, configurations, modules and

@@ -32,9 +32,9 @@ public:
 };
 
 /// Reads the command line. The default modules lie in moduleDirectory. Throws UsageError.
-Options parseOptions(int argc, char** argv, const std::string& moduleDirectory);
+Options parseOptions(int argc, char** argv, std::string const& moduleDirectory);
 
 /// The text of --help.
-const char* usage();
+char const* usage();
 
 } // namespace devgateway

@@ -34,13 +34,13 @@ constexpr char pageEnd[] = R"(</dl>
 </html>
 )";
 
-LaunchUrl launchUrl(const std::string& authority, const std::string& kind, const std::string& explanation) {
+LaunchUrl launchUrl(std::string const& authority, std::string const& kind, std::string const& explanation) {
     return {kind, "tarvik://demo-ticket@" + authority + "/mediation/" + kind + "?lang=en", explanation};
 }
 
 } // namespace
 
-std::vector<LaunchUrl> launchUrls(const std::string& authority) {
+std::vector<LaunchUrl> launchUrls(std::string const& authority) {
     return {
         launchUrl(authority, "plugindll", "The plug-in with a tunnel: it connects, and asks to be closed."),
         launchUrl(authority, "plugindllnotunnel", "The plug-in without a tunnel: it opens one resource."),
@@ -49,9 +49,9 @@ std::vector<LaunchUrl> launchUrls(const std::string& authority) {
     };
 }
 
-std::string portalPage(const std::string& authority) {
+std::string portalPage(std::string const& authority) {
     std::string page = pageStart;
-    for (const LaunchUrl& launch : launchUrls(authority))
+    for (LaunchUrl const& launch : launchUrls(authority))
         page += "<dt><a href=\"" + launch.url + "\">" + launch.kind + "</a></dt>\n<dd>" + launch.explanation +
                 "</dd>\n";
     return page + pageEnd;

@@ -13,9 +13,9 @@ struct LaunchUrl {
 };
 
 /// One launch URL per kind of configuration. "authority" is HOST or HOST:PORT.
-std::vector<LaunchUrl> launchUrls(const std::string& authority);
+std::vector<LaunchUrl> launchUrls(std::string const& authority);
 
 /// The portal page, HTML.
-std::string portalPage(const std::string& authority);
+std::string portalPage(std::string const& authority);
 
 } // namespace devgateway

@@ -15,13 +15,13 @@ constexpr char hostcheckingRequest[] =
     "linux=os:Linux; mac=os:Darwin; home & shell=env:HOME; hosts=file:/etc/hosts; "
     "temporary=dir:/tmp; clean=!file:/core; never=os:None";
 
-Reply json(const Json::Value& document) {
+Reply json(Json::Value const& document) {
     Json::StreamWriterBuilder builder;
     builder["indentation"] = "  ";
     return {200, "application/json", Json::writeString(builder, document) + "\n"};
 }
 
-Reply success(const Json::Value& result) {
+Reply success(Json::Value const& result) {
     Json::Value envelope;
     envelope["success"] = true;
     envelope["code"] = 0;
@@ -29,7 +29,7 @@ Reply success(const Json::Value& result) {
     return json(envelope);
 }
 
-Json::Value download(const std::string& name, const std::string& md5, const std::string& urlPath) {
+Json::Value download(std::string const& name, std::string const& md5, std::string const& urlPath) {
     Json::Value record;
     record["filename"] = name;
     record["md5"] = md5;
@@ -37,8 +37,8 @@ Json::Value download(const std::string& name, const std::string& md5, const std:
     return record;
 }
 
-Json::Value modules(const std::string& archiveName, const ModulePackage& package,
-                    const std::string& urlPath) {
+Json::Value modules(std::string const& archiveName, ModulePackage const& package,
+                    std::string const& urlPath) {
     Json::Value record = download(archiveName, package.md5, urlPath);
     record["pattern"] = package.pattern;
     record["version"] = "1.0";
@@ -49,7 +49,7 @@ Json::Value modules(const std::string& archiveName, const ModulePackage& package
 
 } // namespace
 
-Reply refusal(Refusal code, const std::string& exception) {
+Reply refusal(Refusal code, std::string const& exception) {
     Json::Value envelope;
     envelope["success"] = false;
     envelope["code"] = static_cast<int>(code);
@@ -57,8 +57,8 @@ Reply refusal(Refusal code, const std::string& exception) {
     return json(envelope);
 }
 
-Reply pluginConfiguration(const ModulePackage& plugin, const std::string& clientPem,
-                          const std::string& caPem) {
+Reply pluginConfiguration(ModulePackage const& plugin, std::string const& clientPem,
+                          std::string const& caPem) {
     Json::Value certificates;
     certificates["cert"] = download(clientCertificateName, md5Hex(clientPem), certificatesPath);
     certificates["ca"] = download(authorityCertificateName, md5Hex(caPem), certificatesPath);
@@ -76,7 +76,7 @@ Reply pluginConfiguration(const ModulePackage& plugin, const std::string& client
     return success(result);
 }
 
-Reply noTunnelConfiguration(const ModulePackage& plugin) {
+Reply noTunnelConfiguration(ModulePackage const& plugin) {
     Json::Value result;
     result["type"] = "plugindllnotunnel";
     result["orgname"] = "demo";
@@ -87,9 +87,9 @@ Reply noTunnelConfiguration(const ModulePackage& plugin) {
     return success(result);
 }
 
-Reply hostcheckerConfiguration(const ModulePackage& hostchecker, const std::string& authority,
-                               const std::string& language, std::chrono::seconds timer) {
-    const std::string root = "https://" + authority;
+Reply hostcheckerConfiguration(ModulePackage const& hostchecker, std::string const& authority,
+                               std::string const& language, std::chrono::seconds timer) {
+    std::string const root = "https://" + authority;
     Json::Value result;
     result["type"] = "hostchecker";
     result["hostcheckerDlls"] = modules(hostcheckerArchiveName, hostchecker, root + modulesPath);
@@ -101,7 +101,7 @@ Reply hostcheckerConfiguration(const ModulePackage& hostchecker, const std::stri
     return success(result);
 }
 
-Reply hostcheckAnswer(const HostCheck::Round& round) {
+Reply hostcheckAnswer(HostCheck::Round const& round) {
     Json::Value result;
     result["continue"] = !round.isLast();
     result["info"] = describe(round);

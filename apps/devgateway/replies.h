@@ -26,20 +26,20 @@ inline constexpr char clientKeyPassword[] = "demo-password";
 enum class Refusal { NoClientVersion = 1, NoTicket = 2, NoRules = 3, Refused = 7 };
 
 /// A reply whose "success" is false.
-Reply refusal(Refusal code, const std::string& exception);
+Reply refusal(Refusal code, std::string const& exception);
 
 /// The configuration "plugindll". The archive is named by its path on the gateway.
-Reply pluginConfiguration(const ModulePackage& plugin, const std::string& clientPem,
-                          const std::string& caPem);
+Reply pluginConfiguration(ModulePackage const& plugin, std::string const& clientPem,
+                          std::string const& caPem);
 
 /// The configuration "plugindllnotunnel".
-Reply noTunnelConfiguration(const ModulePackage& plugin);
+Reply noTunnelConfiguration(ModulePackage const& plugin);
 
 /// The configuration "hostchecker". The archive is named by an absolute URL, the other form there is.
-Reply hostcheckerConfiguration(const ModulePackage& hostchecker, const std::string& authority,
-                               const std::string& language, std::chrono::seconds timer);
+Reply hostcheckerConfiguration(ModulePackage const& hostchecker, std::string const& authority,
+                               std::string const& language, std::chrono::seconds timer);
 
 /// The answer to the post of one round.
-Reply hostcheckAnswer(const HostCheck::Round& round);
+Reply hostcheckAnswer(HostCheck::Round const& round);
 
 } // namespace devgateway

@@ -34,13 +34,13 @@ public:
     void on_idle() override { m_check(); }
 
 private:
-    const std::function<void()> m_check;
+    std::function<void()> const m_check;
 };
 
 /// Only lets a port be taken again soon after the last gateway's end. The library's own choice (SO_REUSEPORT)
 /// would let two gateways share a port, and requests go to either.
 void setSocketOptions(socket_t socket) {
-    const int yes = 1;
+    int const yes = 1;
     ::setsockopt(socket, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof yes);
 }
 
@@ -48,7 +48,7 @@ void setSocketOptions(socket_t socket) {
 
 class Server::Private {
 public:
-    Private(const Certificate& certificate, const std::string& host, int port);
+    Private(Certificate const& certificate, std::string const& host, int port);
 
     void run();
 
@@ -58,10 +58,10 @@ public:
     std::vector<Fault> m_faults;
 
 private:
-    bool setUpTls(SSL_CTX& context, const Certificate& certificate);
+    bool setUpTls(SSL_CTX& context, Certificate const& certificate);
     void routeEverything();
-    void serve(const httplib::Request& request, httplib::Response& response, const std::string& body);
-    std::string commitFaults(const Request& request, Reply reply, const httplib::Request& from,
+    void serve(httplib::Request const& request, httplib::Response& response, std::string const& body);
+    std::string commitFaults(Request const& request, Reply reply, httplib::Request const& from,
                              httplib::Response& to);
     void stopWhenTerminated();
 
@@ -69,7 +69,7 @@ private:
     httplib::SSLServer m_server;
 };
 
-Server::Private::Private(const Certificate& certificate, const std::string& host, int port)
+Server::Private::Private(Certificate const& certificate, std::string const& host, int port)
     : m_server([&](SSL_CTX& context) { return setUpTls(context, certificate); }) {
     if (!m_server.is_valid())
         throw std::runtime_error("cannot set up TLS");
@@ -87,7 +87,7 @@ Server::Private::Private(const Certificate& certificate, const std::string& host
         throw std::runtime_error("cannot listen on " + host + " port " + std::to_string(port));
 }
 
-bool Server::Private::setUpTls(SSL_CTX& context, const Certificate& certificate) {
+bool Server::Private::setUpTls(SSL_CTX& context, Certificate const& certificate) {
     m_connections.attachTo(context);
     return SSL_CTX_set_min_proto_version(&context, TLS1_2_VERSION) == 1 &&
            SSL_CTX_use_certificate(&context, certificate.certificate()) == 1 &&
@@ -97,16 +97,16 @@ bool Server::Private::setUpTls(SSL_CTX& context, const Certificate& certificate)
 /// Every method and path goes to serve(), so that everything is logged and faults apply to everything. Bodies
 /// are read here: the library's own reading limits the form encoding to 8 KB.
 void Server::Private::routeEverything() {
-    const char everyPath[] = R"([\s\S]*)";
-    const httplib::Server::Handler bare = [this](const httplib::Request& request,
+    char const everyPath[] = R"([\s\S]*)";
+    httplib::Server::Handler const bare = [this](httplib::Request const& request,
                                                  httplib::Response& response) {
         serve(request, response, {});
     };
-    const httplib::Server::HandlerWithContentReader withBody = [this](const httplib::Request& request,
+    httplib::Server::HandlerWithContentReader const withBody = [this](httplib::Request const& request,
                                                                       httplib::Response& response,
-                                                                      const httplib::ContentReader& read) {
+                                                                      httplib::ContentReader const& read) {
         std::string body;
-        const bool complete = read([&](const char* bytes, size_t count) {
+        bool const complete = read([&](char const* bytes, size_t count) {
             body.append(bytes, count);
             return true;
         });
@@ -121,23 +121,23 @@ void Server::Private::routeEverything() {
     m_server.Delete(everyPath, withBody);
 }
 
-void Server::Private::serve(const httplib::Request& from, httplib::Response& to, const std::string& body) {
+void Server::Private::serve(httplib::Request const& from, httplib::Response& to, std::string const& body) {
     m_connections.sleepFor(m_delay);
-    const Request request = requestFrom(from, body);
-    const std::string outcome = commitFaults(request, m_handler(request), from, to);
+    Request const request = requestFrom(from, body);
+    std::string const outcome = commitFaults(request, m_handler(request), from, to);
     logLine(from.method + " " + from.target + " cookies=[" + joined(request.cookieNames) + "] " + outcome);
 }
 
 /// Fills in the response with the reply and the faults that apply to it; returns what the log says of it.
-std::string Server::Private::commitFaults(const Request& request, Reply reply, const httplib::Request& from,
+std::string Server::Private::commitFaults(Request const& request, Reply reply, httplib::Request const& from,
                                           httplib::Response& to) {
     if (findFault(m_faults, FaultKind::Reset, request.path)) {
         cutConnection(from, to);
         return "reset";
     }
-    if (const Fault* fault = findFault(m_faults, FaultKind::Status, request.path))
+    if (Fault const* fault = findFault(m_faults, FaultKind::Status, request.path))
         setStatus(reply, fault->status);
-    const std::string outcome = std::to_string(reply.status);
+    std::string const outcome = std::to_string(reply.status);
     if (findFault(m_faults, FaultKind::Truncate, request.path)) {
         sendTruncated(reply, to);
         return outcome + " truncated";
@@ -160,7 +160,7 @@ void Server::Private::run() {
         throw std::runtime_error("the listening socket failed");
 }
 
-Server::Server(const Certificate& certificate, const std::string& host, int port)
+Server::Server(Certificate const& certificate, std::string const& host, int port)
     : m_private(std::make_unique<Private>(certificate, host, port)) {}
 
 Server::~Server() = default;

@@ -16,11 +16,11 @@ namespace devgateway {
 class Server {
 public:
     /// Answers one request. Called by several worker threads at a time.
-    using Handler = std::function<Reply(const Request&)>;
+    using Handler = std::function<Reply(Request const&)>;
 
     /// Listens from here on; clients may connect, and wait for run(). Port 0 picks a free port.
     /// Throws std::runtime_error.
-    Server(const Certificate& certificate, const std::string& host, int port);
+    Server(Certificate const& certificate, std::string const& host, int port);
     ~Server();
 
     /// The port that is listened on.

@@ -9,7 +9,7 @@ namespace devgateway {
 void holdTerminationSignals() {
     sigset_t held;
     sigemptyset(&held);
-    for (const int which : {SIGINT, SIGTERM}) {
+    for (int const which : {SIGINT, SIGTERM}) {
         sigaddset(&held, which);
         std::signal(which, SIG_DFL);
     }

@@ -13,9 +13,9 @@ std::string percentDecoded(std::string_view text);
 std::string printable(std::string_view text);
 
 /// The whole file, byte for byte. Throws std::runtime_error that names the file when it cannot be read.
-std::string readFile(const std::string& path);
+std::string readFile(std::string const& path);
 
 /// Replaces the file's content. Throws std::runtime_error that names the file when it cannot be written.
-void writeFile(const std::string& path, std::string_view content);
+void writeFile(std::string const& path, std::string_view content);
 
 } // namespace devgateway

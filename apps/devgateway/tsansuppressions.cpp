@@ -5,6 +5,6 @@
 // threads for a race. Only what the library itself does with memory is left out: what happens in the handlers
 // that it calls, and every lock, its own too, is still checked.
 
-extern "C" const char* __tsan_default_suppressions() {
+extern "C" char const* __tsan_default_suppressions() {
     return "called_from_lib:libcpp-httplib.so\n";
 }

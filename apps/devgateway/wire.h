@@ -9,21 +9,21 @@
 
 namespace devgateway {
 
-Request requestFrom(const httplib::Request& request, const std::string& body);
+Request requestFrom(httplib::Request const& request, std::string const& body);
 
 /// The texts with ", " between them.
-std::string joined(const std::vector<std::string>& texts);
+std::string joined(std::vector<std::string> const& texts);
 
 /// Gives the reply another status; the body goes where the status forbids one.
 void setStatus(Reply& reply, int status);
 
-void sendWhole(const Reply& reply, httplib::Response& response);
+void sendWhole(Reply const& reply, httplib::Response& response);
 
 /// Announces the whole body, sends the first half of it, and has the connection closed. A reply without a
 /// body announces one byte.
-void sendTruncated(const Reply& reply, httplib::Response& response);
+void sendTruncated(Reply const& reply, httplib::Response& response);
 
 /// Shuts the request's connection down, so that nothing of the response gets out, and has it closed.
-void cutConnection(const httplib::Request& request, httplib::Response& response);
+void cutConnection(httplib::Request const& request, httplib::Response& response);
 
 } // namespace devgateway

@@ -49,6 +49,14 @@ TEST(Console, linesHaveOneForm) {
     EXPECT_EQ(body(lines[3]), ("[" + Thread::getMyIdString() + "] ASSERT Class: 0 %s%n").toString().view());
 }
 
+TEST(Console, aTextCannotForgeALineNorHideTheRestOfItsOwn) {
+    test::LogCapture capture;
+    log(ERROR, "tag", "Class", "", String("a\r\n[tag] TRACE b\0c", 18));
+    std::vector<std::string> const lines = capture.lines();
+    ASSERT_EQ(lines.size(), 1u);
+    EXPECT_EQ(body(lines[0]), "[tag] ERROR Class: a  [tag] TRACE b c");
+}
+
 TEST(Console, millisecondsAreNotPadded) {
     using namespace std::chrono;
     test::LogCapture capture;

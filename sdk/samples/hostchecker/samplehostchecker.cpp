@@ -31,25 +31,25 @@ namespace {
 std::string theDirectory;
 std::string theAnswer; // what GetValidRules returned last: the client reads it until the next call
 
-void log(const std::string& line) {
+void log(std::string const& line) {
     std::ofstream file(theDirectory + "sample-hostchecker.log", std::ios::app);
     file << line << "\n";
 }
 
-std::string trimmed(const std::string& text) {
-    const auto first = text.find_first_not_of(" \t\r\n");
+std::string trimmed(std::string const& text) {
+    auto const first = text.find_first_not_of(" \t\r\n");
     if (first == std::string::npos)
         return {};
     return text.substr(first, text.find_last_not_of(" \t\r\n") - first + 1);
 }
 
 /// Whether a test without "!" holds; nothing when it cannot be read.
-std::optional<bool> plainTestHolds(const std::string& test) {
-    const auto colon = test.find(':');
+std::optional<bool> plainTestHolds(std::string const& test) {
+    auto const colon = test.find(':');
     if (colon == std::string::npos || colon + 1 == test.size())
         return std::nullopt;
-    const std::string kind = test.substr(0, colon);
-    const std::string argument = test.substr(colon + 1);
+    std::string const kind = test.substr(0, colon);
+    std::string const argument = test.substr(colon + 1);
     utsname system{};
     uname(&system);
     std::error_code error;
@@ -62,26 +62,26 @@ std::optional<bool> plainTestHolds(const std::string& test) {
     if (kind == "dir")
         return std::filesystem::is_directory(argument, error);
     if (kind == "env") {
-        const char* value = std::getenv(argument.c_str());
+        char const* value = std::getenv(argument.c_str());
         return value && *value;
     }
     return std::nullopt;
 }
 
-bool testHolds(const std::string& test) {
-    const bool negated = test.rfind('!', 0) == 0;
-    const std::optional<bool> holds = plainTestHolds(negated ? trimmed(test.substr(1)) : test);
+bool testHolds(std::string const& test) {
+    bool const negated = test.rfind('!', 0) == 0;
+    std::optional<bool> const holds = plainTestHolds(negated ? trimmed(test.substr(1)) : test);
     return holds && *holds != negated;
 }
 
-std::string validRules(const std::string& request) {
+std::string validRules(std::string const& request) {
     std::string names;
     std::istringstream rules(request);
     for (std::string rule; std::getline(rules, rule, ';');) {
-        const auto equals = rule.find('=');
+        auto const equals = rule.find('=');
         if (equals == std::string::npos)
             continue;
-        const std::string name = trimmed(rule.substr(0, equals));
+        std::string const name = trimmed(rule.substr(0, equals));
         if (!name.empty() && testHolds(trimmed(rule.substr(equals + 1))))
             names += (names.empty() ? "" : ";") + name;
     }
@@ -90,8 +90,8 @@ std::string validRules(const std::string& request) {
 
 } // namespace
 
-int InitHostCheckerDll(const char*, const char*, const char* directory, const char* hostname,
-                       const char* language) noexcept {
+int InitHostCheckerDll(char const*, char const*, char const* directory, char const* hostname,
+                       char const* language) noexcept {
     theDirectory = directory;
     log(std::string(__func__) + " " + directory + " " + hostname + " " + language);
     return 0;
@@ -102,7 +102,7 @@ void CloseHostCheckerDll() noexcept {
     theAnswer.clear();
 }
 
-char* GetValidRules(const char* request) noexcept {
+char* GetValidRules(char const* request) noexcept {
     theAnswer = validRules(request);
     log(std::string(__func__) + " " + request + " -> " + theAnswer);
     return theAnswer.data();

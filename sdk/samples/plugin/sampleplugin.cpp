@@ -18,7 +18,7 @@
 
 namespace {
 
-const char builtInScript[] = R"([{"code":"5","status":"init"}]
+char const builtInScript[] = R"([{"code":"5","status":"init"}]
 [{"code":"5","status":"authenticating"}]
 [{"code":"5","status":"getconfig"}]
 [{"code":"5","status":"connected ip=10.8.0.2"}]
@@ -28,19 +28,19 @@ const char builtInScript[] = R"([{"code":"5","status":"init"}]
 [{"code":"8","reason":"1"}]
 )";
 
-const char nothingNew[] = "[]";
+char const nothingNew[] = "[]";
 
 /// The seven fields of a proxy text with the password masked; where a "|" inside a value makes the fields
 /// ambiguous, everything between the host and the last field is.
-std::string withoutPassword(const std::string& proxy) {
+std::string withoutPassword(std::string const& proxy) {
     std::vector<std::string> fields;
     std::istringstream stream(proxy);
     for (std::string field; std::getline(stream, field, '|');)
         fields.push_back(field);
-    const bool ambiguous = fields.size() != 7;
+    bool const ambiguous = fields.size() != 7;
     std::string masked;
     for (size_t i = 0; i < fields.size(); ++i) {
-        const bool secret = ambiguous ? i > 2 && i + 1 < fields.size() : i == 4;
+        bool const secret = ambiguous ? i > 2 && i + 1 < fields.size() : i == 4;
         masked += (i == 0 ? "" : "|") + (secret && !fields[i].empty() ? "***" : fields[i]);
     }
     return masked;
@@ -49,24 +49,24 @@ std::string withoutPassword(const std::string& proxy) {
 class SamplePlugin {
 public:
     /// Remembers a setting under the name of its setter and logs the call with "shown" for the value.
-    void set(const std::string& name, const std::string& value, const std::string& shown) {
+    void set(std::string const& name, std::string const& value, std::string const& shown) {
         m_settings[name] = value;
         log(name + " " + shown);
     }
 
-    void set(const std::string& name, const std::string& value) { set(name, value, value); }
+    void set(std::string const& name, std::string const& value) { set(name, value, value); }
 
-    bool wasGiven(const std::string& name, const std::string& value) const {
-        const auto setting = m_settings.find(name);
+    bool wasGiven(std::string const& name, std::string const& value) const {
+        auto const setting = m_settings.find(name);
         return setting != m_settings.end() && setting->second == value;
     }
 
     void setDelegate(TarvikDownloadDelegate delegate) { m_delegate = delegate; }
 
     /// Lines from before the plug-in directory is known are kept until it is.
-    void log(const std::string& line) {
+    void log(std::string const& line) {
         m_log += line + "\n";
-        const std::string directory = m_settings["DllSetPluginDir2"];
+        std::string const directory = m_settings["DllSetPluginDir2"];
         if (directory.empty())
             return;
         std::ofstream file(directory + "/sample-plugin.log", std::ios::app);
@@ -74,7 +74,7 @@ public:
         m_logWritten = m_log.size();
     }
 
-    const std::string& logText() const { return m_log; }
+    std::string const& logText() const { return m_log; }
 
     void start() {
         std::string url = "/sample/poll-script";
@@ -115,7 +115,7 @@ SamplePlugin& plugin(void* instance) {
 }
 
 /// A copy that DllReleaseStr can free.
-char* released(const std::string& text) {
+char* released(std::string const& text) {
     return strdup(text.c_str());
 }
 
@@ -128,55 +128,55 @@ void* DllCreatePluginFrontal() noexcept {
     return theInstance.get();
 }
 
-void DllSetDllVersion2(void* instance, const char* version) noexcept {
+void DllSetDllVersion2(void* instance, char const* version) noexcept {
     plugin(instance).set(__func__, version);
 }
 
-void DllSetPluginDir2(void* instance, const char* directory) noexcept {
+void DllSetPluginDir2(void* instance, char const* directory) noexcept {
     plugin(instance).set(__func__, directory);
 }
 
-void DllSetLogin2(void* instance, const char* login) noexcept {
+void DllSetLogin2(void* instance, char const* login) noexcept {
     plugin(instance).set(__func__, login);
 }
 
-void DllSetOrganization2(void* instance, const char* organization) noexcept {
+void DllSetOrganization2(void* instance, char const* organization) noexcept {
     plugin(instance).set(__func__, organization);
 }
 
-void DllSetHostname2(void* instance, const char* hostname) noexcept {
+void DllSetHostname2(void* instance, char const* hostname) noexcept {
     plugin(instance).set(__func__, hostname);
 }
 
-void DllSetServer2(void* instance, const char* server) noexcept {
+void DllSetServer2(void* instance, char const* server) noexcept {
     plugin(instance).set(__func__, server);
 }
 
-void DllSetSuffix2(void* instance, const char* suffix) noexcept {
+void DllSetSuffix2(void* instance, char const* suffix) noexcept {
     plugin(instance).set(__func__, suffix);
 }
 
-void DllSetTicket2(void* instance, const char* ticket) noexcept {
+void DllSetTicket2(void* instance, char const* ticket) noexcept {
     plugin(instance).set(__func__, ticket, "***");
 }
 
-void DllSetSessionId2(void* instance, const char* sessionId) noexcept {
+void DllSetSessionId2(void* instance, char const* sessionId) noexcept {
     plugin(instance).set(__func__, sessionId, "***");
 }
 
-void DllSetCertDirectory2(void* instance, const char* directory) noexcept {
+void DllSetCertDirectory2(void* instance, char const* directory) noexcept {
     plugin(instance).set(__func__, directory);
 }
 
-void DllSetCertFileName2(void* instance, const char* fileName) noexcept {
+void DllSetCertFileName2(void* instance, char const* fileName) noexcept {
     plugin(instance).set(__func__, fileName);
 }
 
-void DllSetCaFileName2(void* instance, const char* fileName) noexcept {
+void DllSetCaFileName2(void* instance, char const* fileName) noexcept {
     plugin(instance).set(__func__, fileName);
 }
 
-void DllSetCertPassword2(void* instance, const char* password) noexcept {
+void DllSetCertPassword2(void* instance, char const* password) noexcept {
     plugin(instance).set(__func__, password, "***");
 }
 
@@ -185,7 +185,7 @@ void DllSetDownloadDelegate2(void* instance, TarvikDownloadDelegate delegate) no
     plugin(instance).setDelegate(delegate);
 }
 
-void DllSetProxy2(void* instance, const char* proxy) noexcept {
+void DllSetProxy2(void* instance, char const* proxy) noexcept {
     plugin(instance).set(__func__, proxy, withoutPassword(proxy));
 }
 
@@ -195,13 +195,13 @@ char* DllGetLogs2(void* instance) noexcept {
 }
 
 /// This module's one command is "given": 1 when the setter named "second" was last called with "third".
-int DllExecute2(void* instance, const char* first, const char* second, const char* third) noexcept {
+int DllExecute2(void* instance, char const* first, char const* second, char const* third) noexcept {
     plugin(instance).log(std::string(__func__) + " " + first + " " + second + " ***");
     return std::strcmp(first, "given") == 0 && plugin(instance).wasGiven(second, third) ? 1 : 0;
 }
 
 char* DllGetErrors2(void* instance) noexcept {
-    const std::string news = plugin(instance).poll();
+    std::string const news = plugin(instance).poll();
     if (news != nothingNew)
         plugin(instance).log(std::string(__func__) + " " + news);
     return released(news);
@@ -224,7 +224,7 @@ void DllReleaseStr(char* text) noexcept {
     std::free(text);
 }
 
-int LaunchSafeResource(void* instance, int id, const char* text) noexcept {
+int LaunchSafeResource(void* instance, int id, char const* text) noexcept {
     plugin(instance).log(std::string(__func__) + " " + std::to_string(id) + " " + text);
     return 0;
 }
