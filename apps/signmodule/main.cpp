@@ -37,7 +37,7 @@ bool sign(CommandLine const& line) {
     record.compute(key, line.module);
     if (record.signature.empty())
         return fail("cannot sign with the key of " + line.key);
-    String const path = line.module + ".sig";
+    String const path = line.module + SignedDll::fileSuffix;
     if (!record.saveToFile(path))
         return fail("cannot write " + path);
     std::fprintf(stderr, "tarvik-signmodule: wrote %s\n", path.str());
@@ -49,7 +49,7 @@ bool verify(CommandLine const& line) {
     if (!key.loadFromPem(line.key.str(), "", true))
         return fail("cannot load a public key from " + line.key);
     SignedDll record;
-    record.loadFromFile(line.module + ".sig");
+    record.loadFromFile(line.module + SignedDll::fileSuffix);
     if (!record.verify(key, line.module))
         return fail(line.module + " does not verify");
     std::fprintf(stderr, "tarvik-signmodule: %s verifies: %s %s, signed %s\n", line.module.str(),

@@ -15,8 +15,8 @@ class ETarvikClient : public Exception {
 };
 
 /// Takes a launch URL through the whole session on a thread of its own: asks the mediation service what to
-/// do, makes the sub-client for it and runs that. Made once, on the interface's thread; it goes to the log
-/// file and to the data directory of the user.
+/// do, makes the sub-client for it and runs that. Made once, on the interface's thread; making it
+/// sends the log to its file and makes the user's data directory the current one.
 ///
 /// run(), restart(), stop(), showLogs(), isRunning(), join() and getMediation() may be called on any thread.
 /// Destroying the client neither stops nor joins its thread: the owner does both before.

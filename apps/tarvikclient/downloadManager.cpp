@@ -85,11 +85,8 @@ bool DownloadManager::transfer(String const& url, String const& path) {
 }
 
 String DownloadManager::downloadFromConfig(DownloadConfig const& config, String const& directory) {
-    if (!isSafeRelativePath(config.filename)) {
-        log(ERROR, "DownloadManager", "downloadFromConfig",
-            "File name leaves its directory: '" + config.filename + "'");
+    if (!staysInDirectory(config.filename, "DownloadManager", "downloadFromConfig"))
         return String::null;
-    }
     String const path = directory + "/" + config.filename;
     if (File::exists(path) && computeFileMd5(path) == config.md5)
         return path;
@@ -118,6 +115,13 @@ bool DownloadManager::StaticDownloadWrapper::downloadFileTo(char* url, char* pat
     } catch (...) { // the caller is a module's C code
         return false;
     }
+}
+
+bool staysInDirectory(String const& name, char const* cls, char const* method) {
+    if (isSafeRelativePath(name))
+        return true;
+    log(ERROR, cls, method, "Name leaves its directory: '" + name + "'");
+    return false;
 }
 
 void REMOVE(String const& path) {

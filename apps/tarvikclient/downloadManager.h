@@ -45,7 +45,8 @@ public:
 
     /// Sees to it that `directory` holds the configured file, fetching it unless it is there with the
     /// configured MD5. Returns its path, or the null string when that failed; a name that would leave the
-    /// directory is such a failure and touches nothing.
+    /// directory is such a failure and touches nothing. Throws EFile when a file that is there cannot be
+    /// read.
     String downloadFromConfig(DownloadConfig const& config, String const& directory);
 
     /// Lower-case hexadecimal; throws EFile when the file cannot be read.
@@ -59,6 +60,10 @@ private:
     mutable Mutex m_serverMutex;
     String m_server;
 };
+
+/// Whether a name from the configuration may become a path below a directory; logs, as `cls` and `method`,
+/// one that would lead out of it.
+bool staysInDirectory(String const& name, char const* cls, char const* method);
 
 /// Removes a file that an installation is about to replace, if there is one. Throws EFile after a log line.
 void REMOVE(String const& path);

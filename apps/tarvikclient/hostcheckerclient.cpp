@@ -2,7 +2,6 @@
 
 #include "base/file.h"
 #include "base/log.h"
-#include "base/safepath.h"
 #include "http/uri.h"
 #include "tarvikclient/client.h"
 #include "tarvikclient/mediationresponse.h"
@@ -54,11 +53,9 @@ String TarvikClientHostchecker::getHostcheckerDir() const {
 }
 
 String TarvikClientHostchecker::getDllPath(Dll const& dll, String const& directory) const {
-    if (!isSafeRelativePath(dll.version) || !isSafeRelativePath(dll.pattern)) {
-        log(ERROR, "TarvikClientHostchecker", "getDllPath",
-            "Name leaves its directory: '" + dll.version + "' or '" + dll.pattern + "'");
-        return String::null;
-    }
+    for (String const& name : {dll.version, dll.pattern})
+        if (!staysInDirectory(name, "TarvikClientHostchecker", "getDllPath"))
+            return String::null;
     return directory + "/" + dll.version + "/" + dll.pattern;
 }
 
@@ -75,7 +72,7 @@ void TarvikClientHostchecker::downloadDll() {
 void TarvikClientHostchecker::loadDll() {
     String const modulePath = getDllPath(m_configuration.hostcheckerDlls.mac, getHostcheckerDir());
     log(TRACE, "TarvikClient", "loadDll", "Load macosx module");
-    TarvikClient::verifyDllSignature(modulePath, modulePath + ".sig");
+    TarvikClient::verifyDllSignature(modulePath, modulePath + SignedDll::fileSuffix);
     m_module = std::make_unique<HostCheckerDllInstance>(modulePath);
 }
 

@@ -2,7 +2,6 @@
 
 #include "base/file.h"
 #include "base/log.h"
-#include "base/safepath.h"
 #include "tarvikclient/client.h"
 
 #include "json/JSONWrapperConstIterator.h"
@@ -42,11 +41,8 @@ int TarvikClientPluginDll::run(CurlSession&) {
 }
 
 String TarvikClientPluginDll::getCertDir() const {
-    if (!isSafeRelativePath(m_configuration.orgname)) {
-        log(ERROR, "TarvikClientPluginDll", "getCertDir",
-            "Organisation's name leaves its directory: '" + m_configuration.orgname + "'");
+    if (!staysInDirectory(m_configuration.orgname, "TarvikClientPluginDll", "getCertDir"))
         return String::null;
-    }
     return getPluginDir() + "/" + "PKIs" + "/" + m_configuration.orgname;
 }
 

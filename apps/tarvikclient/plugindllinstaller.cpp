@@ -2,17 +2,10 @@
 
 #include "base/file.h"
 #include "base/log.h"
-#include "base/safepath.h"
 #include "tarvikclient/client.h"
 #include "zlib/zip.h"
 
 namespace quillon {
-
-namespace {
-
-constexpr char signatureSuffix[] = ".sig";
-
-} // namespace
 
 String PluginDllInstaller::getPluginDir() const {
     return File::getUserApplicationDataDirectory() + "/" + "Plugin";
@@ -23,7 +16,7 @@ String PluginDllInstaller::getDllPath(Dll const&, String const& directory) const
 }
 
 String PluginDllInstaller::getDllSigPath(Dll const& dll, String const& directory) const {
-    return getDllPath(dll, directory) + signatureSuffix;
+    return getDllPath(dll, directory) + SignedDll::fileSuffix;
 }
 
 void PluginDllInstaller::downloadDll(Dll const& dll, String const& directory, bool force) {
@@ -34,14 +27,13 @@ void PluginDllInstaller::downloadDll(Dll const& dll, String const& directory, bo
             modulePath + " and " + sigPath + " are already present.");
         return;
     }
-    if (!isSafeRelativePath(dll.pattern) || !isSafeRelativePath(dll.filename)) {
-        log(ERROR, "TarvikClientPluginDll", "downloadDll",
-            "Name leaves its directory: '" + dll.pattern + "' or '" + dll.filename + "'");
-        return;
-    }
+    // Both before anything is removed: a download that is refused must not cost the module that is there.
+    for (String const& name : {dll.pattern, dll.filename})
+        if (!staysInDirectory(name, "TarvikClientPluginDll", "downloadDll"))
+            return;
     log(TRACE, "TarvikClient", "downloadWindowsDll", "Downloading dll.");
     String const unpackedPath = directory + "/" + dll.pattern;
-    String const unpackedSigPath = unpackedPath + signatureSuffix;
+    String const unpackedSigPath = unpackedPath + SignedDll::fileSuffix;
     for (String const& path : {modulePath, sigPath, unpackedPath, unpackedSigPath})
         REMOVE(path);
     String const archive = m_downloads.downloadFromConfig(dll, directory);
@@ -62,7 +54,7 @@ void PluginDllInstaller::downloadWindowsDlls() {
 void PluginDllInstaller::loadDll() {
     String const path = getDllPath(m_dlls.mac, getPluginDir());
     log(TRACE, "TarvikClient", "loadDll", "Load macosx module");
-    TarvikClient::verifyDllSignature(path, path + signatureSuffix);
+    TarvikClient::verifyDllSignature(path, path + SignedDll::fileSuffix);
     m_module = std::make_unique<PluginDllInstance>(path, m_dlls.mac.version, getPluginDir());
 }
 

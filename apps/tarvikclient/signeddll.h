@@ -16,6 +16,9 @@ class EBadSignature : public Exception {
 /// four strings, one after the other. One thread at a time.
 class SignedDll : public DllInfos {
 public:
+    /// Behind a module's path: the path of its signature file.
+    static constexpr char fileSuffix[] = ".sig";
+
     SignedDll() : m_signer(*this) {}
     SignedDll(SignedDll const&) = delete;
     SignedDll& operator=(SignedDll const&) = delete;

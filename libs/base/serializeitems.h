@@ -13,8 +13,6 @@ class SerializeItems : public Container, public ISerialize {
 public:
     explicit SerializeItems(String const& itemName) : m_itemName(itemName.owned()) {}
 
-    String const& getItemName() const noexcept { return m_itemName; }
-
     void write(IKeyReader& reader) override {
         this->clear();
         for (unsigned left = reader.size(m_itemName); left > 0; --left) {

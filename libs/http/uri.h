@@ -41,8 +41,6 @@ public:
     Parameters const& getParameters() const noexcept { return m_parameters; }
     /// Empty when there is none of that name.
     String getParameter(String const& name) const;
-    /// Whether parse() was asked to decode.
-    bool isDecoded() const noexcept { return m_decode; }
 
     /// Throws UriComponentException when `scheme` contains ":", "/", "?" or "#".
     void setScheme(String const& scheme);

@@ -71,6 +71,9 @@ TEST(String, searchFindsPositionsFromTheStart) {
         {text.searchNoCase2(&ignored, 1), 3},
         {text.searchNoCase2(&ignored, 7), npos},
         {String().rfind('a'), npos},
+        {String("ab c").searchSpace(), 2},
+        {String("ab c").searchSpace(0, 2), npos},
+        {String("  c").searchNoSpace(), 2},
     };
     for (auto const& [found, expected] : cases)
         EXPECT_EQ(found, expected) << "case " << (&found - cases[0]) / 2;
@@ -79,6 +82,8 @@ TEST(String, searchFindsPositionsFromTheStart) {
 TEST(String, comparisonIsByteForByte) {
     EXPECT_TRUE(String("abc").starts("bc", 1) && !String("abc").starts("bc", 2));
     EXPECT_TRUE(String("abc").ends('c') && !String("abc").ends("bc", 2));
+    EXPECT_TRUE(String("abc").startsNoCase2("BC", 1) && !String("abc").startsNoCase2("ABCD"));
+    EXPECT_TRUE(String("abc").endsNoCase2("BC") && !String("abc").endsNoCase2("BC", 2));
     EXPECT_TRUE(String("a[").equalsNoCase2("A[") && !String("[").equalsNoCase2("{")) << "only letters";
     EXPECT_FALSE(String("\xC9").equalsNoCase2("\xE9"));
     EXPECT_TRUE(String("a\0b", 3) != "a");

@@ -118,6 +118,31 @@ TEST(Thread, synchronisedOnesAreWaitedFor) {
     other.open();
 }
 
+// What a thread keeps for itself goes when it is replaced, removed, or the thread ends.
+TEST(Thread, localDataEndsWithTheThreadAtTheLatest) {
+    struct Data : ThreadLocalData {
+        explicit Data(std::string& ended, char name) : ended(ended), name(name) {}
+        ~Data() override { ended += name; }
+        std::string& ended;
+        char name;
+    };
+    std::string ended;
+    FunctionThread thread("keeper", true, [&] {
+        Thread& self = *Thread::getCurrentThread();
+        self.setLocalData("key", new Data(ended, 'a'));
+        self.setLocalData("other", new Data(ended, 'b'));
+        self.setLocalData("key", new Data(ended, 'c'));
+        EXPECT_EQ(ended, "a");
+        EXPECT_EQ(static_cast<Data*>(self.getLocalData("key"))->name, 'c');
+        self.removeLocalData("other");
+        EXPECT_EQ(self.getLocalData("other"), nullptr);
+        EXPECT_EQ(ended, "ab");
+    });
+    thread.run();
+    thread.join();
+    EXPECT_EQ(ended, "abc");
+}
+
 TEST(Thread, sleepEndsWhenWoken) {
     Mutex mutex;
     bool asleep = false, woken = false;

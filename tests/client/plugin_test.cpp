@@ -233,7 +233,7 @@ TEST_F(PluginTest, an_organisation_that_would_leave_the_directory_gets_no_certif
     EXPECT_EQ(runSession().back(), "onStatus 4");
     EXPECT_EQ(m_gateway.count("/certs/ca.pem"), 0u);
     EXPECT_TRUE(
-        m_log->contains("ERROR TarvikClientPluginDll.getCertDir Organisation's name leaves its directory"));
+        m_log->contains("ERROR TarvikClientPluginDll.getCertDir Name leaves its directory: '../../..'"));
 }
 
 TEST_F(PluginTest, entries_that_would_leave_the_directory_are_not_extracted) {

@@ -191,6 +191,16 @@ TEST_F(SessionTest, data_directory_is_private_and_current) {
     EXPECT_EQ(std::filesystem::current_path(), std::filesystem::canonical(dataDirectory()));
 }
 
+TEST_F(SessionTest, settings_that_are_saved_are_those_of_the_next_client) {
+    makeClient();
+    m_client->getLocalConfiguration().setProxyCredentials(Credentials("l", "p", "d"));
+    m_client->saveLocalConfiguration();
+    m_client.reset();
+    makeClient();
+    EXPECT_EQ(m_client->getLocalConfiguration().getProxyCredentials(), Credentials("l", "p", "d"));
+    EXPECT_EQ(m_client->getLocalConfiguration().getSslCertIgnoreDomains().size(), 1u);
+}
+
 TEST_F(SessionTest, construction_fails_in_order) {
     writeFile(
         m_home.file(".Tarvik/tarvikclient.xml"),

@@ -27,6 +27,8 @@ public:
     /// Waits for the end and returns the exit code; minus the signal's number for a program that was killed.
     /// After half a minute the program is killed.
     int wait();
+    /// Whether the program has closed its output, which it does by ending.
+    bool hasEnded() const;
     /// Waits until `text` stands in the output; false at its end or after half a minute.
     bool awaitOutput(std::string const& text) const;
     /// What has come so far, of one stream or the other.

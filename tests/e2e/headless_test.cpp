@@ -4,9 +4,11 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <csignal>
 #include <filesystem>
 #include <sstream>
+#include <thread>
 
 namespace quillon::test {
 
@@ -136,6 +138,42 @@ TEST(Headless, signals_end_a_session_in_order) {
         EXPECT_EQ(session.wait(), 0) << number;
         EXPECT_NE(site.moduleLog("Plugin/sample-plugin.log").find("DllStop2"), std::string::npos);
     }
+}
+
+/// Waits until the program has made its client, and so has taken its signals over: the client takes the data
+/// directory for its user alone. False after half a minute.
+bool awaitClient(Site const& site) {
+    std::filesystem::path const directory = site.home() + "/.Tarvik";
+    for (int i = 0; i < 3000; ++i) {
+        if (std::filesystem::status(directory).permissions() == std::filesystem::perms::owner_all)
+            return true;
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    return false;
+}
+
+TEST(Headless, an_order_to_stop_before_there_is_anything_to_stop_is_kept) {
+    TemporaryDirectory directory;
+    writeFile(directory.file("script"), std::string(100, '\n'));
+    Site site({"--poll-script", std::string(directory.file("script").view()), "--delay", "300"});
+    ChildProcess session = site.start(site.url("plugindll"));
+    ASSERT_TRUE(awaitClient(site));
+    session.signal(SIGTERM);
+    EXPECT_EQ(session.wait(), 0);
+    EXPECT_EQ(session.output(), "onDispatch 2\nonStatus 2\nonStatus 4\n");
+}
+
+TEST(Headless, a_second_order_to_stop_ends_a_request_that_hangs) {
+    Site site({"--delay", "600000"});
+    ChildProcess session = site.start(site.url("plugindll"));
+    ASSERT_TRUE(awaitClient(site));
+    session.signal(SIGTERM);
+    // The first one has been seen when it no longer has a handler.
+    for (int left = 3000; left > 0 && !session.hasEnded(); --left) {
+        session.signal(SIGTERM);
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    EXPECT_EQ(session.wait(), -SIGTERM);
 }
 
 TEST(Headless, wrong_usage_and_an_unusable_home) {
