@@ -11,6 +11,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <cstdlib>
 #include <vector>
 
 namespace quillon {
@@ -19,13 +20,22 @@ namespace {
 
 constexpr char sourceFile[] = "apps/tarvikclient/client.cpp";
 constexpr char logPath[] = "/tmp/tarvikclient.log";
+constexpr char dataDirectoryName[] = "/.Tarvik/"; // within the home directory
+
+/// Keeps the user's name out of the log where it is the home directory's.
+void hideHome(String const& dataDirectory) {
+    unsigned const end = dataDirectory.rfind(dataDirectoryName);
+    String const home = end == String::npos ? String() : dataDirectory.range(0, end).trimRight('/');
+    char const* const user = std::getenv("USER");
+    console->setHome(user && home.ends("/" + String(user)) ? home : String());
+}
 
 void enterDataDirectory(String const& directory) {
     File::ensureDirectory(directory);
     log(TRACE, "TarvikClient", "main", "Tarvik directory is : " + directory);
     // Modules and settings are open to all by their own mode: the directory keeps others out. A fallback to
     // the current directory leaves that as it is.
-    bool const own = directory.ends("/.Tarvik/");
+    bool const own = directory.ends(dataDirectoryName);
     if ((own && chmod(directory.str(), S_IRWXU) != 0) || chdir(directory.str()) != 0) {
         log(ERROR, "TarvikClient", "TarvikClient", "Cannot use directory " + directory);
         throw ETarvikClient("ETarvikClient", sourceFile, __LINE__);
@@ -49,7 +59,9 @@ TarvikClient::TarvikClient(ITarvikClientNotify& notify)
       m_notify(notify) {
     for (LogCategory const category : {TRACE, ERROR, ASSERT, DEBUG})
         console->setStream(category, logPath);
-    enterDataDirectory(File::getUserApplicationDataDirectory());
+    String const directory = File::getUserApplicationDataDirectory();
+    hideHome(directory);
+    enterDataDirectory(directory);
     String const settings = getLocalConfPath();
     if (File::exists(settings)) {
         log(TRACE, "TarvikClient", "TarvikClient", "Loading local configuration from " + settings);
@@ -66,16 +78,33 @@ bool TarvikClient::run(String const& url) {
         TSynchronize<Mutex> lock(m_mutex);
         m_url = url.owned();
     }
-    return Thread::run(false);
+    return start();
 }
 
 void TarvikClient::restart() {
     stop();
-    Thread::run(false);
+    start();
+}
+
+bool TarvikClient::start() {
+    TSynchronize<Mutex> lock(m_startMutex);
+    if (isRunning())
+        return false;
+    // Only where a thread will start, so that a cancelled session is not revived; and before it does, so that
+    // whatever is cancelled from now on is the new session.
+    m_downloadManager.getSession().resume();
+    return Thread::run(false);
 }
 
 void TarvikClient::stop() {
     TSynchronize<Mutex> lock(m_mutex);
+    if (m_subClient)
+        m_subClient->stop();
+}
+
+void TarvikClient::cancel() {
+    TSynchronize<Mutex> lock(m_mutex);
+    m_downloadManager.getSession().cancel();
     if (m_subClient)
         m_subClient->stop();
 }

@@ -18,8 +18,9 @@ class ETarvikClient : public Exception {
 /// do, makes the sub-client for it and runs that. Made once, on the interface's thread; making it
 /// sends the log to its file and makes the user's data directory the current one.
 ///
-/// run(), restart(), stop(), showLogs(), isRunning(), join() and getMediation() may be called on any thread.
-/// Destroying the client neither stops nor joins its thread: the owner does both before.
+/// run(), restart(), stop(), cancel(), showLogs(), isRunning(), join() and getMediation() may be called on
+/// any thread. Destroying the client neither stops nor joins its thread: the owner does both before. It ends
+/// downloads that modules still have under way and waits for them, about a second.
 class TarvikClient final : public ClientConfigurationDispatcher, public Thread {
 public:
     /// `notify` must outlive the client's thread. Throws NullException without a console, EFile or
@@ -28,16 +29,24 @@ public:
     explicit TarvikClient(ITarvikClientNotify& notify);
     ~TarvikClient() override;
 
-    /// Stores the launch URL and starts the thread; starts nothing and returns false while it is running.
+    /// Stores the launch URL and starts the thread; starts nothing and returns false while it is running,
+    /// also when that session has been cancelled.
     bool run(String const& url);
     /// Stops the sub-client, if there is one, and starts the thread again with the stored URL unless it is
     /// still running.
     void restart();
     /// Asks the sub-client, if there is one, to end its work. Does not wait for the thread.
     void stop();
+    /// stop(), and nothing that the session waits for on the network keeps it: transfers under way are cut
+    /// off within about a second, later ones fail at once, and no module is started any more, until run() or
+    /// restart() starts the thread again. The session ends the way it does when a transfer fails, or when it
+    /// is stopped: with a connection error (code 42), a fatal error or status 4. A module that is in one of
+    /// its own calls is waited for. Does not wait for the thread.
+    void cancel();
     void showLogs();
-    /// Waits for the thread without limit.
-    bool join() { return Thread::join(noLimit); }
+    /// Waits for the thread, `timeoutMs` milliseconds at most; false when it is still running then. An owner
+    /// who cannot wait longer keeps the client and lets the process end, which waits five seconds more.
+    bool join(unsigned long timeoutMs = noLimit) { return Thread::join(timeoutMs); }
 
     /// Host, and port if there is one, of the gateway of the last run.
     String getMediation() const;
@@ -64,6 +73,7 @@ private:
     template <class SubClient, class Configuration>
     void setSubClient(ClientType type, Configuration& configuration);
     void abandonSubClient();
+    bool start();
 
     void session();
     bool loadConfiguration();
@@ -77,6 +87,7 @@ private:
     gc::Pointer<ClientConfiguration> m_configuration;
     DownloadManager m_downloadManager;
     ITarvikClientNotify& m_notify;
+    Mutex m_startMutex; // one start of the thread at a time
     // Any thread, under the mutex.
     mutable Mutex m_mutex;
     String m_url;

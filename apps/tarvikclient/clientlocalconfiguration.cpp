@@ -3,7 +3,9 @@
 #include "base/confhelper.h"
 #include "base/file.h"
 #include "base/log.h"
+#include "base/stringwriter.h"
 #include "xml/parserreader.h"
+#include "xml/writerkeywriter.h"
 #include "xml/xmlparser.h"
 
 #include <algorithm>
@@ -33,7 +35,7 @@ void ProtectedCredentials::read(IKeyWriter& writer) const {
 
 void ClientLocalConfiguration::readFromFile(String const& path) {
     try {
-        xml::ParserReader document(path);
+        xml::ParserReader document(path, xml::Disclosure::lines);
         write(document[rootName]);
     } catch (xml::EParserReader const&) {
         log(ERROR, "ClientLocalConfiguration", "readFromFile",
@@ -51,6 +53,29 @@ void ClientLocalConfiguration::save(String const& path) const {
         throw EFile("EFile", sourceFile, __LINE__);
     }
     File::move(fresh, path);
+}
+
+bool ClientLocalConfiguration::survivesSaving() const {
+    String text;
+    StringWriter output(text);
+    xml::WriterKeyWriter writer(output);
+    writer[rootName].write(*this);
+    writer.clear();
+    try {
+        auto document = xml::ParserReader::fromText(text, xml::Disclosure::lines);
+        ClientLocalConfiguration saved;
+        saved.write(document[rootName]);
+        return equals(saved);
+    } catch (Exception const&) { // logged where it was thrown
+        return false;
+    }
+}
+
+bool ClientLocalConfiguration::equals(ClientLocalConfiguration const& other) const {
+    List<String> const mine = getSslCertIgnoreDomains();
+    List<String> const theirs = other.getSslCertIgnoreDomains();
+    return std::equal(mine.begin(), mine.end(), theirs.begin(), theirs.end()) &&
+           getProxyCredentials() == other.getProxyCredentials();
 }
 
 List<String> ClientLocalConfiguration::getSslCertIgnoreDomains() const {

@@ -36,6 +36,9 @@ public:
     /// Replaces the file in one step: a crash meanwhile leaves the old one. Throws EFile, after a log line,
     /// when it cannot be written; the old file then stays as it was.
     void save(String const& path) const;
+    /// Whether readFromFile() would find in a saved file the settings as they are. Values are saved verbatim,
+    /// so that one which holds markup ("<", "&amp;") would come back changed or make the file unreadable.
+    bool survivesSaving() const;
 
     /// Authorities, "host" or "host:port", for which certificate verification is skipped.
     List<String> getSslCertIgnoreDomains() const;
@@ -50,6 +53,8 @@ public:
     void read(IKeyWriter& writer) const override;
 
 private:
+    bool equals(ClientLocalConfiguration const& other) const;
+
     mutable Mutex m_mutex;
     List<String> m_ignoredDomains{"domains"};
     ProtectedCredentials m_proxyCredentials;

@@ -1,10 +1,12 @@
 #include "tarvikclient/downloadManager.h"
 
+#include "base/condition.h"
 #include "base/confhelper.h"
 #include "base/file.h"
 #include "base/log.h"
 #include "base/safepath.h"
 #include "curl/requestinfo.h"
+#include "http/loggableuri.h"
 #include "http/uri.h"
 #include "openssl/md5_wrapper.h"
 
@@ -20,6 +22,43 @@ void logFailure(String const& text) {
     log(ERROR, "DownloadManager", "downloadFileTo", text);
 }
 
+/// The calls of the delegate that are under way, on whatever threads modules make them.
+class DelegateCalls {
+public:
+    /// Never destroyed: a module's thread may outlive main().
+    static DelegateCalls& instance() {
+        static auto& calls = *new DelegateCalls;
+        return calls;
+    }
+    void enter() {
+        TSynchronize<Mutex> lock(m_mutex);
+        ++m_count;
+    }
+    void leave() {
+        TSynchronize<Mutex> lock(m_mutex);
+        if (--m_count == 0)
+            m_left.broadcast();
+    }
+    void awaitNone() {
+        TSynchronize<Mutex> lock(m_mutex);
+        while (m_count != 0)
+            m_left.wait(m_mutex);
+    }
+
+private:
+    Mutex m_mutex;
+    Condition m_left;
+    unsigned m_count = 0;
+};
+
+class DelegateCall {
+public:
+    DelegateCall() { DelegateCalls::instance().enter(); }
+    ~DelegateCall() { DelegateCalls::instance().leave(); }
+    DelegateCall(DelegateCall const&) = delete;
+    DelegateCall& operator=(DelegateCall const&) = delete;
+};
+
 } // namespace
 
 std::atomic<DownloadManager*> DownloadManager::StaticDownloadWrapper::m_downloadManager{nullptr};
@@ -34,6 +73,9 @@ DownloadManager::~DownloadManager() {
     // A module's thread that calls the delegate later is refused instead of reaching a dead object.
     DownloadManager* self = this;
     StaticDownloadWrapper::m_downloadManager.compare_exchange_strong(self, nullptr);
+    // One that came earlier still uses this one.
+    m_session.cancel();
+    DelegateCalls::instance().awaitNone();
 }
 
 void DownloadManager::setServer(String const& authority) {
@@ -62,13 +104,13 @@ bool DownloadManager::downloadFileTo(String const& url, String const& path) noex
     } catch (std::exception const& e) {
         logFailure(e.what());
     }
-    logFailure("Error while downloding '" + path + "' from '" + url + "'");
+    logFailure("Error while downloding '" + path + "' from '" + http::loggableUri(url) + "'");
     return false;
 }
 
 bool DownloadManager::transfer(String const& url, String const& path) {
     File::ensureDirectory(File::getSubPath(path));
-    log(TRACE, "DownloadManager", "downloadFileTo", url + " -> " + path);
+    log(TRACE, "DownloadManager", "downloadFileTo", http::loggableUri(url) + " -> " + path);
     String const fullUrl = urlOf(url);
     File file;
     if (!file.open(path, File::out)) {
@@ -80,7 +122,7 @@ bool DownloadManager::transfer(String const& url, String const& path) {
     bool const stored = file.close();
     if (transferred && stored && information.getResponseHeader().getResponseCode() == statusOk)
         return true;
-    logFailure("Error while downloding '" + path + "' from '" + fullUrl + "'");
+    logFailure("Error while downloding '" + path + "' from '" + http::loggableUri(fullUrl) + "'");
     return false;
 }
 
@@ -105,6 +147,7 @@ String DownloadManager::computeFileMd5(String const& path) {
 
 bool DownloadManager::StaticDownloadWrapper::downloadFileTo(char* url, char* path) {
     try {
+        DelegateCall const call; // counted before the manager is looked at, which its destructor relies on
         DownloadManager* const manager = m_downloadManager.load();
         if (!manager) {
             log(ERROR, "StaticDownloadWrapper", "downloadFromConfig",

@@ -28,11 +28,12 @@ public:
         static std::atomic<DownloadManager*> m_downloadManager;
 
         /// Fetches `url` into the file `path`, both C strings that the module owns. Any thread; no exception
-        /// leaves it.
+        /// leaves it. The manager outlives the call.
         static bool downloadFileTo(char* url, char* path);
     };
 
     explicit DownloadManager(ClientLocalConfiguration const& settings) : m_session(settings) {}
+    /// Cuts off what modules' threads still fetch and waits until they have left, about a second.
     ~DownloadManager();
 
     CurlSession& getSession() noexcept { return m_session; }

@@ -35,6 +35,8 @@ TarvikClientHostchecker::TarvikClientHostchecker(TarvikClient&, ITarvikClientNot
 int TarvikClientHostchecker::run(CurlSession& session) {
     m_notify.onStatus(STATUS_DOWNLOADING_COMPENENTS);
     downloadDll();
+    if (session.isCancelled())
+        return 0;
     loadDll();
     m_module->start(getHostcheckerDir() + "/", m_configuration.hostname, m_configuration.language);
     m_notify.onStatus(STATUS_HOSTCHECKING);

@@ -26,10 +26,12 @@ TarvikClientPluginDll::TarvikClientPluginDll(TarvikClient& client, ITarvikClient
       m_notify(notify),
       m_configuration(configuration) {}
 
-int TarvikClientPluginDll::run(CurlSession&) {
+int TarvikClientPluginDll::run(CurlSession& session) {
     m_notify.onStatus(STATUS_DOWNLOADING_COMPENENTS);
     downloadMacOsXDll();
     downloadCerts();
+    if (session.isCancelled())
+        return 0;
     loadDll();
     bool const proxySent = sendProxy();
     m_module->start(parameters(), &DownloadManager::StaticDownloadWrapper::downloadFileTo);

@@ -7,8 +7,10 @@ TarvikClientPluginDllNoTunnel::TarvikClientPluginDllNoTunnel(
     DownloadManager& downloads)
     : PluginDllInstaller(configuration.pluginDlls, downloads), m_configuration(configuration) {}
 
-int TarvikClientPluginDllNoTunnel::run(CurlSession&) {
+int TarvikClientPluginDllNoTunnel::run(CurlSession& session) {
     downloadMacOsXDll();
+    if (session.isCancelled())
+        return 0;
     loadDll();
     return m_module->LaunchSafeResource(m_configuration.safetype, m_configuration.service,
                                         &DownloadManager::StaticDownloadWrapper::downloadFileTo);

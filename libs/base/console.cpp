@@ -119,7 +119,7 @@ void Console::print(LogCategory category, String const& tag, String const& cls, 
     String const line = method.empty()
                             ? "[" + tag + "] " + stream.label + " " + cls + ": " + text
                             : "[" + tag + "] " + stream.label + " " + cls + "." + method + " " + text;
-    String const body = inOneLine(line);
+    String const body = inOneLine(m_home.empty() ? line : line.replace(m_home, "~/"));
     if (stream.file) {
         using namespace std::chrono;
         auto const now = system_clock::now();
@@ -212,6 +212,11 @@ void Console::setStream(LogCategory category, FILE* file, String const& name) {
     }
     target.file = file;
     target.name = name.owned();
+}
+
+void Console::setHome(String const& directory) {
+    TSynchronize<Mutex> lock(m_streamsMutex);
+    m_home = directory.empty() ? String() : String(directory + "/");
 }
 
 String Console::getFilename(LogCategory category) const {

@@ -41,6 +41,10 @@ public:
     void setStream(LogCategory category, FILE* file, String const& name);
     String getFilename(LogCategory category) const;
 
+    /// Writes paths below `directory`, which ends in no "/", as "~/..." in every line from now on: a home
+    /// directory's path holds its user's name. Empty ends that. Any thread.
+    void setHome(String const& directory);
+
     /// The system's name, version and patch level, as uname gives them, parted by blanks.
     String getOs();
     String getOsName();
@@ -78,8 +82,9 @@ private:
     void print(LogCategory category, String const& tag, String const& cls, String const& method,
                String const& text);
 
-    mutable Mutex m_streamsMutex; // streams change at start-up while the task may be printing
+    mutable Mutex m_streamsMutex; // streams and home change at start-up while the task may be printing
     std::array<Stream, 4> m_streams;
+    String m_home; // with a "/" behind it; empty when paths are written as they are
 
     Mutex m_osMutex;
     String m_osName, m_osVersion, m_osPatch;

@@ -3,6 +3,7 @@
 #include "curl/longhead.h"
 #include "curl/transfercallbacks.h"
 
+#include "http/loggableuri.h"
 #include "http/uri.h"
 
 #include "base/log.h"
@@ -27,6 +28,21 @@ CURL* makeHandle() {
         throw ECurl("ECurl", "libs/curl/curlwrapper.cpp", 183);
     }
     return handle;
+}
+
+// libcurl asks at least once a second, also while it looks up a name or waits for the peer.
+int isSet(void* flag, curl_off_t, curl_off_t, curl_off_t, curl_off_t) {
+    return *static_cast<std::atomic<bool> const*>(flag) ? 1 : 0;
+}
+
+// libcurl quotes a proxy of the environment that it cannot use as it stands there, password and all, and of a
+// long one only as much as its buffer holds.
+String withoutProxySecrets(String const& details) {
+    unsigned const quote = details.find('\'');
+    if (quote == String::npos)
+        return details;
+    String const quoted = details.range(quote + 1);
+    return details.range(0, quote + 1) + (quoted.ends("'") ? http::loggableUri(quoted) : String("..."));
 }
 
 /// Sets options until one is refused.
@@ -66,6 +82,9 @@ CurlEasyWrapper::CurlEasyWrapper() : m_handle(makeHandle()), m_cookies(m_handle.
         log(ERROR, "CurlEasyWrapper", "CurlEasyWrapper", "Cannot set up CURL context");
         throw ECurl(result, "ECurl", "libs/curl/curleasywrapper.cpp", __LINE__);
     }
+    // A name server that does not answer holds up neither cancelling nor the time limit: the thread that asks
+    // it is left to end by itself. A libcurl that does not know the option waits for it, as it always did.
+    curl_easy_setopt(m_handle.get(), CURLOPT_QUICK_EXIT, 1L);
     setTimeLimits(std::chrono::seconds(connectTimeoutS), std::chrono::seconds(standstillTimeoutS));
 }
 
@@ -103,6 +122,8 @@ bool CurlEasyWrapper::request(String const& url, WriteCallback callback, void* c
 
 int CurlEasyWrapper::setUpTransfer(String const& url, WriteCallback callback, void* callbackData,
                                    String const& postData) {
+    if (isCancelled())
+        return CURLE_ABORTED_BY_CALLBACK;
     // A text that str() would cut names another resource than the one whose policy was looked up.
     if (url.find('\0') != String::npos)
         return CURLE_URL_MALFORMAT;
@@ -116,6 +137,9 @@ int CurlEasyWrapper::setUpTransfer(String const& url, WriteCallback callback, vo
         .set(CURLOPT_WRITEDATA, callbackData)
         .set(CURLOPT_HEADERFUNCTION, &readHeaderLine)
         .set(CURLOPT_HEADERDATA, static_cast<void*>(&m_lastRespHeader))
+        .set(CURLOPT_NOPROGRESS, m_cancelFlag ? 0L : 1L)
+        .set(CURLOPT_XFERINFOFUNCTION, &isSet)
+        .set(CURLOPT_XFERINFODATA, static_cast<void const*>(m_cancelFlag.get()))
         .set(CURLOPT_USERAGENT, m_userAgent.empty() ? nullptr : m_userAgent.str())
         .set(CURLOPT_SSL_VERIFYHOST, m_verifySsl ? 2L : 0L)
         .set(CURLOPT_SSL_VERIFYPEER, m_verifySsl ? 1L : 0L)
@@ -197,7 +221,7 @@ String CurlEasyWrapper::lastErrorString() const {
 }
 
 String CurlEasyWrapper::lastErrorBuf() const {
-    return String::copyOf(m_errorBuffer);
+    return withoutProxySecrets(String::copyOf(m_errorBuffer));
 }
 
 } // namespace quillon

@@ -10,6 +10,7 @@
 #include "base/proxy.h"
 #include "base/writer.h"
 
+#include <atomic>
 #include <chrono>
 #include <memory>
 
@@ -26,6 +27,8 @@ public:
     /// Gets `count` elements of `size` bytes of the body and the callback's data; returns how many bytes it
     /// took, fewer to end the transfer. Called on the thread that makes the request; must not throw.
     using WriteCallback = std::size_t (*)(char* bytes, std::size_t size, std::size_t count, void* data);
+    /// Becomes true, on any thread, when transfers are to end.
+    using CancelFlag = std::shared_ptr<std::atomic<bool> const>;
 
     /// Throws ECurl when libcurl gives no handle.
     CurlEasyWrapper();
@@ -63,6 +66,9 @@ public:
     void removeShare();
     /// How long connecting may take and how long no byte may move, in place of 30 s and 60 s.
     void setTimeLimits(std::chrono::seconds connecting, std::chrono::seconds standstill);
+    /// Once the flag is true a transfer under way ends within about a second, whatever it is waiting for, and
+    /// later ones fail at once, both with code 42. Null, as at first: nothing ends them.
+    void setCancelFlag(CancelFlag const& flag) { m_cancelFlag = flag; }
 
     /// Percent-encodes every byte but letters, digits, "-", ".", "_" and "~".
     String urlEncodeString(String const& text) const;
@@ -71,7 +77,8 @@ public:
     int lastErrorCode() const noexcept { return m_lastErrorCode; }
     /// libcurl's text for that code.
     String lastErrorString() const;
-    /// libcurl's details of the last transfer's failure; may be empty.
+    /// libcurl's details of the last transfer's failure, without a proxy's user name and password; may be
+    /// empty.
     String lastErrorBuf() const;
     /// The header of the last reply of the last transfer.
     http::ResponseHeader const& lastRespHeader() const noexcept { return m_lastRespHeader; }
@@ -84,6 +91,7 @@ private:
     };
 
     int setUpTransfer(String const& url, WriteCallback callback, void* callbackData, String const& postData);
+    bool isCancelled() const { return m_cancelFlag && *m_cancelFlag; }
     int perform(String const& url);
     void useProxy(long type, Proxy const& proxy);
 
@@ -98,6 +106,7 @@ private:
     int m_proxyError = 0;       // a request must not go without the proxy that it was given
     unsigned m_proxyLength = 0; // bytes that the proxy's credentials may add to a head
     CookieJar m_cookies;
+    CancelFlag m_cancelFlag;
 };
 
 } // namespace quillon

@@ -119,7 +119,24 @@ std::unique_ptr<CurlEasyWrapper> CurlSession::newHandle() {
     TSynchronize<Mutex> lock(m_lock);
     handle->setUserAgent(m_base.getUserAgent());
     handle->copyCookies(m_base);
+    handle->setCancelFlag(m_cancelFlag);
     return handle;
+}
+
+void CurlSession::cancel() {
+    TSynchronize<Mutex> lock(m_lock);
+    *m_cancelFlag = true;
+}
+
+void CurlSession::resume() {
+    TSynchronize<Mutex> lock(m_lock);
+    if (*m_cancelFlag)
+        m_cancelFlag = std::make_shared<std::atomic<bool>>(false);
+}
+
+bool CurlSession::isCancelled() const {
+    TSynchronize<Mutex> lock(m_lock);
+    return *m_cancelFlag;
 }
 
 Strings CurlSession::listCookies() {

@@ -46,6 +46,14 @@ public:
     bool request(String const& url, IWriter& out, IRequestInfo& info);
     bool request(String const& url, Memory& out, IRequestInfo& info);
 
+    /// Cuts off the transfers under way, which end within about a second, and makes those that follow fail at
+    /// once, all with libcurl's code 42; on every handle of the session. Any thread; does not wait.
+    void cancel();
+    /// Lets handles that are made from now on transfer again. Those that were cut off stay cut off.
+    void resume();
+    /// Whether transfers fail since cancel(). Any thread.
+    bool isCancelled() const;
+
     /// Puts a cookie into the session's store. Any thread.
     void setCookie(http::SetCookie const& cookie);
     /// Sets the user agent of later requests. Any thread.
@@ -66,8 +74,10 @@ private:
         void operator()(CURLSH* share) const;
     };
 
-    Mutex m_lock; // of the share's data and the base wrapper's cookies
+    mutable Mutex m_lock; // of the share's data, the base wrapper's cookies and the flag
     CurlEasyWrapper m_base;
+    // One for the handles between two calls of resume(), shared with them.
+    std::shared_ptr<std::atomic<bool>> m_cancelFlag = std::make_shared<std::atomic<bool>>(false);
     std::unique_ptr<CURLSH, Cleanup> const m_share; // last: cleaned up before its lock goes
 };
 

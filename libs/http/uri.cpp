@@ -1,5 +1,6 @@
 #include "http/uri.h"
 
+#include "http/loggableuri.h"
 #include "http/uri_encoding.h"
 
 #include "base/log.h"
@@ -54,7 +55,7 @@ Uri Uri::parse(String const& text, bool decode) {
     String const query = take(rest, "#").range(1);
     String const fragment = rest.range(1);
     if (containsAny(fragment, "\r\n")) {
-        logComponent("setScheme", "Invalid uri: ", text);
+        logComponent("setScheme", "Invalid uri: ", loggableUri(text));
         throw UriComponentException("UriComponentException", "libs/http/uri.cpp", 19);
     }
 
@@ -92,7 +93,7 @@ void Uri::setScheme(String const& scheme) {
 
 void Uri::setAuthority(String const& authority) {
     if (containsAny(authority, "/?#")) {
-        logComponent("setAuthority", "Invalid authority: ", authority);
+        logComponent("setAuthority", "Invalid authority: ", loggableUri(authority));
         throw UriComponentException("UriComponentException", "libs/http/uri.cpp", __LINE__);
     }
     m_authority = authority.owned();

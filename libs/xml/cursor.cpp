@@ -25,6 +25,13 @@ String excerpt(String const& text) {
     return shown;
 }
 
+String Cursor::excerpt(String const& piece) const {
+    if (m_disclosure == Disclosure::excerpts)
+        return xml::excerpt(piece);
+    auto const lineBreaks = std::count(m_text.begin(), m_text.begin() + m_position, '\n');
+    return "line " + toString(static_cast<unsigned>(lineBreaks) + 1);
+}
+
 bool Cursor::skip(String const& token) noexcept {
     if (!at(token))
         return false;

@@ -9,11 +9,18 @@ namespace quillon::xml {
 /// from the network can neither flood the log nor forge lines in it.
 String excerpt(String const& text);
 
+/// What log lines may say of a document that does not parse.
+enum class Disclosure {
+    excerpts, ///< the offending text
+    lines     ///< its line's number, for documents that hold secrets
+};
+
 /// Walks over a document. The pieces that it gives share the document's block.
 class Cursor {
 public:
     /// Copies the bytes when nobody owns them.
-    explicit Cursor(String const& document) : m_text(document.owned()) {}
+    explicit Cursor(String const& document, Disclosure disclosure = Disclosure::excerpts)
+        : m_text(document.owned()), m_disclosure(disclosure) {}
 
     bool atEnd() const noexcept { return m_position == m_text.length(); }
     bool at(char c) const noexcept { return !atEnd() && m_text[m_position] == c; }
@@ -31,12 +38,15 @@ public:
     bool readPast(String const& token, String& piece) noexcept;
 
     /// What stands here, for a log line.
-    String excerpt() const { return xml::excerpt(m_text.range(m_position)); }
+    String excerpt() const { return excerpt(m_text.range(m_position)); }
+    /// A piece of the document that stands before this place, for a log line.
+    String excerpt(String const& piece) const;
 
 private:
     String readUpTo(unsigned end) noexcept;
 
     String m_text;
+    Disclosure m_disclosure;
     unsigned m_position = 0;
 };
 

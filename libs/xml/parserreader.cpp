@@ -2,7 +2,6 @@
 
 #include "base/file.h"
 #include "base/log.h"
-#include "xml/cursor.h"
 #include "xml/stringparser.h"
 
 namespace quillon::xml {
@@ -18,10 +17,10 @@ namespace {
     throwParserReader(line);
 }
 
-std::unique_ptr<Element> parseDocument(String const& text) {
+std::unique_ptr<Element> parseDocument(String const& text, Disclosure disclosure) {
     auto document = std::make_unique<Element>();
     try {
-        document->append(StringParser::parse(text));
+        document->append(StringParser::parse(text, disclosure));
         return document;
     } catch (EXmlNode const&) { // both are logged where they were thrown
         throwParserReader(__LINE__);
@@ -32,11 +31,11 @@ std::unique_ptr<Element> parseDocument(String const& text) {
 
 } // namespace
 
-ParserReader::ParserReader(String const& fileName)
-    : ParserReader(parseDocument(File::readAllFile(fileName))) {}
+ParserReader::ParserReader(String const& fileName, Disclosure disclosure)
+    : ParserReader(parseDocument(File::readAllFile(fileName), disclosure)) {}
 
-ParserReader ParserReader::fromText(String const& text) {
-    return ParserReader(parseDocument(text));
+ParserReader ParserReader::fromText(String const& text, Disclosure disclosure) {
+    return ParserReader(parseDocument(text, disclosure));
 }
 
 IKeyReader& ParserReader::operator[](String const& key) {

@@ -1,6 +1,7 @@
 // Reads keyed records from a document.
 #pragma once
 
+#include "xml/cursor.h"
 #include "xml/keyreader.h"
 
 namespace quillon::xml {
@@ -11,9 +12,9 @@ namespace quillon::xml {
 class ParserReader : public KeyReader {
 public:
     /// Reads and parses a file. Throws EFile when it cannot be opened, EParserReader when it does not parse.
-    explicit ParserReader(String const& fileName);
+    explicit ParserReader(String const& fileName, Disclosure disclosure = Disclosure::excerpts);
     /// Parses a document that is in memory. Throws EParserReader.
-    static ParserReader fromText(String const& text);
+    static ParserReader fromText(String const& text, Disclosure disclosure = Disclosure::excerpts);
 
     using KeyReader::operator[];
     IKeyReader& operator[](String const& key) override;

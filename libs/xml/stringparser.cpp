@@ -2,7 +2,6 @@
 
 #include "base/log.h"
 #include "xml/comment.h"
-#include "xml/cursor.h"
 
 namespace quillon::xml {
 
@@ -21,8 +20,8 @@ void skipMisc(Cursor& cursor) {
 
 } // namespace
 
-std::unique_ptr<Element> StringParser::parse(String const& text) {
-    Cursor cursor(text);
+std::unique_ptr<Element> StringParser::parse(String const& text, Disclosure disclosure) {
+    Cursor cursor(text, disclosure);
     cursor.skip("\xEF\xBB\xBF"); // a byte order mark
     skipMisc(cursor);
     if (cursor.atEnd())

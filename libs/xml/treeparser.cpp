@@ -46,7 +46,7 @@ void TreeParser::readContent() {
     if (!raw.empty())
         m_text.append(decodeReferences(raw));
     if (m_cursor.atEnd())
-        failElement("Problem with element: " + excerpt(m_open->getName()), __LINE__);
+        failElement("Problem with element: " + m_cursor.excerpt(m_open->getName()), __LINE__);
     readMarkup();
 }
 
@@ -108,7 +108,7 @@ void TreeParser::readEndTag() {
     if (!m_cursor.skip('>'))
         failElement("bad xml file format: " + start.excerpt(), __LINE__);
     if (name != m_open->getName())
-        failElement("Problem with element: " + excerpt(m_open->getName()), __LINE__);
+        failElement("Problem with element: " + m_cursor.excerpt(m_open->getName()), __LINE__);
     close();
 }
 
@@ -130,7 +130,8 @@ void TreeParser::declareNamespaces(Element const& element) {
             continue;
         if (!hasPrefix(attribute.getName()))
             failAttribute("redefinition of xmlns attribute", __LINE__);
-        failAttribute("redefinition of xmlns attribute : " + excerpt(declaredPrefix(attribute)), __LINE__);
+        failAttribute("redefinition of xmlns attribute : " + m_cursor.excerpt(declaredPrefix(attribute)),
+                      __LINE__);
     }
 }
 
@@ -140,7 +141,7 @@ void TreeParser::checkPrefixes(Element const& element) const {
     for (Attribute const& attribute : element.m_attributes) {
         String const& name = attribute.getName();
         if (hasPrefix(name) && !attribute.declaresNamespace() && !m_namespaces.isDeclared(name.left(':')))
-            failAttribute("non-defined qualified name for attribute : " + excerpt(name), __LINE__);
+            failAttribute("non-defined qualified name for attribute : " + m_cursor.excerpt(name), __LINE__);
     }
 }
 

@@ -57,6 +57,18 @@ TEST(Console, aTextCannotForgeALineNorHideTheRestOfItsOwn) {
     EXPECT_EQ(body(lines[0]), "[tag] ERROR Class: a  [tag] TRACE b c");
 }
 
+TEST(Console, pathsInTheHomeDirectoryDoNotNameIt) {
+    test::LogCapture capture;
+    Console::instance()->setHome("/home/bob");
+    log(ERROR, "tag", "Class", "", "/home/bob/a and \"/home/bob/b\" but /home/bobby/c");
+    Console::instance()->drain(10000);
+    Console::instance()->setHome("");
+    log(ERROR, "tag", "Class", "", "/home/bob/a");
+    std::vector<std::string> const lines = capture.lines();
+    EXPECT_EQ(body(lines.at(0)), "[tag] ERROR Class: ~/a and \"~/b\" but /home/bobby/c");
+    EXPECT_EQ(body(lines.at(1)), "[tag] ERROR Class: /home/bob/a");
+}
+
 TEST(Console, millisecondsAreNotPadded) {
     using namespace std::chrono;
     test::LogCapture capture;

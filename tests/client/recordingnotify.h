@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <chrono>
 #include <condition_variable>
+#include <functional>
 #include <mutex>
 #include <string>
 #include <vector>
@@ -16,6 +17,9 @@ namespace quillon::test {
 /// Keeps every notification as a line such as "onStatus 2". Called on the client thread, read on any.
 class RecordingNotify final : public ITarvikClientNotify {
 public:
+    /// Called with each line, on the client thread, once it is kept. Set while no session runs.
+    std::function<void(std::string const&)> onLine;
+
     void onConnectError(RequestInfo const& information) override {
         add("onConnectError " + toStd(information.format()));
     }
@@ -39,10 +43,14 @@ public:
 private:
     static std::string toStd(String const& text) { return std::string(text.view()); }
 
-    void add(std::string line) {
-        std::lock_guard lock(m_mutex);
-        m_lines.push_back(std::move(line));
-        m_changed.notify_all();
+    void add(std::string const& line) {
+        {
+            std::lock_guard lock(m_mutex);
+            m_lines.push_back(line);
+            m_changed.notify_all();
+        }
+        if (onLine)
+            onLine(line);
     }
 
     mutable std::mutex m_mutex;

@@ -17,6 +17,13 @@ List<String> domains(std::initializer_list<char const*> names) {
     return list;
 }
 
+bool sameSettings(ClientLocalConfiguration const& a, ClientLocalConfiguration const& b) {
+    List<String> const first = a.getSslCertIgnoreDomains();
+    List<String> const second = b.getSslCertIgnoreDomains();
+    return a.getProxyCredentials() == b.getProxyCredentials() &&
+           std::equal(first.begin(), first.end(), second.begin(), second.end());
+}
+
 TEST(Settings, what_is_saved_is_read_back_and_the_password_is_in_clear) {
     TemporaryDirectory directory;
     String const path = directory.file("tarvikclient.xml");
@@ -43,6 +50,63 @@ TEST(Settings, what_is_saved_is_read_back_and_the_password_is_in_clear) {
     List<String> const ignored = read.getSslCertIgnoreDomains();
     ASSERT_EQ(ignored.size(), 2u);
     EXPECT_EQ(*ignored.begin(), "b.example");
+}
+
+TEST(Settings, values_that_a_saved_file_would_not_give_back_are_known_before) {
+    static constexpr struct {
+        char const* value;
+        bool survives;
+    } cases[] = {
+        {"plain", true},
+        {"", true},
+        {"gr\xC3\xBC\xC3\x9F", true},
+        {"latin \xFC", true},
+        {" blanks ", true},
+        {" ", true},
+        {"line\r\nbreak", true},
+        {"\x01\t", true},
+        {"'\"", true},
+        {"a > b", true},
+        {"]]>", true},
+        {"AT&T", true},
+        {"&amp;", false},
+        {"&#65;", false},
+        {"<", false},
+        {"a<b>c", false},
+        {"<b></b>", false},
+        {"</password>", false},
+        {"<!-- -->", false},
+        {"<![CDATA[x]]>", false},
+        {"</password><password>", false},
+    };
+    TemporaryDirectory directory;
+    LogCapture log;
+    for (auto const& [value, survives] : cases)
+        for (int field = 0; field < 4; ++field) {
+            ClientLocalConfiguration settings, read;
+            settings.setSslCertIgnoreDomains(domains({"first", field == 0 ? value : "d", "last"}));
+            settings.setProxyCredentials(
+                Credentials(field == 1 ? value : "l", field == 2 ? value : "p", field == 3 ? value : "d"));
+            EXPECT_EQ(settings.survivesSaving(), survives) << value << " " << field;
+            settings.save(directory.file("settings"));
+            try {
+                read.readFromFile(directory.file("settings"));
+            } catch (EConfMissingKey const&) {
+            }
+            EXPECT_EQ(sameSettings(read, settings), survives) << value << " " << field;
+        }
+}
+
+TEST(Settings, ten_thousand_domains_survive) {
+    ClientLocalConfiguration settings;
+    List<String> many;
+    for (unsigned i = 0; i < 10000; ++i)
+        many.add("host" + toString(i) + ".example:8443");
+    settings.setSslCertIgnoreDomains(many);
+    EXPECT_TRUE(settings.survivesSaving());
+    many.add("<");
+    settings.setSslCertIgnoreDomains(many);
+    EXPECT_FALSE(settings.survivesSaving());
 }
 
 TEST(Settings, files_that_are_none_leave_the_defaults_and_are_named) {

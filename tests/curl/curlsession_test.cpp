@@ -210,6 +210,24 @@ TEST(CurlSession, proxyTypeNoneLeavesTheEnvironmentInForce) {
     EXPECT_EQ(String(body), "by proxy");
 }
 
+TEST(CurlSession, secretsOfAProxyThatCannotBeUsedAreNotQuoted) {
+    for (std::string const& proxy :
+         {std::string("http://name:secret@h:999999"), std::string("http://name:sec'ret@h h:80"),
+          std::string("xyz://name:secret@h:1"), "http://name:" + std::string(300, 's') + "@h:999999"}) {
+        setenv("http_proxy", proxy.c_str(), 1);
+        LogCapture log;
+        CurlSession session;
+        Memory body;
+        RequestInfo info;
+        EXPECT_FALSE(session.request("http://gate.example/", body, info)) << proxy;
+        unsetenv("http_proxy");
+        EXPECT_TRUE(log.contains("[Unsupported proxy ")) << log.text();
+        for (std::string const& text : {log.text(), std::string(info.format().view())})
+            for (char const* const secret : {"name:", "sec", "ret@", "sss"})
+                EXPECT_EQ(text.find(secret), std::string::npos) << text;
+    }
+}
+
 TEST(CurlSession, unknownProxyTypeThrows) {
     LogCapture log;
     ProxySession session(Proxy(static_cast<Proxy::Type>(9), "host"));

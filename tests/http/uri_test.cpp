@@ -1,3 +1,4 @@
+#include "http/loggableuri.h"
 #include "http/uri.h"
 
 #include "support/logcapture.h"
@@ -133,7 +134,28 @@ TEST(Uri, lineBreakInTheFragmentIsNoUri) {
         EXPECT_EQ(e.toString(), "UriComponentException:uri.cpp:19");
     }
     EXPECT_TRUE(log.contains("ERROR Uri.setScheme Invalid uri: http://h/#a"));
+    EXPECT_ANY_THROW(Uri::parse("tarvik://ticket@h/?lang=fr&k=value#\n", true));
+    EXPECT_ANY_THROW(Uri().setAuthority("name:password@h/"));
+    EXPECT_TRUE(log.contains("Invalid uri: tarvik://...@h/?lang=...&k=...#"));
+    EXPECT_TRUE(log.contains("Invalid authority: ...@h/"));
     EXPECT_NO_THROW(Uri::parse("http://h/a\nb?c\nd", true));
+}
+
+TEST(Uri, whatMayBeSecretIsNotLogged) {
+    static constexpr char const* cases[][2] = {
+        {"https://gate.example:8443/a/b#c", "https://gate.example:8443/a/b#c"},
+        {"/modules/m.zip", "/modules/m.zip"},
+        {"tarvik://ticket@h:1/p?lang=fr&x=&token", "tarvik://...@h:1/p?lang=...&x=...&..."},
+        {"tarvik://tic/ket@x@h/", "tarvik://...@h/"},
+        {"tarvik://tic#ket@h/", "tarvik://...@h/"},
+        {"tarvik:ticket@h/", "...@h/"},
+        {"name:password@h/p?a=b", "...@h/p?a=..."},
+        {"//name@h?mail=a@b#f?g", "...@h?mail=...#f?g"},
+        {"h?", "h?..."},
+        {"", ""},
+    };
+    for (auto const& [uri, expected] : cases)
+        EXPECT_EQ(text(http::loggableUri(uri)), expected) << uri;
 }
 
 // Twelve megabytes: anything but linear work runs into the test's time limit.

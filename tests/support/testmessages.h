@@ -32,6 +32,7 @@ struct Reply {
         close,     ///< close in an orderly way
         reset,     ///< tear down with a TCP reset
         hold,      ///< stay silent until TestServer::release() or the server's end, then close
+        trickle,   ///< send a byte now and then until TestServer::release() or the server's end, then close
     };
 
     /// The raw bytes; status line, headers and body are the handler's to form. May be empty.

@@ -159,6 +159,8 @@ bool TestServer::answer(Channel& channel, Connection const& connection, Reply co
         std::unique_lock lock(m_mutex);
         m_changed.wait(lock, [this] { return m_released || m_stopping; });
     }
+    if (reply.ending == Reply::trickle)
+        trickle(channel);
     if (reply.ending == Reply::reset)
         lingerNot(connection.socket);
     else if (sent && reply.ending != Reply::keepAlive)
@@ -167,10 +169,18 @@ bool TestServer::answer(Channel& channel, Connection const& connection, Reply co
 }
 
 void TestServer::waitFor(Reply const& reply) {
-    if (reply.delay.count() == 0)
-        return;
+    if (reply.delay.count() != 0)
+        isEndedWithin(reply.delay);
+}
+
+bool TestServer::isEndedWithin(std::chrono::milliseconds time) {
     std::unique_lock lock(m_mutex);
-    m_changed.wait_for(lock, reply.delay, [this] { return m_released || m_stopping; });
+    return m_changed.wait_for(lock, time, [this] { return m_released || m_stopping; });
+}
+
+void TestServer::trickle(Channel& channel) {
+    while (!isEndedWithin(std::chrono::milliseconds(50)) && channel.write("."))
+        ;
 }
 
 std::string TestServer::url(std::string_view target) const {

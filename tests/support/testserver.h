@@ -63,6 +63,8 @@ private:
     void serve(Connection& connection);
     bool answer(class Channel& channel, Connection const& connection, Reply const& reply);
     void waitFor(Reply const& reply);
+    bool isEndedWithin(std::chrono::milliseconds time);
+    void trickle(class Channel& channel);
     void join(std::list<Connection>& connections);
 
     Handler const m_handler;

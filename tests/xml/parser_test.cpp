@@ -142,6 +142,17 @@ TEST(XmlParser, logsOneShortLineWhateverTheDocumentHolds) {
     EXPECT_LT(log.lines()[0].size(), 200u);
 }
 
+TEST(XmlParser, namesOnlyTheLineOfADocumentThatHoldsSecrets) {
+    for (char const* const fault :
+         {"<secret", "a<secret>b", "<secret a='1' xmlns:secret='' xmlns:secret=''/>", "<a secret:b=''/>",
+          "<a b='secret", "<!secret>", "<![CDATA[secret", "<!-- secret", "</secret>", "</a></a>secret"}) {
+        test::LogCapture log;
+        EXPECT_ANY_THROW(StringParser::parse("<a>\r\n" + String(fault), Disclosure::lines)) << fault;
+        EXPECT_FALSE(log.contains("secret")) << log.text();
+        EXPECT_TRUE(log.contains(": line 2\n")) << log.text();
+    }
+}
+
 TEST(XmlParser, everyPrefixOfADocumentIsRefused) {
     String const whole("<?xml version='1.0'?><!--c--><a b='c'>t&amp;<![CDATA[d]]><e/><!--f--></a>");
     EXPECT_EQ(failure(whole), "none");

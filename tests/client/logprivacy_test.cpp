@@ -1,0 +1,114 @@
+// What people are called and what they prove it with stays out of the log, whatever goes wrong.
+#include "client/clientfixture.h"
+
+#include "base/console.h"
+#include "base/file.h"
+
+#include <cstdlib>
+#include <thread>
+
+namespace quillon::test {
+
+namespace {
+
+class LogPrivacyTest : public ClientTest {
+protected:
+    /// Expects that nothing secret has been logged; every secret of these tests has one of the marks in it.
+    void expectNoSecrets() const {
+        std::string const text = m_log->text();
+        for (char const* const mark : {"S3CRET", "USER7"})
+            EXPECT_EQ(text.find(mark), std::string::npos) << text;
+    }
+    std::string at(std::string const& host) const { return "tarvik://S3CRET-ticket@" + host; }
+};
+
+TEST_F(LogPrivacyTest, launch_urls) {
+    std::string const gateway = m_gateway.server().authority();
+    for (std::string const& url :
+         {at(gateway) + "/mediation?user=USER7&lang=de", at(gateway) + "/#\r\n", at("h/?k=S3CRET#\n"),
+          std::string("tarvik://S3CRET/ticket@h/#\n"), std::string("tarvik:S3CRET@h#\n"), at("h o s t/"),
+          at("127.0.0.1:99999/"), at("127.0.0.1:1/?USER7"), at("")}) {
+        runSession(String::copyOf(url));
+        TarvikClient::getLangFromArg(String::copyOf(url));
+    }
+    expectNoSecrets();
+    EXPECT_TRUE(m_log->contains("Invalid uri: tarvik://...@")) << m_log->text();
+}
+
+TEST_F(LogPrivacyTest, a_whole_session_and_configurations_with_values_in_wrong_places) {
+    JsonObject configuration = m_gateway.pluginConfiguration();
+    configuration["login"] = quoted("USER7");
+    for (char const* const key : {"certPassword", "ticket", "sessionid"})
+        configuration[key] = quoted("S3CRET-" + std::string(key));
+    configuration["certificates"] = toJson(
+        {{"cert", toJson({{"filename", quoted("client.pem")},
+                          {"urlpath", quoted("https://USER7:S3CRET@" + m_gateway.server().authority() +
+                                             "/certs/?t=S3CRET&n=")}})},
+         {"ca", toJson({{"filename", quoted("ca.pem")}, {"urlpath", quoted("https://h/?S3CRET#\\n@")}})}});
+    serveModule("test_plugin");
+    m_gateway.serveResult(configuration);
+    makeClient();
+    m_client->run(m_gateway.launchUrl("S3CRET-ticket"));
+    ASSERT_TRUE(m_notify.await("onDispatch 2"));
+    while (calls(pluginDirectory()).size() < 18 && m_client->isRunning())
+        std::this_thread::yield();
+    m_client->stop();
+    m_client->join();
+    EXPECT_EQ(m_notify.lines().back(), "onStatus 4");
+    for (auto const& [key, value] : JsonObject{{"login", R"(["USER7"])"},
+                                               {"ticket", R"({"S3CRET":"S3CRET"})"},
+                                               {"certificates", quoted("S3CRET")},
+                                               {"pluginDlls", R"({"mac":"S3CRET"})"}}) {
+        JsonObject wrong = configuration;
+        wrong[key] = value;
+        m_gateway.serveResult(wrong);
+        EXPECT_EQ(runSession().back(), "onFatalError ") << key;
+    }
+    for (char const* const body : {R"({"success":"S3CRET"})", R"({"success":true,"S3CRET":1})",
+                                   R"({"success":true,"code":"S3CRET","result":{}})", "S3CRET", "{S3CRET"}) {
+        m_gateway.serve("/mediation", json(body));
+        EXPECT_EQ(runSession().back(), "onFatalError ") << body;
+    }
+    expectNoSecrets();
+}
+
+TEST_F(LogPrivacyTest, settings_files_that_are_broken_around_a_password) {
+    String const path = m_home.file("settings");
+    restartLog();
+    for (std::string const& password :
+         {std::string("a<S3CRET"), std::string("a<S3CRET>"), std::string("a<S3CRET b='S3CRET"),
+          std::string("a</S3CRET"), std::string("a</S3CRET>"), std::string("<!S3CRET"),
+          std::string("<S3CRET:x/>"),
+          std::string("S3CRET</password></credentials></proxy></tarvikclient>")}) {
+        writeFile(path, "<tarvikclient><proxy><credentials><login>USER7</login><password>" + password +
+                            "</password></credentials></proxy></tarvikclient>");
+        ClientLocalConfiguration settings;
+        settings.readFromFile(path);
+        settings.setProxyCredentials(Credentials("USER7", String::copyOf(password), "USER7"));
+        EXPECT_FALSE(settings.survivesSaving()) << password;
+    }
+    EXPECT_EQ(m_log->count("Can not read local configuration from "), 8u);
+    expectNoSecrets();
+}
+
+TEST_F(LogPrivacyTest, the_home_directory_of_the_person_who_is_logged_in) {
+    std::string const before = getenv("USER") ? getenv("USER") : "";
+    String const home = m_home.file("USER7");
+    setenv("HOME", home.str(), 1);
+    setenv("USER", "USER7", 1);
+    makeClient();
+    m_gateway.serve("/mediation", "S3CRET");
+    runSession();
+    m_client->saveLocalConfiguration();
+    TarvikClient::getLangFromArg(File::getUserApplicationDataDirectory() + "#\n");
+    EXPECT_THROW(TarvikClient::verifyDllSignature(home + "/.Tarvik/m", home + "/.Tarvik/m.sig"),
+                 EBadSignature);
+    EXPECT_TRUE(m_log->contains("~/.Tarvik/m.sig"));
+    expectNoSecrets();
+    setenv("USER", before.c_str(), 1);
+    Console::instance()->setHome("");
+}
+
+} // namespace
+
+} // namespace quillon::test
