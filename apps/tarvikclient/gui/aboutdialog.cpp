@@ -1,0 +1,21 @@
+#include "tarvikclient/gui/aboutdialog.h"
+
+#include "tarvikclient/gui/windows.h"
+
+#include <wx/sizer.h>
+#include <wx/stattext.h>
+
+namespace quillon {
+
+TarvikClientAboutDialog::TarvikClientAboutDialog(wxWindow* parent) : AboutDialog(parent) {
+    version->SetLabel("8.2.0.21");
+    GetSizer()->SetSizeHints(this);
+    centre(*this);
+}
+
+void TarvikClientAboutDialog::onClose(wxCommandEvent&) {
+    // Not Close(), which asks for a click on this very button.
+    EndDialog(wxID_CLOSE);
+}
+
+} // namespace quillon

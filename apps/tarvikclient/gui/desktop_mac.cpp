@@ -1,0 +1,20 @@
+#include "tarvikclient/gui/desktop.h"
+
+#include <wx/notifmsg.h>
+
+namespace quillon {
+
+bool windowsCanBePlaced() {
+    return true;
+}
+
+void showDesktopNotification(wxString const& title, wxString const& text) {
+    static wxNotificationMessage message;
+    message.SetTitle(title);
+    message.SetMessage(text);
+    message.Show();
+}
+
+void showMenuPictures() {}
+
+} // namespace quillon

@@ -1,0 +1,86 @@
+// The layout of the dialogs and of the panel, without behaviour: what a control does is decided in the
+// classes that derive from these. Texts are looked up when a window is made. Interface thread only.
+#pragma once
+
+#include <wx/dialog.h>
+#include <wx/frame.h>
+
+class wxButton;
+class wxCheckBox;
+class wxListBox;
+class wxScrolledWindow;
+class wxStaticBitmap;
+class wxStaticText;
+class wxTextCtrl;
+
+namespace quillon {
+
+/// The settings: credentials for a proxy, hosts whose certificates are not checked.
+class ConfigurationDialog : public wxDialog {
+public:
+    explicit ConfigurationDialog(wxWindow* parent);
+
+protected:
+    /// Enter in the domain's field, and the add button.
+    virtual void addCertIgnoreDomain(wxCommandEvent& event);
+    virtual void onCertIgnoreDomainList(wxCommandEvent& event);
+    virtual void onRemoveCertIgnoreDomainButton(wxCommandEvent& event);
+
+    /// Makes the dialog as large as its contents need, within the screen, and lets nobody make it smaller.
+    void fitToContents();
+
+    wxCheckBox* useSystemProxy = nullptr;
+    wxTextCtrl* proxyLogin = nullptr;
+    wxTextCtrl* proxyPassword = nullptr;
+    wxTextCtrl* certIgnoreDomain = nullptr;
+    wxListBox* certIgnoreDomainList = nullptr;
+    wxButton* removeCertIgnoreDomainButton = nullptr;
+
+private:
+    wxSizer* makeProxyGroup();
+    wxSizer* makeCertificateGroup();
+    void bindEvents();
+};
+
+/// What is shown when the gateway cannot be reached.
+class ConnectionErrorDialog : public wxDialog {
+public:
+    /// Id of the settings button, whose event whoever shows the dialog handles.
+    static constexpr int settingsButtonId = 1000;
+
+    ConnectionErrorDialog(wxWindow* parent, wxString const& title);
+
+protected:
+    /// The dialog's own close event.
+    virtual void OnQuit(wxCloseEvent& event);
+    virtual void onInit(wxInitDialogEvent& event);
+    virtual void onRetry(wxCommandEvent& event);
+    virtual void onQuit(wxCommandEvent& event);
+
+    wxStaticText* errorHeading = nullptr;
+    /// Holds the details, and scrolls them where they are long.
+    wxScrolledWindow* detailsArea = nullptr;
+    wxStaticText* errorDetails = nullptr;
+};
+
+/// Who made the program, and which version it is.
+class AboutDialog : public wxDialog {
+public:
+    explicit AboutDialog(wxWindow* parent);
+
+protected:
+    virtual void onClose(wxCommandEvent& event);
+
+    wxStaticText* version = nullptr;
+};
+
+/// Three rows of a picture and a text each, in a small window without a frame.
+class NotificationPanel : public wxFrame {
+public:
+    explicit NotificationPanel(wxWindow* parent);
+
+protected:
+    wxStaticText* statusLabel = nullptr;
+};
+
+} // namespace quillon

@@ -1,0 +1,19 @@
+// The window that shows the log.
+#pragma once
+
+#include <wx/string.h>
+
+class wxWindow;
+
+namespace quillon {
+
+/// Opens a window with the text of the log file, or raises the one that is open. The window begins at most
+/// LogTail::longestBacklog before the end of the file, follows it from there, drops the oldest lines when it
+/// holds some MiB, and waits while the user reads further up. What it saves is the whole file, byte for byte,
+/// not only what it shows.
+///
+/// The window closes with `parent`, which may be hidden or null, and does not keep the application running. A
+/// file that is missing or empty is no fault: its text is shown once it comes. Interface thread only.
+void showLogWindow(wxWindow* parent, wxString const& path);
+
+} // namespace quillon

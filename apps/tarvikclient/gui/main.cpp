@@ -1,0 +1,53 @@
+// The desktop client: tarvikclient [URL].
+#include "tarvikclient/gui/singleinstance.h"
+#include "tarvikclient/gui/tarvikclientgui.h"
+
+#include "base/exception.h"
+
+#include <cstdio>
+#include <cstdlib>
+
+wxIMPLEMENT_APP_NO_MAIN(quillon::TarvikClientGui);
+
+namespace {
+
+using namespace quillon;
+
+constexpr int exitUsage = 64;
+constexpr int exitFailure = 1;
+
+int run(int argc, char** argv) {
+    // GTK would probe for OpenGL, which the client does not draw with, and take twice as long to start.
+    setenv("GDK_GL", "disable", 0);
+    String const url = argc == 2 ? argv[1] : "";
+    // Before the toolkit starts: a process that only brings a URL needs neither the time nor a display.
+    SingleInstance instance;
+    switch (instance.claim(url)) {
+    case SingleInstance::Role::first:
+        TarvikClientGui::setLaunch(instance, url);
+        return wxEntry(argc, argv);
+    case SingleInstance::Role::second:
+        return 0;
+    case SingleInstance::Role::unheard:
+        break;
+    }
+    std::fputs("tarvikclient: the client that is running has not taken the URL\n", stderr);
+    return exitFailure;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    if (argc > 2 || (argc == 2 && argv[1][0] == '-')) {
+        std::fputs("usage: tarvikclient [URL]\n", stderr);
+        return exitUsage;
+    }
+    try {
+        return run(argc, argv);
+    } catch (Exception const& e) {
+        std::fprintf(stderr, "tarvikclient: %s\n", e.toString().str());
+    } catch (std::exception const& e) {
+        std::fprintf(stderr, "tarvikclient: %s\n", e.what());
+    }
+    return exitFailure;
+}

@@ -1,0 +1,275 @@
+#include "tarvikclient/gui/mainframe.h"
+
+#include "base/file.h"
+#include "base/log.h"
+#include "tarvikclient/gui/aboutdialog.h"
+#include "tarvikclient/gui/configurationdialog.h"
+#include "tarvikclient/gui/connectionerrordialog.h"
+#include "tarvikclient/gui/conversion.h"
+#include "tarvikclient/gui/logwindow.h"
+#include "tarvikclient/gui/notificationpanel.h"
+#include "tarvikclient/gui/systray.h"
+#include "tarvikclient/gui/windows.h"
+
+#include <wx/dcclient.h>
+#include <wx/intl.h>
+#include <wx/msgdlg.h>
+#include <wx/stockitem.h>
+
+namespace quillon {
+
+TarvikMainFrame* mainhiddenframe = nullptr;
+
+namespace {
+
+constexpr char logPath[] = "/tmp/tarvikclient.log";
+constexpr int timerMs = 100;
+constexpr int pathWidth = 600; // pixels
+
+/// The settings button of the connection-error dialog: the settings open on top of that dialog.
+struct FshowConfigurationDialog {
+    TarvikMainFrame* frame;
+    TarvikClientConnectionErrorDialog* dialog;
+
+    void operator()(wxCommandEvent&) const { frame->showConfigurationDialogModal(dialog); }
+};
+
+} // namespace
+
+#define EVT_CLIENTNOTIFY(id, function)                                                                       \
+    wxDECLARE_EVENT_TABLE_ENTRY(EVT_TYPE_CLIENTNOTIFY, id, wxID_ANY, wxThreadEventHandler(function), nullptr),
+
+wxBEGIN_EVENT_TABLE(TarvikMainFrame, wxFrame)
+    EVT_CLIENTNOTIFY(CLIENTNOTIFY_CONNECT_ERROR, TarvikMainFrame::onClientConnectError)
+    EVT_CLIENTNOTIFY(CLIENTNOTIFY_STATUS, TarvikMainFrame::onClientStatus)
+    EVT_CLIENTNOTIFY(CLIENTNOTIFY_FATAL_ERROR, TarvikMainFrame::onFatalError)
+    EVT_CLIENTNOTIFY(CLIENTNOTIFY_DISPATCH, TarvikMainFrame::onClientDispatch)
+    EVT_CLOSE(TarvikMainFrame::onClose)
+wxEND_EVENT_TABLE()
+
+#undef EVT_CLIENTNOTIFY
+
+TarvikMainFrame::TarvikMainFrame(wxWindow* parent, int id, wxString const& title)
+    : wxFrame(parent, id, title, wxDefaultPosition, wxDefaultSize, wxDEFAULT_FRAME_STYLE),
+      client(*this),
+      m_timer(this) {
+    SetIcons(programIcons());
+    notificationPanel = std::make_unique<TarvikClientNotificationPanel>(this);
+    Bind(wxEventTypeTag<wxThreadEvent>(EVT_TYPE_CLIENTNOTIFY), &TarvikClientNotificationPanel::onVpnStatus,
+         notificationPanel.get(), CLIENTNOTIFY_VPN_STATUS);
+    Bind(wxEVT_TIMER, &TarvikMainFrame::onTimer, this, m_timer.GetId());
+    showTaskBarIcon();
+}
+
+TarvikMainFrame::~TarvikMainFrame() {
+    if (mainhiddenframe == this)
+        mainhiddenframe = nullptr;
+    m_timer.Stop();
+    m_statusArea.reset();
+    taskBarIcon.reset();
+    notificationPanel.reset();
+}
+
+void TarvikMainFrame::start(wxString const& url) {
+    client->run(wxToQuillonString(url));
+}
+
+void TarvikMainFrame::stop() {
+    m_quitting.begin(std::chrono::steady_clock::now(), m_atWork);
+    m_nestedLoops.refuse();
+    m_timer.Start(timerMs);
+    endSession();
+    closeIfFree();
+}
+
+void TarvikMainFrame::showTaskBarIcon() {
+    if (!taskBarIcon)
+        taskBarIcon = std::make_unique<TarvikSystrayIcon>(wxTBI_CUSTOM_STATUSITEM);
+    if (m_statusArea)
+        return;
+    m_statusArea = std::make_unique<StatusArea>(*taskBarIcon, [this](StatusRung rung) {
+        notificationPanel->carryMenu(rung == StatusRung::none ? taskBarIcon.get() : nullptr);
+    });
+    m_statusArea->show();
+}
+
+void TarvikMainFrame::hideTaskBarIcon() {
+    // A panel that carries the menu goes on doing so: there is no other way to stop the session.
+    m_statusArea->remove();
+    taskBarIcon->RemoveIcon();
+}
+
+void TarvikMainFrame::showConfigurationDialogModal(wxWindow* parent) {
+    if (auto* const open = m_nestedLoops.find<TarvikClientConfigurationDialog>()) {
+        open->Raise();
+        return;
+    }
+    TarvikClientConfigurationDialog dialog(parent);
+    dialog.readConfiguration(client->getLocalConfiguration());
+    if (dialog.ShowModal() == wxID_OK)
+        saveSettings(dialog);
+}
+
+void TarvikMainFrame::saveSettings(TarvikClientConfigurationDialog& dialog) {
+    dialog.writeConfiguration(client->getLocalConfiguration());
+    try {
+        client->saveLocalConfiguration();
+    } catch (EFile const&) {
+        // What was entered is in force all the same, until the program ends.
+        wxClientDC dc(this);
+        wxString const path = wxControl::Ellipsize(quillonToWxString(client->getLocalConfPath()), dc,
+                                                   wxELLIPSIZE_MIDDLE, FromDIP(pathWidth));
+        // TRANSLATORS: shown when the settings could not be written to disk; they hold until the program
+        // ends. %s is the path of the file.
+        showError(&dialog, wxString::Format(_("SETTINGS_NOT_SAVED %s"), path), wxGetStockLabel(wxID_OK));
+    }
+}
+
+void TarvikMainFrame::showAbout() {
+    if (auto* const open = m_nestedLoops.find<TarvikClientAboutDialog>()) {
+        open->Raise();
+        return;
+    }
+    TarvikClientAboutDialog(nullptr).ShowModal();
+}
+
+void TarvikMainFrame::showLogs() {
+    client->showLogs();
+    showLogWindow(this, logPath);
+}
+
+void TarvikMainFrame::showError(wxWindow* parent, wxString const& text, wxString const& okLabel) {
+    // TRANSLATORS: title of a message.
+    wxMessageDialog dialog(parent, text, _("Error"), wxOK | wxCENTRE | wxICON_ERROR);
+    dialog.SetOKLabel(okLabel);
+    dialog.ShowModal();
+}
+
+void TarvikMainFrame::onClientConnectError(wxThreadEvent& event) {
+    if (m_quitting.begun())
+        return; // this is how a session ends that was cut off
+    if (auto* const open = m_nestedLoops.find<TarvikClientConnectionErrorDialog>()) {
+        open->setErrorContent(event.GetString());
+        return;
+    }
+    int const choice = askAfterConnectError(event.GetString());
+    if (choice == TarvikClientConnectionErrorDialog::quit)
+        stop();
+    else if (choice == TarvikClientConnectionErrorDialog::retry)
+        retry();
+}
+
+int TarvikMainFrame::askAfterConnectError(wxString const& text) {
+    TarvikClientConnectionErrorDialog dialog(this);
+    dialog.Bind(wxEVT_BUTTON, FshowConfigurationDialog{this, &dialog},
+                ConnectionErrorDialog::settingsButtonId);
+    dialog.setGateway(quillonToWxString(client->getMediation()));
+    dialog.setErrorContent(text);
+    return dialog.ShowModal();
+}
+
+void TarvikMainFrame::retry() {
+    if (m_quitting.begun())
+        return;
+    m_atWork = false;
+    if (!client.restart())
+        log(ERROR, "TarvikMainFrame", "retry", "The last session has not ended, so none was started");
+}
+
+void TarvikMainFrame::onClientStatus(wxThreadEvent& event) {
+    switch (event.GetInt()) {
+    case STATUS_IDLE:
+        // TRANSLATORS: the program's state.
+        m_statusText = _("STATUS_IDLE");
+        break;
+    case STATUS_DOWNLOADING_COMPENENTS:
+        // TRANSLATORS: the program's state.
+        m_statusText = _("STATUS_DOWNLOADING_COMPENENTS");
+        break;
+    case STATUS_CONNECTED:
+        // TRANSLATORS: the program's state.
+        m_statusText = _("STATUS_CONNECTED");
+        break;
+    case STATUS_FINISHED:
+        closeWhenFree();
+        break;
+    case STATUS_HOSTCHECKING:
+        // TRANSLATORS: the program's state: this machine is being checked.
+        m_statusText = _("HOSTCHECKING");
+        break;
+    default:
+        break;
+    }
+}
+
+void TarvikMainFrame::onFatalError(wxThreadEvent&) {
+    if (!m_quitting.begun())
+        // TRANSLATORS: a message whose only button ends the program. The reason is in the log.
+        showError(this, _("UNKNOWN_ERROR_HAS_OCCURED"), wxGetStockLabel(wxID_EXIT));
+    stop();
+}
+
+void TarvikMainFrame::onClientDispatch(wxThreadEvent& event) {
+    m_atWork = true;
+    if (event.GetInt() == CLIENT_TYPE_HOSTCHECKER)
+        hideTaskBarIcon();
+}
+
+void TarvikMainFrame::onClose(wxCloseEvent& event) {
+    client->stop();
+    hideTaskBarIcon();
+    bool const running = client->isRunning();
+    if (!m_nestedLoops.any() && !(event.CanVeto() && running)) {
+        m_nestedLoops.refuse();
+        m_timer.Stop();
+        event.Skip();
+        return;
+    }
+    // The session has to end first, or a handler to return whose windows go with the frame.
+    if (event.CanVeto())
+        event.Veto();
+    else
+        m_closing = true;
+    stop();
+}
+
+void TarvikMainFrame::onTimer(wxTimerEvent&) {
+    if (m_quitting.begun())
+        endSession();
+    closeIfFree();
+}
+
+void TarvikMainFrame::endSession() {
+    m_nestedLoops.endTop();
+    if (!client->isRunning()) {
+        m_closing = true;
+        return;
+    }
+    // Again each time: a session that was asked before it had anything to stop goes on.
+    client->stop();
+    switch (m_quitting.advance(std::chrono::steady_clock::now())) {
+    case Quitting::Step::wait:
+        break;
+    case Quitting::Step::cancel:
+        client->cancel();
+        break;
+    case Quitting::Step::abandon:
+        log(ERROR, "TarvikMainFrame", "endSession", "The session does not end; the program ends without it");
+        client.giveUp();
+        m_closing = true;
+        break;
+    }
+}
+
+void TarvikMainFrame::closeWhenFree() {
+    m_closing = true;
+    m_timer.Start(timerMs);
+    closeIfFree();
+}
+
+void TarvikMainFrame::closeIfFree() {
+    if (m_closing && !m_nestedLoops.any())
+        Close(true);
+}
+
+} // namespace quillon

@@ -1,0 +1,33 @@
+#include "tarvikclient/gui/nestedloops.h"
+
+#include "tarvikclient/gui/nativedialog.h"
+
+#include <wx/dialog.h>
+
+#include <algorithm>
+
+namespace quillon {
+
+int MenuLoop::ms_open = 0;
+
+void NestedLoops::endTop() {
+    if (m_open.empty())
+        return;
+    if (m_open.back()->IsModal())
+        m_open.back()->EndModal(wxID_CANCEL);
+    else
+        endNativeDialog(*m_open.back());
+}
+
+int NestedLoops::Enter(wxDialog* dialog) {
+    if (m_refusing)
+        return wxID_CANCEL;
+    m_open.push_back(dialog);
+    return wxID_NONE;
+}
+
+void NestedLoops::Exit(wxDialog* dialog) {
+    m_open.erase(std::remove(m_open.begin(), m_open.end(), dialog), m_open.end());
+}
+
+} // namespace quillon

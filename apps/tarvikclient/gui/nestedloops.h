@@ -1,0 +1,57 @@
+// Event loops that run inside an event handler.
+#pragma once
+
+#include <wx/modalhook.h>
+
+#include <vector>
+
+namespace quillon {
+
+/// Held around PopupMenu(), which returns only when the menu has been closed: meanwhile no window may be
+/// destroyed that a handler further down works on. Interface thread only.
+class MenuLoop {
+public:
+    MenuLoop() { ++ms_open; }
+    ~MenuLoop() { --ms_open; }
+    MenuLoop(MenuLoop const&) = delete;
+    MenuLoop& operator=(MenuLoop const&) = delete;
+
+    static bool isRunning() { return ms_open != 0; }
+
+private:
+    static int ms_open;
+};
+
+/// Knows the modal dialogs that are open, whoever opened them. wxWidgets deletes windows in the idle time of
+/// any loop, those of modal dialogs included: whoever closes a window that has handlers further down must
+/// wait until no loop is nested any more. Interface thread only.
+class NestedLoops : private wxModalDialogHook {
+public:
+    NestedLoops() { Register(); }
+
+    bool any() const { return !m_open.empty() || MenuLoop::isRunning(); }
+    /// Ends the dialog on top as if it had been cancelled. Those below follow by further calls, each when the
+    /// one above it has returned: a dialog whose event loop is not the running one cannot be ended, and would
+    /// stay there for ever, hidden.
+    void endTop();
+    /// From now on a modal dialog is not shown but returns wxID_CANCEL at once.
+    void refuse() { m_refusing = true; }
+
+    /// The open dialog of a class, or null.
+    template <class Dialog>
+    Dialog* find() const {
+        for (wxDialog* const dialog : m_open)
+            if (auto* const found = dynamic_cast<Dialog*>(dialog))
+                return found;
+        return nullptr;
+    }
+
+private:
+    int Enter(wxDialog* dialog) override;
+    void Exit(wxDialog* dialog) override;
+
+    std::vector<wxDialog*> m_open; // the one on top last
+    bool m_refusing = false;
+};
+
+} // namespace quillon

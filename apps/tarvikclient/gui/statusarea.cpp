@@ -1,0 +1,164 @@
+#include "tarvikclient/gui/statusarea.h"
+
+#include "base/log.h"
+#include "tarvikclient/gui/statusitem.h"
+#include "tarvikclient/gui/systray.h"
+
+#include <wx/artprov.h>
+#include <wx/timer.h>
+
+namespace quillon {
+
+namespace {
+
+/// A bus that is there answers within a few milliseconds. One that takes longer is not waited for: the next
+/// rung is taken and left again when a watcher shows up. Taking it at once would flash an icon, or the panel,
+/// at every start.
+constexpr int patience = 200; // milliseconds
+
+char const* textOf(StatusRung rung) {
+    switch (rung) {
+    case StatusRung::notifierItem:
+        return "status icon: StatusNotifierItem";
+    case StatusRung::tray:
+        return "status icon: system tray";
+    case StatusRung::none:
+        break;
+    }
+    return "status icon: none, the panel carries the menu";
+}
+
+void showInTray(TarvikSystrayIcon& icon) {
+    // Found in the bundle of that name. GetIconBundle() itself trips over a bundle that is missing.
+    wxIcon picture = wxArtProvider::GetIcon("tarvik-logo", wxART_OTHER, wxSize(16, 16));
+    // An icon without a picture could not be seen, and so not be clicked.
+    if (!picture.IsOk())
+        picture = wxArtProvider::GetIcon(wxART_INFORMATION, wxART_OTHER, wxSize(16, 16));
+    icon.SetIcon(picture, "Tarvik Client");
+}
+
+} // namespace
+
+void StatusRungChoice::setWatcher(bool present) {
+    m_watcher = present;
+    choose();
+}
+
+void StatusRungChoice::setTray(bool available) {
+    m_tray = available;
+    choose();
+}
+
+void StatusRungChoice::stopWaiting() {
+    if (!m_watcher)
+        setWatcher(false);
+}
+
+void StatusRungChoice::choose() {
+    if (!m_watcher)
+        return;
+    StatusRung const best = *m_watcher ? StatusRung::notifierItem
+                            : m_tray   ? StatusRung::tray
+                                       : StatusRung::none;
+    if (m_rung == best)
+        return;
+    m_rung = best;
+    m_taken(best);
+}
+
+class StatusArea::Watch {
+public:
+    Watch(TarvikSystrayIcon& icon, Listener listener);
+
+    void start();
+    void stop();
+
+private:
+    void take(StatusRung rung);
+    void showOn(StatusRung rung);
+    void onWatcher(bool present);
+    void lookForTray() { m_choice.setTray(isTrayAvailable()); }
+
+    TarvikSystrayIcon& m_icon;
+    Listener m_listener;
+    StatusRungChoice m_choice;
+    wxTimer m_patience;
+    wxTimer m_trayPoll;
+    std::unique_ptr<StatusItem> m_item;
+    std::unique_ptr<NotifierWatch> m_watcher;
+    bool m_started = false;
+    bool m_stopped = false;
+};
+
+StatusArea::Watch::Watch(TarvikSystrayIcon& icon, Listener listener)
+    : m_icon(icon), m_listener(std::move(listener)), m_choice([this](StatusRung rung) { take(rung); }) {
+    m_patience.Bind(wxEVT_TIMER, [this](wxTimerEvent&) { m_choice.stopWaiting(); });
+    m_trayPoll.Bind(wxEVT_TIMER, [this](wxTimerEvent&) { lookForTray(); });
+}
+
+void StatusArea::Watch::start() {
+    if (m_started || m_stopped)
+        return;
+    m_started = true;
+    lookForTray();
+    m_patience.StartOnce(patience);
+    m_watcher = std::make_unique<NotifierWatch>([this](bool present) { onWatcher(present); });
+}
+
+void StatusArea::Watch::stop() {
+    m_stopped = true;
+    m_patience.Stop();
+    m_trayPoll.Stop();
+    m_watcher.reset();
+    m_icon.RemoveIcon();
+    // Kept until the end: some hosts ask the item about its new state before they hide it.
+    if (m_item)
+        m_item->hide();
+}
+
+void StatusArea::Watch::onWatcher(bool present) {
+    if (m_stopped)
+        return;
+    // The tray is not followed while there is an item.
+    if (!present)
+        lookForTray();
+    m_choice.setWatcher(present);
+}
+
+void StatusArea::Watch::take(StatusRung rung) {
+    m_patience.Stop();
+    showOn(rung);
+    log(TRACE, "StatusArea", "take", textOf(rung));
+    m_listener(rung);
+}
+
+void StatusArea::Watch::showOn(StatusRung rung) {
+    m_item.reset();
+    m_icon.RemoveIcon();
+    // The tray comes and goes without a word to programs that have no icon in it.
+    if (int const period = trayPollPeriod(); rung == StatusRung::notifierItem || period == 0)
+        m_trayPoll.Stop();
+    else
+        m_trayPoll.Start(period);
+    if (rung == StatusRung::notifierItem)
+        m_item = std::make_unique<StatusItem>(m_icon);
+    else if (rung == StatusRung::tray)
+        showInTray(m_icon);
+}
+
+StatusArea::StatusArea(TarvikSystrayIcon& icon, Listener listener)
+    : m_watch(std::make_unique<Watch>(icon, std::move(listener))) {}
+
+StatusArea::~StatusArea() {
+    remove();
+}
+
+void StatusArea::show() {
+    m_watch->start();
+}
+
+void StatusArea::remove() {
+    m_watch->stop();
+}
+
+} // namespace quillon

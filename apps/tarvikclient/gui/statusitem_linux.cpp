@@ -1,0 +1,145 @@
+#include "tarvikclient/gui/statusitem.h"
+
+#include "tarvikclient/gui/systray.h"
+
+#include <gdk/gdkx.h>
+#include <libayatana-appindicator/app-indicator.h>
+#include <wx/filename.h>
+#include <wx/menu.h>
+#include <wx/stdpaths.h>
+
+#include <optional>
+
+namespace quillon {
+
+namespace {
+
+constexpr char watcherName[] = "org.kde.StatusNotifierWatcher";
+
+/// The library puts an icon of its own into the system tray while no watcher is there. What takes the icon's
+/// place is decided elsewhere, and two icons would be one too many.
+void forbidFallback(gpointer itemClass, gpointer) {
+    APP_INDICATOR_CLASS(itemClass)->fallback = nullptr;
+}
+
+GType itemType() {
+    static GType const type = [] {
+        GTypeQuery base;
+        g_type_query(APP_INDICATOR_TYPE, &base);
+        return g_type_register_static_simple(APP_INDICATOR_TYPE, "TarvikStatusItem", base.class_size,
+                                             forbidFallback, base.instance_size, nullptr, GTypeFlags{});
+    }();
+    return type;
+}
+
+/// The folder that holds "hicolor". Hosts look at the path's text: its last component has to be "icons", so
+/// it is given without "..".
+wxString iconThemePath() {
+    wxFileName path = wxFileName::DirName(wxStandardPaths::Get().GetResourcesDir());
+    path.RemoveLastDir();
+    path.AppendDir("icons");
+    return path.GetPath();
+}
+
+AppIndicator* newItem() {
+    return APP_INDICATOR(g_object_new(itemType(), "id", "tarvikclient", "category", "ApplicationStatus",
+                                      "icon-name", "tarvikclient", "icon-theme-path",
+                                      iconThemePath().utf8_str().data(), "title", "Tarvik Client", nullptr));
+}
+
+} // namespace
+
+bool isStatusItem(wxTaskBarIcon&) {
+    return true;
+}
+
+void bindTrayClick(TarvikSystrayIcon& icon) {
+    // GTK says that the icon was activated, which wxWidgets passes on as the button going down; no up
+    // follows.
+    icon.Bind(wxEVT_TASKBAR_LEFT_DOWN, &TarvikSystrayIcon::OnLeftUp, &icon);
+}
+
+bool isTrayAvailable() {
+    // The tray is an X11 matter; elsewhere wxWidgets has nothing to ask.
+    return GDK_IS_X11_DISPLAY(gdk_display_get_default()) && wxTaskBarIcon::IsAvailable();
+}
+
+int trayPollPeriod() {
+    return 2000;
+}
+
+class NotifierWatch::Subscription {
+public:
+    explicit Subscription(Listener listener)
+        : m_listener(std::move(listener)),
+          m_id(g_bus_watch_name(G_BUS_TYPE_SESSION, watcherName, G_BUS_NAME_WATCHER_FLAGS_NONE, appeared,
+                                vanished, this, nullptr)) {}
+    ~Subscription() { g_bus_unwatch_name(m_id); }
+    Subscription(Subscription const&) = delete;
+    Subscription& operator=(Subscription const&) = delete;
+
+private:
+    static void appeared(GDBusConnection* bus, char const*, char const*, gpointer self) {
+        static_cast<Subscription*>(self)->tell(bus, true);
+    }
+    static void vanished(GDBusConnection* bus, char const*, gpointer self) {
+        static_cast<Subscription*>(self)->tell(bus, false);
+    }
+    void tell(GDBusConnection* bus, bool present) {
+        // A bus that ends would otherwise end the process, and with it the tunnel.
+        if (bus)
+            g_dbus_connection_set_exit_on_close(bus, false);
+        if (m_present == present)
+            return;
+        m_present = present;
+        // The listener may end the watch, and itself with it.
+        Listener const listener = m_listener;
+        listener(present);
+    }
+
+    Listener m_listener;
+    std::optional<bool> m_present;
+    guint m_id;
+};
+
+NotifierWatch::NotifierWatch(Listener listener)
+    : m_subscription(std::make_unique<Subscription>(std::move(listener))) {}
+
+NotifierWatch::~NotifierWatch() = default;
+
+class StatusItem::Native {
+public:
+    explicit Native(TarvikSystrayIcon& icon) : m_menu(icon.CreatePopupMenu()), m_item(newItem()) {
+        // What is chosen may open a dialog, and while that is open the item may go. So the choice is carried
+        // out once the menu, which goes with the item, has been left.
+        m_chosen.Bind(wxEVT_MENU, [&icon](wxCommandEvent& event) {
+            icon.QueueEvent(new wxCommandEvent(wxEVT_MENU, event.GetId()));
+        });
+        m_menu->SetEventHandler(&m_chosen);
+        app_indicator_set_menu(m_item, GTK_MENU(m_menu->m_menu));
+        app_indicator_set_status(m_item, APP_INDICATOR_STATUS_ACTIVE);
+    }
+    ~Native() { g_object_unref(m_item); }
+    Native(Native const&) = delete;
+    Native& operator=(Native const&) = delete;
+
+    void hide() { app_indicator_set_status(m_item, APP_INDICATOR_STATUS_PASSIVE); }
+
+private:
+    wxEvtHandler m_chosen;
+    std::unique_ptr<wxMenu> m_menu;
+    AppIndicator* m_item;
+};
+
+StatusItem::StatusItem(TarvikSystrayIcon& icon) : m_native(std::make_unique<Native>(icon)) {}
+
+StatusItem::~StatusItem() {
+    // The bus connection outlives the item, so the host learns nothing of its end.
+    hide();
+}
+
+void StatusItem::hide() {
+    m_native->hide();
+}
+
+} // namespace quillon

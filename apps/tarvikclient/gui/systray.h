@@ -1,0 +1,29 @@
+// The menu of the status icon, and the icon where the desktop has a tray.
+#pragma once
+
+#include <wx/taskbar.h>
+
+namespace quillon {
+
+/// Builds the menu and carries out what is chosen from it, wherever it is shown; puts itself into the system
+/// tray only once SetIcon() is called. Reaches the session through `mainhiddenframe`. Interface thread only.
+class TarvikSystrayIcon : public wxTaskBarIcon {
+public:
+    enum MenuId { menuLogs = 10001, menuSettings = 10002 };
+
+    explicit TarvikSystrayIcon(wxTaskBarIconType type);
+
+    /// A new menu, owned by the caller, with this object as its event handler.
+    wxMenu* CreatePopupMenu() override;
+
+    void OnMenuStop(wxCommandEvent& event);
+    void OnMenuLogs(wxCommandEvent& event);
+    void OnMenuConf(wxCommandEvent& event);
+    void OnAbout(wxCommandEvent& event);
+    void OnLeftUp(wxTaskBarIconEvent& event);
+
+private:
+    wxDECLARE_EVENT_TABLE();
+};
+
+} // namespace quillon

@@ -1,0 +1,207 @@
+#include "tarvikclient/gui/tarvikclientgui.h"
+
+#include "base/exception.h"
+#include "base/log.h"
+#include "tarvikclient/client.h"
+#include "tarvikclient/gui/artprovider.h"
+#include "tarvikclient/gui/clientlog.h"
+#include "tarvikclient/gui/conversion.h"
+#include "tarvikclient/gui/language.h"
+#include "tarvikclient/gui/mainframe.h"
+#include "tarvikclient/gui/singleinstance.h"
+
+#include <wx/intl.h>
+#include <wx/msgdlg.h>
+#include <wx/utils.h>
+
+#include <wx/generic/msgdlgg.h> // stands on wx/msgdlg.h
+
+#include <sys/resource.h>
+
+#include <exception>
+
+namespace quillon {
+
+TarvikClientGui* app = nullptr;
+
+namespace {
+
+wxLocale locale;
+
+// wxSingleInstanceChecker is not used: it finds the other process by an id in a file, and a file that
+// outlives a crash may name a stranger's process; nor could it hand a URL over.
+SingleInstance* g_instance = nullptr;
+String g_launchUrl;
+
+void logTo(LogCategory category, char const* method, String const& text) {
+    log(category, "TarvikClientGui", method, text);
+}
+
+/// Logs the exception that is being handled.
+void logException(char const* method) {
+    try {
+        throw;
+    } catch (Exception const& e) {
+        logTo(ERROR, method, e.toString());
+    } catch (std::exception const& e) {
+        logTo(ERROR, method, e.what());
+    } catch (...) {
+        logTo(ERROR, method, "unknown exception");
+    }
+}
+
+} // namespace
+
+void TarvikClientGui::setLaunch(SingleInstance& instance, String const& url) {
+    g_instance = &instance;
+    g_launchUrl = url.clone();
+}
+
+bool TarvikClientGui::OnInit() {
+    // The pictures and the catalogue are looked up by this name, whatever name the program was started by.
+    SetAppName("tarvikclient");
+    delete wxLog::SetActiveTarget(new ClientLog);
+    enableCoreDumps();
+    app = this;
+    TarvikClientArtProvider::init();
+    wxArtProvider::Push(new TarvikClientArtProvider);
+    // Queued: nothing that fails may pass through the event source that calls, which is a C library's.
+    m_signals = std::make_unique<StopSignals>([this] { CallAfter([this] { endSession(); }); });
+    // The toolkit's own answer would be to close the frame, which refuses while the session runs, and so to
+    // refuse the end of the desktop's session.
+    Bind(wxEVT_QUERY_END_SESSION, [](wxCloseEvent&) {});
+    // At once: some desktops end the process when the handler returns.
+    Bind(wxEVT_END_SESSION, [this](wxCloseEvent&) { endSession(); });
+    takeLaunch();
+    return true;
+}
+
+void TarvikClientGui::enableCoreDumps() {
+    wxString value;
+    wxGetEnv("TARVIK_ENABLE_COREDUMPS", &value);
+    logTo(DEBUG, "OnInit", "TARVIK_ENABLE_COREDUMPS=" + wxToQuillonString(value));
+    if (value.Trim() != "1")
+        return;
+    logTo(DEBUG, "OnInit", "Enabling coredumps");
+    rlimit limit{RLIM_INFINITY, RLIM_INFINITY};
+    if (setrlimit(RLIMIT_CORE, &limit) == 0)
+        return;
+    // Only the administrator can raise the hard limit.
+    getrlimit(RLIMIT_CORE, &limit);
+    limit.rlim_cur = limit.rlim_max;
+    if (setrlimit(RLIMIT_CORE, &limit) != 0 || limit.rlim_max == 0)
+        logTo(ERROR, "OnInit", "the system's limit allows no core dumps");
+}
+
+/// The URL that this process was started with comes before those of the others, some of which may be waiting.
+void TarvikClientGui::takeLaunch() {
+    if (!g_launchUrl.empty())
+        CallAfter([this] { MacOpenURL(quillonToWxString(g_launchUrl)); });
+    CallAfter([this] {
+        if (!g_instance || m_ending)
+            return;
+        // Not handled where it is received: a dialog opened there would keep further ones from being
+        // received.
+        g_instance->listen([this](String const& url) {
+            wxString const text = quillonToWxString(url);
+            CallAfter([this, text] { MacOpenURL(text); });
+        });
+    });
+}
+
+void TarvikClientGui::MacOpenURL(wxString const& url) {
+    if (urlHandled) {
+        logTo(ERROR, "MacOpenURL", "I can only handle MacOpenURL once for now... Ignoring.");
+        return;
+    }
+    if (!m_ending)
+        init(url);
+}
+
+void TarvikClientGui::init(wxString const& url) {
+    urlHandled = true;
+    try {
+        setLangFromUrl(url);
+        mainhiddenframe = new TarvikMainFrame(nullptr, wxID_ANY, argv[0]);
+        mainhiddenframe->Show(false);
+        mainhiddenframe->start(url);
+    } catch (...) {
+        logException("init");
+        m_exitCode = 1;
+        showError();
+        endSession();
+    }
+}
+
+void TarvikClientGui::setLangFromUrl(wxString const& url) {
+    initLanguage(locale, languageOfCode(TarvikClient::getLangFromArg(wxToQuillonString(url))));
+}
+
+/// One box at a time: an event that keeps failing would pile them up.
+void TarvikClientGui::showError() {
+    if (m_errorBox)
+        return;
+    // TRANSLATORS: a message; the reason is in the log.
+    wxString const text = _("UNKNOWN_ERROR_HAS_OCCURED");
+    // The generic box, because a native one cannot be ended by the program.
+    // TRANSLATORS: title of a message.
+    wxGenericMessageDialog box(nullptr, text, _("Error"), wxOK | wxCENTRE | wxICON_ERROR);
+    m_errorBox = &box;
+    box.ShowModal();
+    m_errorBox = nullptr;
+}
+
+void TarvikClientGui::endSession() {
+    m_ending = true;
+    if (mainhiddenframe) {
+        mainhiddenframe->stop();
+        return;
+    }
+    if (m_errorBox && m_errorBox->IsModal())
+        m_errorBox->EndModal(wxID_CANCEL);
+    if (wxEventLoopBase* const loop = GetMainLoop())
+        loop->ScheduleExit();
+}
+
+bool TarvikClientGui::OnExceptionInMainLoop() {
+    logException("OnExceptionInMainLoop");
+    showError();
+    return true;
+}
+
+/// The toolkit guards only what it calls for a window's own events: from a queued one, such as the client's,
+/// an exception would pass through the main loop and end it.
+void TarvikClientGui::ProcessPendingEvents() {
+    try {
+        wxApp::ProcessPendingEvents();
+    } catch (...) {
+        WakeUpIdle(); // for the events behind this one
+        OnExceptionInMainLoop();
+    }
+}
+
+void TarvikClientGui::OnUnhandledException() {
+    logException("OnUnhandledException");
+}
+
+void TarvikClientGui::OnAssertFailure(wxChar const* file, int line, wxChar const* function,
+                                      wxChar const* condition, wxChar const* message) {
+    wxString const text =
+        wxString::Format("%s:%d %s: %s %s", file, line, function, condition, message ? message : wxS(""));
+    logTo(ASSERT, "OnAssertFailure", wxToQuillonString(text));
+}
+
+int TarvikClientGui::OnRun() {
+    int const code = wxApp::OnRun();
+    return m_exitCode ? m_exitCode : code;
+}
+
+int TarvikClientGui::OnExit() {
+    if (g_instance)
+        g_instance->listen({});
+    m_signals.reset();
+    app = nullptr;
+    return wxApp::OnExit();
+}
+
+} // namespace quillon
