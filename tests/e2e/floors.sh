@@ -37,4 +37,12 @@ alone 'curl/' libs/curl
 alone 'openssl/' libs/openssl
 alone 'json/' libs/json
 alone 'archive' libs/zlib
+alone '(wx|gtk|gdk|gio|glib)[/.-]' apps/tarvikclient/gui
+
+# The client knows no screen.
+if grep -rn '#include "tarvikclient/gui/' --include='*.h' --include='*.cpp' apps/tarvikclient |
+    grep -v '^apps/tarvikclient/gui/'; then
+  echo "^ these includes climb to the desktop program"
+  code=1
+fi
 exit $code

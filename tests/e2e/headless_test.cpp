@@ -1,6 +1,5 @@
 // The headless program against the development gateway, both as they are deployed.
-#include "e2e/childprocess.h"
-#include "support/temporarydirectory.h"
+#include "e2e/site.h"
 
 #include <gtest/gtest.h>
 
@@ -15,55 +14,14 @@ namespace quillon::test {
 namespace {
 
 std::string const client = TEST_PROGRAMS "/tarvikclient-cli";
-std::string const gatewayProgram = TEST_PROGRAMS "/tarvik-devgateway";
 
-/// A gateway, and a home directory, with a blank and a quote in its name, whose settings trust it.
-class Site {
-public:
-    explicit Site(std::vector<std::string> const& options = {}) : m_gateway(command(options)) {
-        EXPECT_TRUE(m_gateway.awaitOutput("refused tarvik://")) << m_gateway.errors();
-        trust(authority());
-    }
-
-    std::string home() const { return m_directory.path() + "/it's a home"; }
-    std::string authority() const {
-        std::string const portal = url("portal");
-        return portal.substr(8, portal.size() - 9);
-    }
-    std::string url(std::string const& kind) const {
-        std::istringstream lines(m_gateway.output());
-        for (std::string name, url; lines >> name >> url;)
-            if (name == kind)
-                return url;
-        return {};
-    }
-    void trust(std::string const& authority) const {
-        std::filesystem::create_directories(home() + "/.Tarvik");
-        writeFile(String::copyOf(home() + "/.Tarvik/tarvikclient.xml"),
-                  "<tarvikclient><sslcertignoredomains><domains>" + authority +
-                      "</domains></sslcertignoredomains></tarvikclient>");
-    }
-    std::string moduleLog(std::string const& path) const {
-        return readFile(String::copyOf(home() + "/.Tarvik/" + path));
-    }
-    ChildProcess start(std::string const& launchUrl) const {
-        return ChildProcess({client, launchUrl}, {{"HOME", home()}});
-    }
-
-private:
-    static std::vector<std::string> command(std::vector<std::string> const& options) {
-        std::vector<std::string> arguments{gatewayProgram, "--port", "0"};
-        arguments.insert(arguments.end(), options.begin(), options.end());
-        return arguments;
-    }
-
-    TemporaryDirectory m_directory;
-    ChildProcess m_gateway;
-};
+ChildProcess start(Site const& site, std::string const& launchUrl) {
+    return ChildProcess({client, launchUrl}, {{"HOME", site.home()}});
+}
 
 TEST(Headless, plug_in_session) {
     Site site;
-    ChildProcess session = site.start(site.url("plugindll"));
+    ChildProcess session = start(site, site.url("plugindll"));
     EXPECT_EQ(session.wait(), 0) << session.errors();
     EXPECT_EQ(session.output(), "onDispatch 2\nonStatus 2\nonVpnStatus init\nonVpnStatus authenticating\n"
                                 "onVpnStatus getconfig\nonVpnStatus connected ip=10.8.0.2\n"
@@ -76,7 +34,7 @@ TEST(Headless, plug_in_session) {
 
 TEST(Headless, session_without_a_tunnel) {
     Site site;
-    ChildProcess session = site.start(site.url("plugindllnotunnel"));
+    ChildProcess session = start(site, site.url("plugindllnotunnel"));
     EXPECT_EQ(session.wait(), 0);
     EXPECT_EQ(session.output(), "onDispatch 4\nonStatus 4\n");
     EXPECT_NE(site.moduleLog("Plugin/sample-plugin.log").find("LaunchSafeResource 3 demo-service\n"),
@@ -85,7 +43,7 @@ TEST(Headless, session_without_a_tunnel) {
 
 TEST(Headless, host_check_session) {
     Site site({"--hostcheck-rounds", "1"});
-    ChildProcess session = site.start(site.url("hostchecker"));
+    ChildProcess session = start(site, site.url("hostchecker"));
     EXPECT_EQ(session.wait(), 0);
     EXPECT_EQ(session.output(), "onDispatch 3\nonStatus 2\nonStatus 5\nonStatus 4\n");
     EXPECT_NE(site.moduleLog("hostchecker/sample-hostchecker.log").find("CloseHostCheckerDll"),
@@ -108,7 +66,7 @@ TEST(Headless, failures_have_exit_codes_and_one_line_each) {
     };
     for (auto const& [options, kind, code, lastLine] : cases) {
         Site site(options);
-        ChildProcess session = site.start(site.url(kind));
+        ChildProcess session = start(site, site.url(kind));
         EXPECT_EQ(session.wait(), code) << kind;
         std::string const output = session.output();
         EXPECT_EQ(output.find(lastLine, output.rfind('\n', output.size() - 2) + 1),
@@ -120,7 +78,7 @@ TEST(Headless, failures_have_exit_codes_and_one_line_each) {
 TEST(Headless, an_untrusted_gateway_is_a_connection_error_in_one_line) {
     Site site;
     site.trust("somebody.else");
-    ChildProcess session = site.start(site.url("plugindll"));
+    ChildProcess session = start(site, site.url("plugindll"));
     EXPECT_EQ(session.wait(), 2);
     EXPECT_EQ(session.output().find("onConnectError Code: 60("), 0u);
     EXPECT_NE(session.output().find(")\\n"), std::string::npos);
@@ -132,7 +90,7 @@ TEST(Headless, signals_end_a_session_in_order) {
     writeFile(directory.file("script"), std::string(100, '\n')); // polls without news
     for (int const number : {SIGTERM, SIGINT, SIGHUP}) {
         Site site({"--poll-script", std::string(directory.file("script").view())});
-        ChildProcess session = site.start(site.url("plugindll"));
+        ChildProcess session = start(site, site.url("plugindll"));
         ASSERT_TRUE(session.awaitOutput("onStatus 2\n"));
         session.signal(number);
         EXPECT_EQ(session.wait(), 0) << number;
@@ -140,24 +98,12 @@ TEST(Headless, signals_end_a_session_in_order) {
     }
 }
 
-/// Waits until the program has made its client, and so has taken its signals over: the client takes the data
-/// directory for its user alone. False after half a minute.
-bool awaitClient(Site const& site) {
-    std::filesystem::path const directory = site.home() + "/.Tarvik";
-    for (int i = 0; i < 3000; ++i) {
-        if (std::filesystem::status(directory).permissions() == std::filesystem::perms::owner_all)
-            return true;
-        std::this_thread::sleep_for(std::chrono::milliseconds(10));
-    }
-    return false;
-}
-
 TEST(Headless, an_order_to_stop_before_there_is_anything_to_stop_is_kept) {
     TemporaryDirectory directory;
     writeFile(directory.file("script"), std::string(100, '\n'));
     Site site({"--poll-script", std::string(directory.file("script").view()), "--delay", "300"});
-    ChildProcess session = site.start(site.url("plugindll"));
-    ASSERT_TRUE(awaitClient(site));
+    ChildProcess session = start(site, site.url("plugindll"));
+    ASSERT_TRUE(site.awaitClient());
     session.signal(SIGTERM);
     EXPECT_EQ(session.wait(), 0);
     EXPECT_EQ(session.output(), "onDispatch 2\nonStatus 2\nonStatus 4\n");
@@ -165,8 +111,8 @@ TEST(Headless, an_order_to_stop_before_there_is_anything_to_stop_is_kept) {
 
 TEST(Headless, a_second_order_to_stop_ends_a_request_that_hangs) {
     Site site({"--delay", "600000"});
-    ChildProcess session = site.start(site.url("plugindll"));
-    ASSERT_TRUE(awaitClient(site));
+    ChildProcess session = start(site, site.url("plugindll"));
+    ASSERT_TRUE(site.awaitClient());
     session.signal(SIGTERM);
     // The first one has been seen when it no longer has a handler.
     for (int left = 3000; left > 0 && !session.hasEnded(); --left) {
@@ -191,7 +137,7 @@ TEST(Headless, wrong_usage_and_an_unusable_home) {
 
 TEST(Headless, a_launch_url_of_128000_bytes) {
     Site site;
-    ChildProcess session = site.start(site.url("refused") + "&x=" + std::string(128000, 'y'));
+    ChildProcess session = start(site, site.url("refused") + "&x=" + std::string(128000, 'y'));
     int const code = session.wait();
     EXPECT_TRUE(code == 1 || code == 2) << code;
 }

@@ -1,0 +1,202 @@
+#include "desktop/uidriver.h"
+
+#include <stdexcept>
+#include <thread>
+
+namespace quillon::test {
+
+namespace {
+
+constexpr std::chrono::milliseconds pause{50};
+constexpr unsigned maxDepth = 30;
+
+/// A text that the accessibility library allocated.
+std::string take(char* text) {
+    std::string const result = text ? text : "";
+    g_free(text);
+    return result;
+}
+
+/// Programs come and go while they are looked at: what is asked of one that has gone fails, and is no fault.
+class Ignore {
+public:
+    ~Ignore() { g_clear_error(&m_error); }
+    operator GError**() {
+        g_clear_error(&m_error);
+        return &m_error;
+    }
+
+private:
+    GError* m_error = nullptr;
+};
+
+bool until(std::function<bool()> const& condition, std::chrono::milliseconds limit) {
+    auto const end = std::chrono::steady_clock::now() + limit;
+    while (!condition()) {
+        if (std::chrono::steady_clock::now() > end)
+            return false;
+        std::this_thread::sleep_for(pause);
+    }
+    return true;
+}
+
+bool matches(std::string const& text, std::string const& wanted) {
+    bool const prefix = !wanted.empty() && wanted.back() == '*';
+    return prefix ? text.compare(0, wanted.size() - 1, wanted, 0, wanted.size() - 1) == 0 : text == wanted;
+}
+
+} // namespace
+
+UiDriver::Area UiDriver::areaOf(AtspiAccessible* object) {
+    AtspiComponent* const component = atspi_accessible_get_component_iface(object);
+    if (!component)
+        return {};
+    AtspiRect* const rectangle = atspi_component_get_extents(component, ATSPI_COORD_TYPE_SCREEN, Ignore());
+    Area const area =
+        rectangle ? Area{rectangle->x, rectangle->y, rectangle->width, rectangle->height} : Area{};
+    g_free(rectangle);
+    g_object_unref(component);
+    return area;
+}
+
+// With the mouse and not by the control's own action: a dialog that the action opens would keep the program
+// from answering the bus.
+bool UiDriver::mouse(Area const& area, char const* event) {
+    return area.width > 0 &&
+           atspi_generate_mouse_event(area.x + area.width / 2, area.y + area.height / 2, event, Ignore());
+}
+
+UiDriver::UiDriver() {
+    if (atspi_init() > 1) // 1: has been initialised before
+        throw std::runtime_error("no accessibility bus");
+    atspi_set_timeout(2000, 5000);
+}
+
+UiDriver::Accessible UiDriver::child(AtspiAccessible* parent, int index) {
+    return Accessible(atspi_accessible_get_child_at_index(parent, index, Ignore()));
+}
+
+UiDriver::Control UiDriver::controlOf(AtspiAccessible* object) {
+    return {take(atspi_accessible_get_role_name(object, Ignore())),
+            take(atspi_accessible_get_name(object, Ignore()))};
+}
+
+bool UiDriver::isShown(AtspiAccessible* object) {
+    AtspiStateSet* const states = atspi_accessible_get_state_set(object);
+    bool const shown = states && atspi_state_set_contains(states, ATSPI_STATE_SHOWING);
+    if (states)
+        g_object_unref(states);
+    return shown;
+}
+
+bool UiDriver::walk(AtspiAccessible* object, unsigned depth, Visitor const& visit) {
+    if (depth > maxDepth || visit(object, depth))
+        return depth <= maxDepth;
+    int const count = atspi_accessible_get_child_count(object, Ignore());
+    for (int i = 0; i < count; ++i)
+        if (Accessible const next = child(object, i);
+            next && isShown(next.get()) && walk(next.get(), depth + 1, visit))
+            return true;
+    return false;
+}
+
+bool UiDriver::walkAll(Visitor const& visit) {
+    atspi_accessible_clear_cache(atspi_get_desktop(0));
+    AtspiAccessible* const desktop = atspi_get_desktop(0);
+    int const count = atspi_accessible_get_child_count(desktop, Ignore());
+    for (int i = 0; i < count; ++i) {
+        Accessible const program = child(desktop, i);
+        int const windows = program ? atspi_accessible_get_child_count(program.get(), Ignore()) : 0;
+        for (int w = 0; w < windows; ++w)
+            if (Accessible const window = child(program.get(), w);
+                window && isShown(window.get()) && walk(window.get(), 0, visit))
+                return true;
+    }
+    return false;
+}
+
+UiDriver::Accessible UiDriver::find(Control const& wanted) {
+    Accessible found;
+    walkAll([&](AtspiAccessible* object, unsigned) {
+        Control const control = controlOf(object);
+        if (!matches(control.text, wanted.text) || (!wanted.role.empty() && control.role != wanted.role))
+            return false;
+        found.reset(static_cast<AtspiAccessible*>(g_object_ref(object)));
+        return true;
+    });
+    return found;
+}
+
+UiDriver::Accessible UiDriver::await(Control const& control, std::chrono::milliseconds limit) {
+    Accessible found;
+    until([&] { return (found = find(control)) != nullptr; }, limit);
+    return found;
+}
+
+bool UiDriver::awaitShown(Control const& control, std::chrono::milliseconds limit) {
+    return await(control, limit) != nullptr;
+}
+
+bool UiDriver::awaitGone(Control const& control, std::chrono::milliseconds limit) {
+    return until([&] { return !find(control); }, limit);
+}
+
+bool UiDriver::click(Control const& control) {
+    Accessible const object = await(control);
+    return object && mouse(areaOf(object.get()), "b1c");
+}
+
+bool UiDriver::contextClick(Control const& control) {
+    Accessible const object = await(control);
+    return object && mouse(areaOf(object.get()), "b3c");
+}
+
+bool UiDriver::select(Control const& control) {
+    Accessible const object = await(control);
+    Accessible const list(object ? atspi_accessible_get_parent(object.get(), Ignore()) : nullptr);
+    AtspiSelection* const selection = list ? atspi_accessible_get_selection_iface(list.get()) : nullptr;
+    if (!selection)
+        return false;
+    int const index = atspi_accessible_get_index_in_parent(object.get(), Ignore());
+    bool const done = atspi_selection_select_child(selection, index, Ignore());
+    g_object_unref(selection);
+    return done;
+}
+
+bool UiDriver::enter(unsigned index, std::string const& text) {
+    bool done = false;
+    unsigned seen = 0;
+    walkAll([&](AtspiAccessible* object, unsigned) {
+        std::string const role = controlOf(object).role;
+        if ((role != "text" && role != "password text") || seen++ != index)
+            return false;
+        AtspiEditableText* const field = atspi_accessible_get_editable_text_iface(object);
+        done = field && atspi_editable_text_set_text_contents(field, text.c_str(), Ignore());
+        if (field)
+            g_object_unref(field);
+        return true;
+    });
+    return done;
+}
+
+UiDriver::Area UiDriver::windowOf(Control const& control) {
+    Accessible object = await(control);
+    Accessible window;
+    while (object && atspi_accessible_get_role(object.get(), Ignore()) != ATSPI_ROLE_APPLICATION) {
+        window = std::move(object);
+        object.reset(atspi_accessible_get_parent(window.get(), Ignore()));
+    }
+    return window ? areaOf(window.get()) : Area{};
+}
+
+std::string UiDriver::describe() {
+    std::string result;
+    walkAll([&](AtspiAccessible* object, unsigned depth) {
+        Control const control = controlOf(object);
+        result += std::string(2 * depth, ' ') + control.role + " '" + control.text + "'\n";
+        return false;
+    });
+    return result;
+}
+
+} // namespace quillon::test

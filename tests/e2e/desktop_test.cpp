@@ -1,0 +1,197 @@
+// The desktop program against the development gateway, both as they are deployed, driven through the
+// accessibility bus: what these tests find is also what a screen reader would say.
+#include "desktop/uidriver.h"
+#include "e2e/site.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <csignal>
+#include <cstdlib>
+#include <libintl.h>
+#include <list>
+#include <locale.h>
+#include <thread>
+
+extern "C" int _nl_msg_cat_cntr; // the C library's own way of being told that LANGUAGE has changed
+
+namespace quillon::test {
+
+namespace {
+
+std::string const program = TEST_PROGRAMS "/tarvikclient";
+std::string const button = "push button";
+char const logPath[] = "/tmp/tarvikclient.log";
+
+/// What the catalogue has for a key, as the accessibility bus shows it.
+std::string text(char const* key, char const* language = "en") {
+    setlocale(LC_ALL, "C.UTF-8");
+    setenv("LANGUAGE", language, 1);
+    ++_nl_msg_cat_cntr;
+    bindtextdomain("tarvikclient", TEST_CATALOGUES);
+    std::string result = dgettext("tarvikclient", key);
+    result.erase(std::remove(result.begin(), result.end(), '&'), result.end());
+    return result;
+}
+
+std::string filled(std::string format, std::string const& value) {
+    return format.replace(format.find("%s"), 2, value);
+}
+
+/// A URL at which nothing listens.
+std::string const refusedUrl = "tarvik://secret-ticket@127.0.0.1:1/mediation?lang=en";
+
+class Desktop : public testing::Test {
+protected:
+    ChildProcess start(std::string const& url) {
+        return ChildProcess({program, url}, {{"HOME", site().home()}, {"LANGUAGE", ""}});
+    }
+    /// Made when first wanted, for tests that want no options.
+    Site& site(std::vector<std::string> const& options = {}) {
+        if (m_sites.empty())
+            m_sites.emplace_back(options);
+        return m_sites.front();
+    }
+    /// A gateway whose module answers these lines, one per poll.
+    Site& siteWithPolls(std::string const& script) {
+        writeFile(m_directory.file("script"), script);
+        return site({"--poll-script", std::string(m_directory.file("script").view())});
+    }
+    void choose(std::string const& shownInPanel, std::string const& entry) {
+        ASSERT_TRUE(ui.contextClick({"label", shownInPanel})) << ui.describe();
+        ASSERT_TRUE(ui.click({"menu item", entry})) << ui.describe();
+    }
+    void TearDown() override {
+        if (HasFailure())
+            std::fprintf(stderr, "on the screen:\n%slog:\n%s", ui.describe().c_str(),
+                         readFile(logPath).c_str());
+    }
+
+    TemporaryDirectory m_directory;
+    std::list<Site> m_sites;
+    UiDriver ui;
+};
+
+std::string repeated(int count, std::string const& line) {
+    std::string result;
+    while (count-- > 0)
+        result += line + "\n";
+    return result;
+}
+
+TEST_F(Desktop, panel_follows_the_tunnel_and_the_menu_stops_it) {
+    siteWithPolls(repeated(6, R"([{"code":"5","status":"init"}])") +
+                  repeated(6, R"([{"code":"5","status":"authenticating"}])") +
+                  repeated(999, R"([{"code":"5","status":"connected ip=10.8.0.2"}])"));
+    ChildProcess client = start(site().url("plugindll"));
+    EXPECT_TRUE(ui.awaitShown({"label", text("VPN_INIT") + "*"}));
+    EXPECT_TRUE(ui.awaitShown({"label", text("VPN_AUTHENTICATING") + "*"}));
+    std::string const connected = filled(text("VPN_GIVENIP %s"), "10.8.0.2");
+    EXPECT_TRUE(ui.awaitShown({"label", connected}));
+    choose(connected, text("&Quit"));
+    EXPECT_EQ(client.wait(), 0) << client.errors();
+    EXPECT_NE(site().moduleLog("Plugin/sample-plugin.log").find("DllStop2"), std::string::npos);
+    EXPECT_NE(readFile(logPath).find("status icon: none"), std::string::npos);
+}
+
+TEST_F(Desktop, refused_connection_is_retried_and_then_quit) {
+    ChildProcess client = start(refusedUrl);
+    ASSERT_TRUE(ui.awaitShown({button, text("Retry")}));
+    EXPECT_TRUE(ui.awaitShown(
+        {"label",
+         text("CONNECTION_ERROR").replace(text("CONNECTION_ERROR").find("{gateway}"), 9, "127.0.0.1:1")}));
+    EXPECT_TRUE(ui.click({button, text("Retry")}));
+    ASSERT_TRUE(ui.awaitShown({button, text("Retry")}));
+    EXPECT_TRUE(ui.click({button, text("Quit")}));
+    EXPECT_EQ(client.wait(), 0) << client.errors();
+    EXPECT_EQ(readFile(logPath).find("secret-ticket"), std::string::npos);
+}
+
+TEST_F(Desktop, what_is_entered_in_the_settings_is_in_the_file) {
+    ChildProcess client = start(refusedUrl);
+    ASSERT_TRUE(ui.click({button, text("Settings")}));
+    ASSERT_TRUE(ui.awaitShown({button, text("Add")}));
+    enum Field { login, password, domain };
+    EXPECT_TRUE(ui.enter(login, "CORP\\alice"));
+    EXPECT_TRUE(ui.enter(password, "pässword"));
+    for (char const* const name : {"b.example", "a.example:8443"}) {
+        EXPECT_TRUE(ui.enter(domain, name));
+        EXPECT_TRUE(ui.click({button, text("Add")}));
+        EXPECT_TRUE(ui.awaitShown({"", name})) << ui.describe();
+    }
+    EXPECT_TRUE(ui.select({"", "b.example"}));
+    EXPECT_TRUE(ui.click({button, text("Remove")}));
+    EXPECT_TRUE(ui.awaitGone({"", "b.example"}));
+    EXPECT_TRUE(ui.click({button, text("&OK")}));
+    EXPECT_TRUE(ui.awaitGone({button, text("Add")}));
+    EXPECT_TRUE(ui.click({button, text("Quit")}));
+    EXPECT_EQ(client.wait(), 0) << client.errors();
+    std::string const settings = readFile(String::copyOf(site().settingsPath()));
+    for (char const* const part : {"alice", "CORP", "pässword", "a.example:8443"})
+        EXPECT_NE(settings.find(part), std::string::npos) << settings;
+    EXPECT_EQ(settings.find("b.example"), std::string::npos) << settings;
+}
+
+TEST_F(Desktop, a_fatal_error_is_told_in_the_portals_language) {
+    // No German locale is needed: the texts come from the client's own catalogue.
+    std::string url = site({"--fault", "bad-signature"}).url("plugindll");
+    ChildProcess client = start(url.replace(url.find("lang=en"), 7, "lang=de"));
+    EXPECT_TRUE(ui.awaitShown({"label", text("UNKNOWN_ERROR_HAS_OCCURED", "de")})) << ui.describe();
+    EXPECT_TRUE(ui.click({button, text("&Quit", "de")})) << ui.describe();
+    EXPECT_EQ(client.wait(), 0) << client.errors();
+}
+
+TEST_F(Desktop, of_twenty_started_at_once_one_runs_and_ignores_the_others_urls) {
+    siteWithPolls(repeated(999, R"([{"code":"5","status":"connected"}])"));
+    std::list<ChildProcess> clients;
+    for (int i = 0; i < 20; ++i)
+        clients.emplace_back(std::vector<std::string>{program, site().url("plugindll")},
+                             ChildProcess::Environment{{"HOME", site().home()}});
+    EXPECT_TRUE(ui.awaitShown({"label", text("VPN_CONNECTED")}));
+    auto const running = [&] {
+        return std::count_if(clients.begin(), clients.end(),
+                             [](ChildProcess const& c) { return !c.hasEnded(); });
+    };
+    for (int left = 2000; left > 0 && running() > 1; --left)
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    EXPECT_EQ(running(), 1);
+    choose(text("VPN_CONNECTED"), text("&Quit"));
+    for (ChildProcess& client : clients)
+        EXPECT_EQ(client.wait(), 0) << client.errors();
+    std::string const log = readFile(logPath);
+    std::string const warning = "I can only handle MacOpenURL once for now... Ignoring.";
+    int warnings = 0;
+    for (size_t at = log.find(warning); at != std::string::npos; at = log.find(warning, at + 1))
+        ++warnings;
+    EXPECT_EQ(warnings, 19);
+}
+
+TEST_F(Desktop, quits_while_the_first_request_hangs) {
+    site({"--delay", "600000"});
+    ChildProcess client = start(site().url("plugindll"));
+    choose(text("STATUS_IDLE"), text("&Quit"));
+    auto const asked = std::chrono::steady_clock::now();
+    EXPECT_EQ(client.wait(), 0) << client.errors();
+    EXPECT_LT(std::chrono::steady_clock::now() - asked, std::chrono::seconds(10));
+}
+
+TEST_F(Desktop, a_signal_ends_it_with_the_settings_over_the_error) {
+    ChildProcess client = start(refusedUrl);
+    ASSERT_TRUE(ui.click({button, text("Settings")}));
+    ASSERT_TRUE(ui.awaitShown({button, text("Add")}));
+    client.signal(SIGTERM);
+    EXPECT_EQ(client.wait(), 0) << client.errors();
+}
+
+TEST_F(Desktop, without_a_url_it_idles_until_one_is_handed_over) {
+    ChildProcess idle({program}, {{"HOME", site().home()}});
+    ASSERT_TRUE(idle.awaitOutput("TARVIK_ENABLE_COREDUMPS"));
+    ChildProcess second = start(refusedUrl);
+    EXPECT_EQ(second.wait(), 0);
+    ASSERT_TRUE(ui.click({button, text("Quit")}));
+    EXPECT_EQ(idle.wait(), 0) << idle.errors();
+}
+
+} // namespace
+
+} // namespace quillon::test

@@ -1,0 +1,60 @@
+#include "e2e/site.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <filesystem>
+#include <sstream>
+#include <thread>
+
+namespace quillon::test {
+
+namespace {
+
+std::vector<std::string> command(std::vector<std::string> const& options) {
+    std::vector<std::string> arguments{TEST_PROGRAMS "/tarvik-devgateway", "--port", "0"};
+    arguments.insert(arguments.end(), options.begin(), options.end());
+    return arguments;
+}
+
+} // namespace
+
+Site::Site(std::vector<std::string> const& options) : m_gateway(command(options)) {
+    EXPECT_TRUE(m_gateway.awaitOutput("refused tarvik://")) << m_gateway.errors();
+    trust(authority());
+}
+
+std::string Site::authority() const {
+    std::string const portal = url("portal");
+    return portal.substr(8, portal.size() - 9);
+}
+
+std::string Site::url(std::string const& kind) const {
+    std::istringstream lines(m_gateway.output());
+    for (std::string name, url; lines >> name >> url;)
+        if (name == kind)
+            return url;
+    return {};
+}
+
+void Site::trust(std::string const& authority) const {
+    std::filesystem::create_directories(home() + "/.Tarvik");
+    writeFile(String::copyOf(settingsPath()), "<tarvikclient><sslcertignoredomains><domains>" + authority +
+                                                  "</domains></sslcertignoredomains></tarvikclient>");
+}
+
+std::string Site::moduleLog(std::string const& path) const {
+    return readFile(String::copyOf(home() + "/.Tarvik/" + path));
+}
+
+bool Site::awaitClient() const {
+    std::filesystem::path const directory = home() + "/.Tarvik";
+    for (int i = 0; i < 3000; ++i) {
+        if (std::filesystem::status(directory).permissions() == std::filesystem::perms::owner_all)
+            return true;
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    return false;
+}
+
+} // namespace quillon::test

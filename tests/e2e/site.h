@@ -1,0 +1,34 @@
+// Where a program under test finds its gateway and its home.
+#pragma once
+
+#include "e2e/childprocess.h"
+#include "support/temporarydirectory.h"
+
+namespace quillon::test {
+
+/// A development gateway, and a home directory, with a blank and a quote in its name, whose settings trust
+/// it.
+class Site {
+public:
+    /// `options` are the gateway's.
+    explicit Site(std::vector<std::string> const& options = {});
+
+    std::string home() const { return m_directory.path() + "/it's a home"; }
+    std::string settingsPath() const { return home() + "/.Tarvik/tarvikclient.xml"; }
+    std::string authority() const;
+    /// One of the URLs that the gateway prints.
+    std::string url(std::string const& kind) const;
+    /// Writes settings that trust this gateway alone.
+    void trust(std::string const& authority) const;
+    /// The contents of a module's log, by its path under the data directory.
+    std::string moduleLog(std::string const& path) const;
+    /// Waits until a program has made its client, and so has taken its signals over: the client takes the
+    /// data directory for its user alone. False after half a minute.
+    bool awaitClient() const;
+
+private:
+    TemporaryDirectory m_directory;
+    ChildProcess m_gateway;
+};
+
+} // namespace quillon::test

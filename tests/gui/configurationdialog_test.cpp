@@ -1,0 +1,225 @@
+#include "tarvikclient/gui/configurationdialog.h"
+
+#include "gui/windowtest.h"
+#include "tarvikclient/clientlocalconfiguration.h"
+
+#include <gtest/gtest.h>
+#include <wx/app.h>
+#include <wx/button.h>
+#include <wx/listbox.h>
+#include <wx/modalhook.h>
+#include <wx/msgdlg.h>
+#include <wx/stopwatch.h>
+#include <wx/textctrl.h>
+#include <wx/uiaction.h>
+
+namespace quillon {
+
+namespace {
+
+/// The dialog, its controls within reach, used with a real keyboard and mouse.
+class Dialog : public TarvikClientConfigurationDialog {
+public:
+    Dialog() : TarvikClientConfigurationDialog(nullptr) {}
+
+    using ConfigurationDialog::certIgnoreDomain;
+    using ConfigurationDialog::certIgnoreDomainList;
+    using ConfigurationDialog::proxyLogin;
+    using ConfigurationDialog::proxyPassword;
+    using ConfigurationDialog::removeCertIgnoreDomainButton;
+
+    wxString list() const { return wxJoin(certIgnoreDomainList->GetStrings(), '|'); }
+    void type(wxTextCtrl* field, wxString const& text) {
+        wxString const whole = field->GetValue() + text;
+        focus(field);
+        field->SetInsertionPointEnd();
+        m_user.Text(text.utf8_str());
+        EXPECT_TRUE(eventually([&] { return field->GetValue() == whole; })) << field->GetValue();
+    }
+    void enter(wxString const& domain) {
+        type(certIgnoreDomain, domain);
+        press(WXK_RETURN, 0, [&] { return certIgnoreDomain->IsEmpty(); });
+    }
+    /// Presses a key and awaits what comes of it: the keyboard's events take their way through the server.
+    void press(int key, int modifiers, std::function<bool()> const& effect) {
+        m_user.Char(key, modifiers);
+        EXPECT_TRUE(eventually(effect)) << "key " << key;
+    }
+    void focus(wxWindow* control) {
+        control->SetFocus();
+        EXPECT_TRUE(eventually([&] { return control->HasFocus(); }));
+    }
+    /// Clicks a button and awaits that it has been handled.
+    void click(int id) {
+        wxWindow* const control = FindWindow(id);
+        bool handled = false;
+        auto const seen = [&](wxCommandEvent& event) {
+            event.Skip();
+            wxTheApp->CallAfter([&] { handled = true; });
+        };
+        control->Bind(wxEVT_BUTTON, seen);
+        wxSize const size = control->GetSize();
+        m_user.MouseMove(control->ClientToScreen(wxPoint(size.x / 2, size.y / 2)));
+        m_user.MouseClick();
+        EXPECT_TRUE(eventually([&] { return handled; })) << "button " << id;
+        control->Unbind(wxEVT_BUTTON, seen);
+    }
+
+private:
+    wxUIActionSimulator m_user;
+};
+
+ClientLocalConfiguration& configured(ClientLocalConfiguration& conf,
+                                     std::initializer_list<char const*> domains) {
+    List<String> list;
+    for (char const* const domain : domains)
+        list.add(domain);
+    conf.setSslCertIgnoreDomains(list);
+    conf.setProxyCredentials(Credentials("user", "secret", "domain"));
+    return conf;
+}
+
+/// Answers message dialogs with OK and keeps their texts.
+class Messages final : public wxModalDialogHook {
+public:
+    Messages() { Register(); }
+    std::vector<wxString> texts;
+
+protected:
+    int Enter(wxDialog* dialog) override {
+        auto* const message = dynamic_cast<wxMessageDialog*>(dialog);
+        if (!message)
+            return wxID_NONE;
+        texts.push_back(message->GetMessage());
+        return wxID_OK;
+    }
+};
+
+/// Shows the dialog, lets `act` use it, and gives what ShowModal() returned.
+int shown(Dialog& dialog, std::function<void()> act) {
+    whenModal([&](wxDialog&) {
+        act();
+        if (dialog.IsModal())
+            dialog.EndModal(-2);
+    });
+    return dialog.ShowModal();
+}
+
+TEST(ConfigurationDialog, shows_the_settings_and_gives_them_back_sorted) {
+    ClientLocalConfiguration conf, changed;
+    Dialog dialog;
+    dialog.readConfiguration(configured(conf, {"c.example", "a.example", "b.example"}));
+    EXPECT_EQ(dialog.proxyLogin->GetValue(), "user@domain");
+    EXPECT_EQ(dialog.proxyPassword->GetValue(), "secret");
+    EXPECT_EQ(dialog.list(), "a.example|b.example|c.example");
+    int const answer = shown(dialog, [&] {
+        dialog.type(dialog.proxyPassword, "2");
+        dialog.enter("aa");
+        dialog.click(wxID_OK);
+    });
+    EXPECT_EQ(answer, wxID_OK);
+    dialog.writeConfiguration(changed);
+    EXPECT_EQ(changed.getProxyCredentials(), Credentials("user", "secret2", "domain"));
+    wxString domains;
+    for (String const& domain : changed.getSslCertIgnoreDomains())
+        domains << domain.str() << ' ';
+    EXPECT_EQ(domains, "a.example aa b.example c.example ");
+}
+
+TEST(ConfigurationDialog, enter_and_the_add_button_add_a_domain_once) {
+    Dialog dialog;
+    int const answer = shown(dialog, [&] {
+        dialog.enter("gw.example ");
+        EXPECT_EQ(dialog.list(), "gw.example");
+        EXPECT_EQ(dialog.certIgnoreDomain->GetValue(), "");
+        dialog.enter("gw.example");
+        EXPECT_EQ(dialog.list(), "gw.example");
+        EXPECT_EQ(dialog.certIgnoreDomain->GetValue(), "");
+        dialog.type(dialog.certIgnoreDomain, "a.example");
+        dialog.click(wxID_ADD);
+        EXPECT_EQ(dialog.list(), "a.example|gw.example");
+        dialog.type(dialog.certIgnoreDomain, "  ");
+        dialog.press(WXK_RETURN, 0, [] { return true; });
+        dialog.type(dialog.certIgnoreDomain, "x"); // the key before it has been handled by then
+        EXPECT_EQ(dialog.certIgnoreDomain->GetValue(), "  x");
+        EXPECT_TRUE(dialog.IsModal()) << "Enter in this field must not end the dialog";
+        dialog.press(WXK_ESCAPE, 0, [&] { return !dialog.IsModal(); });
+    });
+    EXPECT_EQ(answer, wxID_CANCEL);
+}
+
+TEST(ConfigurationDialog, the_selected_domains_are_removed_and_the_button_follows_the_selection) {
+    ClientLocalConfiguration conf;
+    Dialog dialog;
+    dialog.readConfiguration(configured(conf, {"a", "b", "c", "d", "e"}));
+    shown(dialog, [&] {
+        wxWindow* const remove = dialog.removeCertIgnoreDomainButton;
+        EXPECT_FALSE(remove->IsEnabled());
+        dialog.focus(dialog.certIgnoreDomainList);
+        auto const isSelected = [&](int index) {
+            return [&, index] { return dialog.certIgnoreDomainList->IsSelected(index); };
+        };
+        dialog.press(WXK_DOWN, 0, isSelected(0));
+        dialog.press(WXK_DOWN, 0, isSelected(1));
+        EXPECT_TRUE(remove->IsEnabled());
+        dialog.press(WXK_DOWN, wxMOD_CONTROL, [] { return true; });
+        dialog.press(WXK_DOWN, wxMOD_CONTROL, [] { return true; });
+        dialog.press(WXK_SPACE, wxMOD_CONTROL, isSelected(3));
+        dialog.click(wxID_REMOVE);
+        EXPECT_EQ(dialog.list(), "a|c|e");
+        EXPECT_FALSE(remove->IsEnabled());
+        EXPECT_TRUE(dialog.certIgnoreDomainList->HasFocus());
+    });
+}
+
+TEST(ConfigurationDialog, a_text_that_cannot_be_stored_keeps_the_dialog_open_and_gets_the_focus) {
+    Messages messages;
+    ClientLocalConfiguration conf;
+    Dialog dialog;
+    dialog.readConfiguration(configured(conf, {"a.example", "b<c", "d.example"}));
+    int const answer = shown(dialog, [&] {
+        dialog.proxyPassword->SetValue("pass<word");
+        dialog.click(wxID_OK);
+        ASSERT_EQ(messages.texts.size(), 1u);
+        EXPECT_TRUE(dialog.proxyPassword->HasFocus());
+        dialog.proxyPassword->SetValue("password");
+        dialog.press(WXK_RETURN, 0, [&] { return messages.texts.size() == 2; });
+        EXPECT_TRUE(dialog.certIgnoreDomainList->HasFocus());
+        EXPECT_TRUE(dialog.certIgnoreDomainList->IsSelected(1));
+        ASSERT_TRUE(dialog.removeCertIgnoreDomainButton->IsEnabled());
+        dialog.click(wxID_REMOVE);
+        dialog.click(wxID_OK);
+    });
+    EXPECT_EQ(answer, wxID_OK);
+    EXPECT_EQ(messages.texts.size(), 2u);
+}
+
+TEST(ConfigurationDialog, long_lists_and_texts_are_quick_and_stay_on_the_screen) {
+    ClientLocalConfiguration conf;
+    List<String> list;
+    for (int i = 0; i < 10000; ++i)
+        list.add(String::copyOf("host" + std::to_string(i * 7919 % 10000) + ".example"));
+    list.add(String::copyOf(std::string(1000, 'x')));
+    conf.setSslCertIgnoreDomains(list);
+    conf.setProxyCredentials(Credentials("u", "p", String::copyOf(std::string(1000, 'd'))));
+    wxStopWatch const watch;
+    Dialog dialog;
+    dialog.readConfiguration(conf);
+    shown(dialog, [&] {
+        EXPECT_LE(dialog.GetSize().x, 700);
+        EXPECT_LE(dialog.GetScreenRect().GetBottom(), 900);
+        dialog.enter("host.example");
+        EXPECT_EQ(dialog.certIgnoreDomainList->GetCount(), 10002u);
+        EXPECT_TRUE(dialog.Validate());
+        dialog.focus(dialog.certIgnoreDomainList);
+        dialog.press('A', wxMOD_CONTROL, [&] { return dialog.removeCertIgnoreDomainButton->IsEnabled(); });
+        dialog.click(wxID_REMOVE);
+        EXPECT_EQ(dialog.certIgnoreDomainList->GetCount(), 0u);
+    });
+    // Work that grows with the square of the list takes minutes.
+    EXPECT_LT(watch.Time(), 20000);
+}
+
+} // namespace
+
+} // namespace quillon

@@ -1,0 +1,244 @@
+#include "tarvikclient/gui/logwindow.h"
+
+#include "gui/windowtest.h"
+#include "support/temporarydirectory.h"
+
+#include <gtest/gtest.h>
+#include <wx/app.h>
+#include <wx/button.h>
+#include <wx/clipbrd.h>
+#include <wx/dialog.h>
+#include <wx/filedlg.h>
+#include <wx/frame.h>
+#include <wx/modalhook.h>
+#include <wx/msgdlg.h>
+#include <wx/textctrl.h>
+#include <wx/timer.h>
+#include <wx/uiaction.h>
+
+#include <filesystem>
+#include <fstream>
+
+namespace quillon {
+
+namespace {
+
+/// Answers message dialogs with OK and counts them; calls `onFileDialog` when a file dialog is open.
+class Dialogs final : public wxModalDialogHook, public wxTimer {
+public:
+    Dialogs() { Register(); }
+    int messages = 0;
+    std::function<void(wxFileDialog&)> onFileDialog;
+
+protected:
+    int Enter(wxDialog* dialog) override {
+        if (dynamic_cast<wxMessageDialog*>(dialog))
+            return ++messages, wxID_OK;
+        m_chooser = dynamic_cast<wxFileDialog*>(dialog);
+        Start(20);
+        return wxID_NONE;
+    }
+    void Notify() override {
+        if (!m_chooser->IsModal())
+            return;
+        Stop();
+        onFileDialog(*m_chooser);
+    }
+
+private:
+    wxFileDialog* m_chooser = nullptr;
+};
+
+class LogWindow : public testing::Test {
+protected:
+    LogWindow() : owner(new wxFrame(nullptr, wxID_ANY, "never shown")) {}
+    ~LogWindow() override {
+        if (owner)
+            owner->Destroy();
+        EXPECT_TRUE(eventually([&] { return windows() == 0; }));
+    }
+
+    void append(std::string_view text) { std::ofstream(path.str(), std::ios::app) << text; }
+    void show() {
+        showLogWindow(owner, wxString(path.str()));
+        EXPECT_TRUE(eventually([&] { return window() && window()->IsShownOnScreen(); }));
+    }
+    static int windows() {
+        int count = 0;
+        for (wxWindow* const window : wxTopLevelWindows)
+            count += window->GetLabel() == "LOGS_TITLE" && window->IsShown();
+        return count;
+    }
+    static wxWindow* window() { return wxWindow::FindWindowByLabel("LOGS_TITLE"); }
+    static wxTextCtrl* text() {
+        for (wxWindow* const child : window()->GetChildren().front()->GetChildren())
+            if (auto* const control = dynamic_cast<wxTextCtrl*>(child))
+                return control;
+        return nullptr;
+    }
+    static bool hasHint() { return wxWindow::FindWindowByLabel("LOGS_EMPTY", window())->IsShown(); }
+    static bool endsWith(wxString const& line) { return text()->GetValue().EndsWith(line); }
+    static bool isAtEnd() {
+        return text()->GetScrollPos(wxVERTICAL) + text()->GetScrollThumb(wxVERTICAL) + 2 >=
+               text()->GetScrollRange(wxVERTICAL);
+    }
+    static void click(int id) {
+        wxCommandEvent event(wxEVT_BUTTON, id);
+        ASSERT_TRUE(window()->FindWindow(id)->IsEnabled());
+        window()->FindWindow(id)->ProcessWindowEvent(event);
+    }
+    static wxString clipboard() {
+        wxTextDataObject data;
+        wxClipboardLocker const lock;
+        return wxTheClipboard->GetData(data) ? data.GetText() : wxString();
+    }
+    static std::string lines(int count) {
+        std::string text;
+        for (int i = 0; i < count; ++i)
+            text += "a line of the log, which is number " + std::to_string(i) + "\n";
+        return text;
+    }
+
+    test::TemporaryDirectory directory;
+    String const path = directory.file("test.log");
+    wxFrame* owner;
+};
+
+TEST_F(LogWindow, shows_what_is_appended_and_follows_the_end) {
+    append(lines(1000));
+    show();
+    EXPECT_TRUE(endsWith("number 999\n"));
+    EXPECT_TRUE(eventually(isAtEnd));
+    append("caf\xc3\xa9\n");
+    EXPECT_TRUE(eventually([] { return endsWith(wxString::FromUTF8("caf\xc3\xa9\n")); }));
+    EXPECT_TRUE(eventually(isAtEnd));
+    EXPECT_FALSE(hasHint());
+    EXPECT_FALSE(text()->IsEditable());
+}
+
+TEST_F(LogWindow, does_not_move_while_the_user_reads_further_up) {
+    append(lines(1000));
+    show();
+    ASSERT_TRUE(eventually(isAtEnd));
+    wxTextCtrl* const control = text();
+    ASSERT_FALSE(eventually([&] { return !isAtEnd(); }, 0.6)); // one poll at the end
+    control->ShowPosition(10000);
+    ASSERT_TRUE(eventually([] { return !isAtEnd(); }));
+    int position = 0;
+    auto const moves = [&] { return control->GetScrollPos(wxVERTICAL) != position; };
+    while (eventually(moves, 0.3)) // the control takes a moment to arrive there
+        position = control->GetScrollPos(wxVERTICAL);
+    append(lines(200) + "last\n");
+    EXPECT_FALSE(eventually(moves, 1.2));
+    control->ShowPosition(control->GetLastPosition());
+    EXPECT_TRUE(eventually([] { return endsWith("last\n") && isAtEnd(); }));
+}
+
+TEST_F(LogWindow, keeps_the_selection_when_text_comes) {
+    append("one two three\n");
+    show();
+    text()->SetSelection(4, 7);
+    append("four\n");
+    EXPECT_TRUE(eventually([] { return endsWith("four\n"); }));
+    EXPECT_EQ(text()->GetStringSelection(), "two");
+}
+
+TEST_F(LogWindow, holds_a_few_mebibytes_at_most) {
+    append("first\n");
+    show();
+    std::string const line(99, 'x');
+    for (int mebibyte = 0; mebibyte < 6; ++mebibyte) {
+        std::string piece;
+        while (piece.size() < 1 << 20)
+            piece += line + "\n";
+        append(piece);
+    }
+    append("last\n");
+    ASSERT_TRUE(eventually([] { return endsWith("last\n"); }, 30));
+    wxString const shown = text()->GetValue();
+    EXPECT_LE(shown.length(), 4u << 20);
+    EXPECT_GE(shown.length(), 2u << 20);
+    EXPECT_EQ(shown.BeforeFirst('\n'), line) << "cut within a line";
+}
+
+TEST_F(LogWindow, tells_when_there_is_no_log_until_one_appears_and_begins_anew_with_a_new_one) {
+    show();
+    EXPECT_TRUE(hasHint());
+    EXPECT_FALSE(window()->FindWindow(wxID_COPY)->IsEnabled());
+    append("old text\n");
+    EXPECT_TRUE(eventually([] { return !hasHint() && endsWith("old text\n"); }));
+    std::ofstream(path.str(), std::ios::trunc) << "new\n";
+    EXPECT_TRUE(eventually([] { return text()->GetValue() == "new\n"; }));
+}
+
+TEST_F(LogWindow, is_one_and_closes_with_the_window_it_was_opened_for) {
+    show();
+    show();
+    EXPECT_EQ(windows(), 1);
+    std::exchange(owner, nullptr)->Destroy();
+    EXPECT_TRUE(eventually([] { return windows() == 0; }));
+    show();
+    EXPECT_EQ(windows(), 1);
+    click(wxID_CLOSE);
+    EXPECT_EQ(windows(), 0);
+    show(); // at once, while the last one is on its way out
+    EXPECT_EQ(windows(), 1);
+    wxUIActionSimulator().Char(WXK_ESCAPE);
+    EXPECT_TRUE(eventually([] { return windows() == 0; }));
+}
+
+TEST_F(LogWindow, copies_the_selection_or_else_everything) {
+    append("one two\n");
+    show();
+    click(wxID_COPY);
+    EXPECT_EQ(clipboard(), "one two\n");
+    text()->SetSelection(4, 7);
+    wxUIActionSimulator().Char('C', wxMOD_CONTROL);
+    EXPECT_TRUE(eventually([] { return clipboard() == "two"; }));
+}
+
+TEST_F(LogWindow, saves_the_whole_file_and_tells_when_it_cannot) {
+    append("bytes \xff\n" + lines(50000)); // more than is shown
+    show();
+    Dialogs dialogs;
+    auto const saveAs = [&](String const& destination) {
+        dialogs.messages = 0;
+        dialogs.onFileDialog = [&](wxFileDialog& chooser) {
+            wxString const chosen(destination.str());
+            chooser.SetPath(chosen);
+            EXPECT_TRUE(eventually([&] { return chooser.GetPath() == chosen; })) << chooser.GetPath();
+            chooser.EndModal(wxID_OK);
+        };
+        click(wxID_SAVE);
+        return dialogs.messages == 0;
+    };
+    EXPECT_TRUE(saveAs(directory.file("copy")));
+    std::string const saved = test::readFile(path);
+    EXPECT_EQ(test::readFile(directory.file("copy")), saved);
+    EXPECT_FALSE(saveAs(path));
+    EXPECT_FALSE(saveAs("/dev/full"));
+    std::filesystem::create_directory(directory.path() + "/directory");
+    EXPECT_FALSE(saveAs(directory.file("directory")));
+    EXPECT_EQ(test::readFile(path), saved) << "the log was saved over itself";
+}
+
+TEST_F(LogWindow, lives_with_modal_dialogs_and_goes_when_its_file_dialog_has_closed) {
+    append("text\n");
+    wxDialog dialog(nullptr, wxID_ANY, "modal");
+    whenModal([&](wxDialog&) {
+        show();
+        append("more\n");
+        EXPECT_TRUE(eventually([] { return endsWith("more\n"); }));
+        dialog.EndModal(wxID_OK);
+    });
+    dialog.ShowModal();
+    EXPECT_EQ(windows(), 1);
+    Dialogs dialogs;
+    dialogs.onFileDialog = [&](wxFileDialog&) { std::exchange(owner, nullptr)->Destroy(); };
+    click(wxID_SAVE); // comes back because the window ends its dialog
+    EXPECT_EQ(windows(), 0);
+}
+
+} // namespace
+
+} // namespace quillon

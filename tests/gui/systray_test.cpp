@@ -1,0 +1,74 @@
+#include "tarvikclient/gui/systray.h"
+
+#include "gui/windowtest.h"
+#include "tarvikclient/gui/mainframe.h"
+
+#include <gtest/gtest.h>
+#include <wx/artprov.h>
+#include <wx/menu.h>
+
+#include <memory>
+#include <vector>
+
+namespace quillon {
+
+namespace {
+
+/// Stands in for the program's own pictures.
+class Pictures final : public wxArtProvider {
+protected:
+    wxBitmap CreateBitmap(wxArtID const& id, wxArtClient const& client, wxSize const&) override {
+        return id.StartsWith("tarvik-") && client == wxART_OTHER ? wxBitmap(16, 16) : wxNullBitmap;
+    }
+};
+
+class Systray : public testing::Test {
+protected:
+    TarvikSystrayIcon icon{wxTBI_CUSTOM_STATUSITEM};
+    std::unique_ptr<wxMenu> menu;
+
+    void build() { menu.reset(icon.CreatePopupMenu()); }
+    std::vector<int> ids() const {
+        std::vector<int> found;
+        for (wxMenuItem const* item : menu->GetMenuItems())
+            found.push_back(item->GetId());
+        return found;
+    }
+};
+
+} // namespace
+
+TEST_F(Systray, MenuOffersEverythingInOrderWithPicturesAndALabelEach) {
+    wxArtProvider::Push(new Pictures);
+    build();
+    wxArtProvider::Pop();
+    EXPECT_EQ(ids(), (std::vector<int>{10002, 10001, wxID_SEPARATOR, wxID_ABOUT, wxID_EXIT}));
+    for (int const id : {10002, 10001, static_cast<int>(wxID_EXIT)})
+        EXPECT_TRUE(menu->FindItem(id)->GetBitmap().IsOk()) << id;
+    for (wxMenuItem const* item : menu->GetMenuItems())
+        EXPECT_TRUE(item->IsSeparator() || (item->IsEnabled() && !item->GetItemLabelText().empty()));
+}
+
+TEST_F(Systray, MenuIsCompleteWithoutPictures) {
+    build();
+    EXPECT_EQ(menu->GetMenuItemCount(), 5u);
+}
+
+TEST_F(Systray, AMenuShownAnywhereReachesTheIcon) {
+    build();
+    std::vector<int> chosen;
+    icon.Bind(wxEVT_MENU, [&](wxCommandEvent& event) { chosen.push_back(event.GetId()); });
+    for (int const id : {10002, 10001, static_cast<int>(wxID_ABOUT), static_cast<int>(wxID_EXIT)})
+        menu->SendEvent(id);
+    EXPECT_EQ(chosen, (std::vector<int>{10002, 10001, wxID_ABOUT, wxID_EXIT}));
+}
+
+TEST_F(Systray, ChoicesBeforeThereIsAFrameAreTakenAndDoNothing) {
+    ASSERT_EQ(mainhiddenframe, nullptr);
+    for (int const id : {10002, 10001, static_cast<int>(wxID_ABOUT), static_cast<int>(wxID_EXIT)}) {
+        wxCommandEvent event(wxEVT_MENU, id);
+        EXPECT_TRUE(icon.ProcessEvent(event)) << id;
+    }
+}
+
+} // namespace quillon
