@@ -9,8 +9,11 @@ packages=(
   libwxgtk3.2-dev libayatana-appindicator3-dev librsvg2-bin gettext
 )
 
-# What the tests and the demo need besides, to show windows where there is no screen and to drive them.
-display_packages=(xvfb xauth openbox xdotool imagemagick dbus librsvg2-common)
+# What the tests and the demo need besides, to show windows where there is no screen and to drive them: a display, a
+# window manager, a session bus, the accessibility bus, fonts, and pictures of the result.
+display_packages=(
+  xvfb openbox dbus at-spi2-core libatspi2.0-dev fonts-dejavu-core librsvg2-common imagemagick
+)
 
 say() { printf '== %s\n' "$*" >&2; }
 

@@ -13,8 +13,7 @@ case ${1:-} in
   *) echo "usage: demo.sh [--headless]" >&2; exit 64 ;;
 esac
 
-install_missing "${packages[@]}"
-[ "$mode" != screenshots ] || install_missing "${display_packages[@]}"
+install_missing "${packages[@]}" "${display_packages[@]}"
 build release
 
 if [ "$mode" = screenshots ]; then

@@ -19,7 +19,6 @@ namespace quillon {
 namespace {
 
 constexpr char sourceFile[] = "apps/tarvikclient/client.cpp";
-constexpr char logPath[] = "/tmp/tarvikclient.log";
 constexpr char dataDirectoryName[] = "/.Tarvik/"; // within the home directory
 
 /// Keeps the user's name out of the log where it is the home directory's.

@@ -23,6 +23,11 @@ class ETarvikClient : public Exception {
 /// downloads that modules still have under way and waits for them, about a second.
 class TarvikClient final : public ClientConfigurationDispatcher, public Thread {
 public:
+    /// The client's version, as the gateway is told it and the user is shown it.
+    static constexpr char version[] = "8.2.0.21";
+    /// Where all log lines go.
+    static constexpr char logPath[] = "/tmp/tarvikclient.log";
+
     /// `notify` must outlive the client's thread. Throws NullException without a console, EFile or
     /// ETarvikClient when the data directory cannot be used, EConfMissingKey for a settings file with half
     /// the credentials.

@@ -11,7 +11,6 @@ namespace quillon {
 
 namespace {
 
-constexpr char clientVersion[] = "8.2.0.21";
 constexpr char sourceFile[] = "apps/tarvikclient/client.cpp";
 constexpr unsigned statusOk = 200;
 
@@ -120,9 +119,9 @@ String TarvikClient::prepareRequest() {
     }
     uri.setScheme("https");
     uri.setAuthority(host);
-    uri.setParameter("clientversion", clientVersion);
+    uri.setParameter("clientversion", version);
     installCookie(host, userInfo);
-    m_downloadManager.getSession().setUserAgent(String("TarvikClient ") + clientVersion + " " +
+    m_downloadManager.getSession().setUserAgent(String("TarvikClient ") + version + " " +
                                                 console->getOsName());
     m_downloadManager.setServer(host);
     DownloadManager::StaticDownloadWrapper::m_downloadManager = &m_downloadManager;

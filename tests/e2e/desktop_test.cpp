@@ -192,6 +192,22 @@ TEST_F(Desktop, without_a_url_it_idles_until_one_is_handed_over) {
     EXPECT_EQ(idle.wait(), 0) << idle.errors();
 }
 
+TEST_F(Desktop, a_start_that_cannot_succeed_says_so_and_ends) {
+    for (std::vector<std::string> const& arguments : {std::vector<std::string>{"a", "b"}, {"--unknown"}}) {
+        std::vector<std::string> command{program};
+        command.insert(command.end(), arguments.begin(), arguments.end());
+        ChildProcess wrong(command);
+        EXPECT_EQ(wrong.wait(), 64);
+        EXPECT_EQ(wrong.errors(), "usage: tarvikclient [URL]\n");
+    }
+    ChildProcess blind({program, refusedUrl}, {{"HOME", site().home()}, {"DISPLAY", ""}});
+    EXPECT_GT(blind.wait(), 0);
+    ChildProcess homeless({program, refusedUrl}, {{"HOME", "/dev/null"}});
+    EXPECT_TRUE(ui.awaitShown({"label", text("UNKNOWN_ERROR_HAS_OCCURED")}));
+    EXPECT_TRUE(ui.click({button, text("OK")})) << ui.describe();
+    EXPECT_EQ(homeless.wait(), 1);
+}
+
 } // namespace
 
 } // namespace quillon::test

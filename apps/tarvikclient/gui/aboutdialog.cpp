@@ -1,5 +1,6 @@
 #include "tarvikclient/gui/aboutdialog.h"
 
+#include "tarvikclient/client.h"
 #include "tarvikclient/gui/windows.h"
 
 #include <wx/sizer.h>
@@ -8,7 +9,7 @@
 namespace quillon {
 
 TarvikClientAboutDialog::TarvikClientAboutDialog(wxWindow* parent) : AboutDialog(parent) {
-    version->SetLabel("8.2.0.21");
+    version->SetLabel(TarvikClient::version);
     GetSizer()->SetSizeHints(this);
     centre(*this);
 }

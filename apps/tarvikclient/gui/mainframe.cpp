@@ -22,7 +22,6 @@ TarvikMainFrame* mainhiddenframe = nullptr;
 
 namespace {
 
-constexpr char logPath[] = "/tmp/tarvikclient.log";
 constexpr int timerMs = 100;
 constexpr int pathWidth = 600; // pixels
 
@@ -135,7 +134,7 @@ void TarvikMainFrame::showAbout() {
 
 void TarvikMainFrame::showLogs() {
     client->showLogs();
-    showLogWindow(this, logPath);
+    showLogWindow(this, TarvikClient::logPath);
 }
 
 void TarvikMainFrame::showError(wxWindow* parent, wxString const& text, wxString const& okLabel) {
