@@ -17,5 +17,8 @@ mkdir -m 0700 "$work/home" "$work/runtime"
 export DISPLAY=:$number HOME=$work/home XDG_RUNTIME_DIR=$work/runtime
 export GDK_BACKEND=x11 GDK_GL=disable GSETTINGS_BACKEND=memory NO_AT_BRIDGE=1 LC_ALL=C.UTF-8 LANGUAGE=
 unset WAYLAND_DISPLAY XAUTHORITY
+suppressions=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
+export LSAN_OPTIONS=suppressions=$suppressions/lsan.supp:print_suppressions=0
+export TSAN_OPTIONS=suppressions=$suppressions/tsan.supp
 export DBUS_SESSION_BUS_ADDRESS=${TARVIK_TEST_BUS:-disabled:}
 "$@"
