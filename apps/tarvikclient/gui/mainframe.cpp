@@ -120,7 +120,8 @@ void TarvikMainFrame::saveSettings(TarvikClientConfigurationDialog& dialog) {
                                                    wxELLIPSIZE_MIDDLE, FromDIP(pathWidth));
         // TRANSLATORS: shown when the settings could not be written to disk; they hold until the program
         // ends. %s is the path of the file.
-        showError(&dialog, wxString::Format(_("SETTINGS_NOT_SAVED %s"), path), wxGetStockLabel(wxID_OK));
+        showError(dialog.GetParent(), wxString::Format(_("SETTINGS_NOT_SAVED %s"), path),
+                  wxGetStockLabel(wxID_OK));
     }
 }
 

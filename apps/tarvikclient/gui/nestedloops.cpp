@@ -8,9 +8,15 @@
 
 namespace quillon {
 
-int MenuLoop::ms_open = 0;
+wxMenu* MenuLoop::ms_menu = nullptr;
+
+void MenuLoop::end() {
+    if (ms_menu)
+        endNativeMenu(*ms_menu);
+}
 
 void NestedLoops::endTop() {
+    MenuLoop::end();
     if (m_open.empty())
         return;
     if (m_open.back()->IsModal())

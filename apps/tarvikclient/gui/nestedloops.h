@@ -5,21 +5,25 @@
 
 #include <vector>
 
+class wxMenu;
+
 namespace quillon {
 
 /// Held around PopupMenu(), which returns only when the menu has been closed: meanwhile no window may be
-/// destroyed that a handler further down works on. Interface thread only.
+/// destroyed that a handler further down works on. One at a time. Interface thread only.
 class MenuLoop {
 public:
-    MenuLoop() { ++ms_open; }
-    ~MenuLoop() { --ms_open; }
+    explicit MenuLoop(wxMenu& menu) { ms_menu = &menu; }
+    ~MenuLoop() { ms_menu = nullptr; }
     MenuLoop(MenuLoop const&) = delete;
     MenuLoop& operator=(MenuLoop const&) = delete;
 
-    static bool isRunning() { return ms_open != 0; }
+    static bool isRunning() { return ms_menu != nullptr; }
+    /// Closes the menu as if nothing had been chosen from it; its loop ends once its caller runs again.
+    static void end();
 
 private:
-    static int ms_open;
+    static wxMenu* ms_menu;
 };
 
 /// Knows the modal dialogs that are open, whoever opened them. wxWidgets deletes windows in the idle time of
@@ -30,9 +34,9 @@ public:
     NestedLoops() { Register(); }
 
     bool any() const { return !m_open.empty() || MenuLoop::isRunning(); }
-    /// Ends the dialog on top as if it had been cancelled. Those below follow by further calls, each when the
-    /// one above it has returned: a dialog whose event loop is not the running one cannot be ended, and would
-    /// stay there for ever, hidden.
+    /// Closes the menu, and ends the dialog on top as if it had been cancelled. Those below follow by further
+    /// calls, each when the one above it has returned: a dialog whose event loop is not the running one
+    /// cannot be ended, and would stay there for ever, hidden.
     void endTop();
     /// From now on a modal dialog is not shown but returns wxID_CANCEL at once.
     void refuse() { m_refusing = true; }

@@ -85,7 +85,7 @@ void TarvikClientNotificationPanel::popUpMenu() {
     if (!m_menuOwner || MenuLoop::isRunning())
         return;
     std::unique_ptr<wxMenu> const menu(m_menuOwner->CreatePopupMenu());
-    MenuLoop const loop;
+    MenuLoop const loop(*menu);
     PopupMenu(menu.get());
 }
 

@@ -73,8 +73,15 @@ void TarvikSystrayIcon::OnAbout(wxCommandEvent&) {
 
 void TarvikSystrayIcon::OnLeftUp(wxTaskBarIconEvent&) {
     std::unique_ptr<wxMenu> const menu(CreatePopupMenu());
-    MenuLoop const loop;
     PopupMenu(menu.get());
+}
+
+// The toolkit calls this too, for the tray's right click.
+bool TarvikSystrayIcon::PopupMenu(wxMenu* menu) {
+    if (MenuLoop::isRunning())
+        return false;
+    MenuLoop const loop(*menu);
+    return wxTaskBarIcon::PopupMenu(menu);
 }
 
 } // namespace quillon

@@ -15,6 +15,8 @@ public:
 
     /// A new menu, owned by the caller, with this object as its event handler.
     wxMenu* CreatePopupMenu() override;
+    /// Returns when the menu has been closed; false where another one is open.
+    bool PopupMenu(wxMenu* menu) override;
 
     void OnMenuStop(wxCommandEvent& event);
     void OnMenuLogs(wxCommandEvent& event);

@@ -134,7 +134,10 @@ void TarvikClientGui::init(wxString const& url) {
 }
 
 void TarvikClientGui::setLangFromUrl(wxString const& url) {
-    initLanguage(locale, languageOfCode(TarvikClient::getLangFromArg(wxToQuillonString(url))));
+    // The C library may not know any letters yet, and a URL that it cannot express would name no language.
+    wxScopedCharBuffer const utf8 = url.utf8_str();
+    String const code = TarvikClient::getLangFromArg(String::copyOf({utf8.data(), utf8.length()}));
+    initLanguage(locale, languageOfCode(code));
 }
 
 /// One box at a time: an event that keeps failing would pile them up.
