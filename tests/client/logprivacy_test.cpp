@@ -75,16 +75,14 @@ TEST_F(LogPrivacyTest, a_whole_session_and_configurations_with_values_in_wrong_p
 TEST_F(LogPrivacyTest, settings_files_that_are_broken_around_a_password) {
     String const path = m_home.file("settings");
     restartLog();
-    for (std::string const& password :
-         {std::string("a<S3CRET"), std::string("a<S3CRET>"), std::string("a<S3CRET b='S3CRET"),
-          std::string("a</S3CRET"), std::string("a</S3CRET>"), std::string("<!S3CRET"),
-          std::string("<S3CRET:x/>"),
-          std::string("S3CRET</password></credentials></proxy></tarvikclient>")}) {
-        writeFile(path, "<tarvikclient><proxy><credentials><login>USER7</login><password>" + password +
-                            "</password></credentials></proxy></tarvikclient>");
+    for (char const* const password :
+         {"a<S3CRET", "a<S3CRET>", "a<S3CRET b='S3CRET", "a</S3CRET", "a</S3CRET>", "<!S3CRET", "<S3CRET:x/>",
+          "S3CRET</password></credentials></proxy></tarvikclient>"}) {
+        writeFile(path, std::string("<tarvikclient><proxy><credentials><login>USER7</login><password>") +
+                            password + "</password></credentials></proxy></tarvikclient>");
         ClientLocalConfiguration settings;
         settings.readFromFile(path);
-        settings.setProxyCredentials(Credentials("USER7", String::copyOf(password), "USER7"));
+        settings.setProxyCredentials(Credentials("USER7", password, "USER7"));
         EXPECT_FALSE(settings.survivesSaving()) << password;
     }
     EXPECT_EQ(m_log->count("Can not read local configuration from "), 8u);

@@ -5,25 +5,23 @@
 #include <dlfcn.h>
 #include <netdb.h>
 
-#include <atomic>
 #include <cstring>
+#include <latch>
 
 namespace {
 
-std::atomic<bool> g_asked{false};
-std::atomic<bool> g_answered{false};
-std::atomic<bool> g_gone{false};
+std::latch g_asked(1);
+std::latch g_answered(1);
+std::latch g_gone(1);
 
 } // namespace
 
-/// Looking up "held.example" takes until g_answered is set.
+/// Looking up "held.example" takes until g_answered is released, once.
 extern "C" int getaddrinfo(char const* node, char const* service, addrinfo const* hints, addrinfo** result) {
     if (node && std::strcmp(node, "held.example") == 0) {
-        g_asked = true;
-        g_asked.notify_all();
-        g_answered.wait(false);
-        g_gone = true;
-        g_gone.notify_all();
+        g_asked.count_down();
+        g_answered.wait();
+        g_gone.count_down();
         return EAI_NONAME;
     }
     static auto* const next = reinterpret_cast<decltype(&getaddrinfo)>(dlsym(RTLD_NEXT, "getaddrinfo"));
@@ -35,11 +33,10 @@ namespace quillon::test {
 TEST(Cancel, does_not_wait_for_the_name_server) {
     TrustingSession session;
     Transfer transfer(session, "http://held.example/");
-    g_asked.wait(false);
+    g_asked.wait();
     transfer.expectCutOff();
-    g_answered = true;
-    g_answered.notify_all();
-    g_gone.wait(false);
+    g_answered.count_down();
+    g_gone.wait();
 }
 
 } // namespace quillon::test

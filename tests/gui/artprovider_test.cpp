@@ -43,66 +43,48 @@ private:
     wxLog* m_before = nullptr;
 };
 
-constexpr char const* names[] = {"tarvik-config", "tarvik-stop", "tarvik-logs", "tarvik-vpn",
-                                 "tarvik-plugin"};
+struct {
+    char const *name, *client;
+    int side;
+} constexpr pictures[] = {{"tarvik-config", "wxART_OTHER_C", 16},
+                          {"tarvik-stop", "wxART_OTHER_C", 16},
+                          {"tarvik-logs", "wxART_OTHER_C", 16},
+                          {"tarvik-vpn", "wxART_OTHER_C", 32},
+                          {"tarvik-plugin", "wxART_OTHER_C", 32},
+                          {"tarvik-logo", "wxART_MESSAGE_BOX_C", 64},
+                          {"tarvik-logo-large", "wxART_MESSAGE_BOX_C", 64}};
 
 } // namespace
 
-TEST_F(ArtProvider, answersEachNameInItsSize) {
-    int const sides[] = {16, 16, 16, 32, 32};
-    for (std::size_t i = 0; i < std::size(names); ++i) {
-        wxBitmap const bitmap = provider.bitmap(names[i]);
-        ASSERT_TRUE(bitmap.IsOk()) << names[i];
-        EXPECT_EQ(bitmap.GetLogicalWidth(), sides[i]) << names[i];
-        EXPECT_EQ(bitmap.GetLogicalHeight(), sides[i]) << names[i];
-        EXPECT_TRUE(bitmap.HasAlpha()) << names[i];
+TEST_F(ArtProvider, answers_each_name_in_its_size) {
+    for (auto const& [name, client, side] : pictures) {
+        wxBitmap const bitmap = provider.bitmap(name, client);
+        ASSERT_TRUE(bitmap.IsOk()) << name;
+        EXPECT_EQ(bitmap.GetLogicalSize(), wxSize(side, side)) << name;
+        EXPECT_TRUE(bitmap.HasAlpha()) << name;
     }
-}
-
-TEST_F(ArtProvider, hasTheLogoAsIconsAndForMessagesAsBitmap) {
     wxIconBundle const bundle = provider.CreateIconBundle("tarvik-logo", wxART_OTHER);
     EXPECT_TRUE(bundle.GetIconOfExactSize(16).IsOk());
     EXPECT_TRUE(bundle.GetIconOfExactSize(64).IsOk());
-    EXPECT_FALSE(provider.bitmap("tarvik-logo").IsOk());
-    for (char const* id : {"tarvik-logo", "tarvik-logo-large"}) {
-        wxBitmap const bitmap = provider.bitmap(id, "wxART_MESSAGE_BOX_C");
-        ASSERT_TRUE(bitmap.IsOk()) << id;
-        EXPECT_EQ(bitmap.GetLogicalWidth(), 64) << id;
-    }
 }
 
-TEST_F(ArtProvider, leavesOtherNamesToTheNextProvider) {
-    EXPECT_FALSE(provider.bitmap("tarvik-unknown").IsOk());
-    EXPECT_FALSE(provider.bitmap("tarvik-log").IsOk());
-    EXPECT_TRUE(provider.CreateIconBundle("tarvik-config", wxART_OTHER).IsEmpty());
-    wxArtProvider::Push(new TarvikClientArtProvider);
-    EXPECT_TRUE(wxArtProvider::GetBitmap(wxART_WARNING, wxART_CMN_DIALOG).IsOk());
-    EXPECT_TRUE(wxArtProvider::GetBitmap("tarvik-vpn").IsOk());
-    wxArtProvider::Pop();
-}
-
-TEST_F(ArtProvider, writesTheImageDirectoryToStandardOutput) {
-    testing::internal::CaptureStdout();
-    wxString const directory = provider.GetImageDirectory();
-    EXPECT_EQ(testing::internal::GetCapturedStdout(), std::string(directory.utf8_str()) + "\n");
-    EXPECT_TRUE(wxFileName::DirExists(directory));
-    EXPECT_TRUE(directory.EndsWith("img"));
-}
-
-TEST_F(ArtProvider, saysNothingOfMissingPictures) {
-    wxTheApp->SetAppName("tarvikclient-without-pictures");
-    for (char const* name : names)
+TEST_F(ArtProvider, leaves_other_names_to_the_next_provider) {
+    for (char const* const name : {"tarvik-unknown", "tarvik-log", "tarvik-logo"})
         EXPECT_FALSE(provider.bitmap(name).IsOk()) << name;
-    EXPECT_FALSE(provider.bitmap("tarvik-logo", "wxART_MESSAGE_BOX_C").IsOk());
-    wxArtProvider::Push(new TarvikClientArtProvider);
-    wxIcon const icon = wxArtProvider::GetIconBundle("tarvik-logo").GetIcon(16);
+    EXPECT_TRUE(provider.CreateIconBundle("tarvik-config", wxART_OTHER).IsEmpty());
+}
+
+TEST_F(ArtProvider, says_nothing_of_missing_pictures) {
+    wxTheApp->SetAppName("tarvikclient-without-pictures");
+    for (auto const& [name, client, side] : pictures)
+        EXPECT_FALSE(provider.bitmap(name, client).IsOk()) << name;
+    wxIcon const icon = provider.CreateIconBundle("tarvik-logo", wxART_OTHER).GetIcon(16);
     ASSERT_TRUE(icon.IsOk()) << "the status area would refuse it";
     EXPECT_TRUE(wxBitmap(icon).ConvertToImage().IsTransparent(8, 8));
-    wxArtProvider::Pop();
     EXPECT_EQ(log.GetBuffer(), "");
 }
 
-TEST_F(ArtProvider, saysNothingOfABrokenPicture) {
+TEST_F(ArtProvider, says_nothing_of_a_broken_picture) {
     wxTheApp->SetAppName(wxString::Format("tarvikclient-broken-%lu", wxGetProcessId()));
     wxString const directory = provider.GetImageDirectory();
     ASSERT_TRUE(wxFileName::Mkdir(directory, wxS_DIR_DEFAULT, wxPATH_MKDIR_FULL));

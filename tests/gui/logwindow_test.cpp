@@ -2,18 +2,14 @@
 
 #include "gui/windowtest.h"
 #include "support/temporarydirectory.h"
+#include "tarvikclient/gui/nestedloops.h"
 
 #include <gtest/gtest.h>
 #include <wx/app.h>
-#include <wx/button.h>
 #include <wx/clipbrd.h>
-#include <wx/dialog.h>
 #include <wx/filedlg.h>
 #include <wx/frame.h>
-#include <wx/modalhook.h>
-#include <wx/msgdlg.h>
 #include <wx/textctrl.h>
-#include <wx/timer.h>
 #include <wx/uiaction.h>
 
 #include <filesystem>
@@ -22,32 +18,6 @@
 namespace quillon {
 
 namespace {
-
-/// Answers message dialogs with OK and counts them; calls `onFileDialog` when a file dialog is open.
-class Dialogs final : public wxModalDialogHook, public wxTimer {
-public:
-    Dialogs() { Register(); }
-    int messages = 0;
-    std::function<void(wxFileDialog&)> onFileDialog;
-
-protected:
-    int Enter(wxDialog* dialog) override {
-        if (dynamic_cast<wxMessageDialog*>(dialog))
-            return ++messages, wxID_OK;
-        m_chooser = dynamic_cast<wxFileDialog*>(dialog);
-        Start(20);
-        return wxID_NONE;
-    }
-    void Notify() override {
-        if (!m_chooser->IsModal())
-            return;
-        Stop();
-        onFileDialog(*m_chooser);
-    }
-
-private:
-    wxFileDialog* m_chooser = nullptr;
-};
 
 class LogWindow : public testing::Test {
 protected:
@@ -82,10 +52,9 @@ protected:
         return text()->GetScrollPos(wxVERTICAL) + text()->GetScrollThumb(wxVERTICAL) + 2 >=
                text()->GetScrollRange(wxVERTICAL);
     }
-    static void click(int id) {
-        wxCommandEvent event(wxEVT_BUTTON, id);
-        ASSERT_TRUE(window()->FindWindow(id)->IsEnabled());
-        window()->FindWindow(id)->ProcessWindowEvent(event);
+    /// Calls `act` from within the event loop of the file dialog that is opened next.
+    void whenChoosing(std::function<void(wxFileDialog&)> act) {
+        wxTheApp->CallAfter([this, act = std::move(act)] { act(*dialogs.find<wxFileDialog>()); });
     }
     static wxString clipboard() {
         wxTextDataObject data;
@@ -102,16 +71,17 @@ protected:
     test::TemporaryDirectory directory;
     String const path = directory.file("test.log");
     wxFrame* owner;
+    NestedLoops dialogs;
 };
 
-TEST_F(LogWindow, shows_what_is_appended_and_follows_the_end) {
+TEST_F(LogWindow, follows_the_end_and_keeps_the_selection_when_text_comes) {
     append(lines(1000));
     show();
-    EXPECT_TRUE(endsWith("number 999\n"));
-    EXPECT_TRUE(eventually(isAtEnd));
+    EXPECT_TRUE(eventually([] { return endsWith("number 999\n") && isAtEnd(); }));
+    text()->SetSelection(2, 6);
     append("caf\xc3\xa9\n");
-    EXPECT_TRUE(eventually([] { return endsWith(wxString::FromUTF8("caf\xc3\xa9\n")); }));
-    EXPECT_TRUE(eventually(isAtEnd));
+    EXPECT_TRUE(eventually([] { return endsWith(wxString::FromUTF8("caf\xc3\xa9\n")) && isAtEnd(); }));
+    EXPECT_EQ(text()->GetStringSelection(), "line");
     EXPECT_FALSE(hasHint());
     EXPECT_FALSE(text()->IsEditable());
 }
@@ -134,26 +104,14 @@ TEST_F(LogWindow, does_not_move_while_the_user_reads_further_up) {
     EXPECT_TRUE(eventually([] { return endsWith("last\n") && isAtEnd(); }));
 }
 
-TEST_F(LogWindow, keeps_the_selection_when_text_comes) {
-    append("one two three\n");
-    show();
-    text()->SetSelection(4, 7);
-    append("four\n");
-    EXPECT_TRUE(eventually([] { return endsWith("four\n"); }));
-    EXPECT_EQ(text()->GetStringSelection(), "two");
-}
-
 TEST_F(LogWindow, holds_a_few_mebibytes_at_most) {
     append("first\n");
     show();
     std::string const line(99, 'x');
-    for (int mebibyte = 0; mebibyte < 6; ++mebibyte) {
-        std::string piece;
-        while (piece.size() < 1 << 20)
-            piece += line + "\n";
-        append(piece);
-    }
-    append("last\n");
+    std::string much;
+    for (int i = 0; i < 60000; ++i)
+        much += line + "\n";
+    append(much + "last\n");
     ASSERT_TRUE(eventually([] { return endsWith("last\n"); }, 30));
     wxString const shown = text()->GetValue();
     EXPECT_LE(shown.length(), 4u << 20);
@@ -179,7 +137,7 @@ TEST_F(LogWindow, is_one_and_closes_with_the_window_it_was_opened_for) {
     EXPECT_TRUE(eventually([] { return windows() == 0; }));
     show();
     EXPECT_EQ(windows(), 1);
-    click(wxID_CLOSE);
+    press(*window(), wxID_CLOSE);
     EXPECT_EQ(windows(), 0);
     show(); // at once, while the last one is on its way out
     EXPECT_EQ(windows(), 1);
@@ -190,7 +148,7 @@ TEST_F(LogWindow, is_one_and_closes_with_the_window_it_was_opened_for) {
 TEST_F(LogWindow, copies_the_selection_or_else_everything) {
     append("one two\n");
     show();
-    click(wxID_COPY);
+    press(*window(), wxID_COPY);
     EXPECT_EQ(clipboard(), "one two\n");
     text()->SetSelection(4, 7);
     wxUIActionSimulator().Char('C', wxMOD_CONTROL);
@@ -200,17 +158,17 @@ TEST_F(LogWindow, copies_the_selection_or_else_everything) {
 TEST_F(LogWindow, saves_the_whole_file_and_tells_when_it_cannot) {
     append("bytes \xff\n" + lines(50000)); // more than is shown
     show();
-    Dialogs dialogs;
+    MessageBoxes messages;
+    messages.Register();
     auto const saveAs = [&](String const& destination) {
-        dialogs.messages = 0;
-        dialogs.onFileDialog = [&](wxFileDialog& chooser) {
-            wxString const chosen(destination.str());
+        messages.texts.clear();
+        whenChoosing([chosen = wxString(destination.str())](wxFileDialog& chooser) {
             chooser.SetPath(chosen);
             EXPECT_TRUE(eventually([&] { return chooser.GetPath() == chosen; })) << chooser.GetPath();
             chooser.EndModal(wxID_OK);
-        };
-        click(wxID_SAVE);
-        return dialogs.messages == 0;
+        });
+        press(*window(), wxID_SAVE);
+        return messages.texts.empty();
     };
     EXPECT_TRUE(saveAs(directory.file("copy")));
     std::string const saved = test::readFile(path);
@@ -233,9 +191,8 @@ TEST_F(LogWindow, lives_with_modal_dialogs_and_goes_when_its_file_dialog_has_clo
     });
     dialog.ShowModal();
     EXPECT_EQ(windows(), 1);
-    Dialogs dialogs;
-    dialogs.onFileDialog = [&](wxFileDialog&) { std::exchange(owner, nullptr)->Destroy(); };
-    click(wxID_SAVE); // comes back because the window ends its dialog
+    whenChoosing([&](wxFileDialog&) { std::exchange(owner, nullptr)->Destroy(); });
+    press(*window(), wxID_SAVE); // comes back because the window ends its dialog
     EXPECT_EQ(windows(), 0);
 }
 

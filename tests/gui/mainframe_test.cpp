@@ -1,16 +1,18 @@
 #include "tarvikclient/gui/mainframe.h"
 
 #include "client/fakegateway.h"
-#include "gui/framefixture.h"
 #include "gui/traymanager.h"
+#include "gui/windowtest.h"
 #include "support/logcapture.h"
 #include "tarvikclient/gui/configurationdialog.h"
 #include "tarvikclient/gui/connectionerrordialog.h"
 #include "tarvikclient/gui/conversion.h"
 #include "tarvikclient/gui/notificationpanel.h"
 
-#include <wx/msgdlg.h>
+#include <gtest/gtest.h>
+#include <wx/menu.h>
 #include <wx/textctrl.h>
+#include <wx/weakref.h>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -22,30 +24,45 @@ namespace quillon {
 
 namespace {
 
-/// Sees every modal dialog before it is shown, and answers the message boxes in the user's place.
-class Dialogs final : public wxModalDialogHook {
-public:
-    int errors = 0;
-    wxString message;
-    int answer = wxID_OK;
-
-private:
-    int Enter(wxDialog* dialog) override {
-        errors += dynamic_cast<TarvikClientConnectionErrorDialog*>(dialog) ? 1 : 0;
-        auto* const box = dynamic_cast<wxMessageDialog*>(dialog);
-        if (!box)
-            return wxID_NONE;
-        message = box->GetMessage();
-        return answer;
-    }
-};
-
-class MainFrame : public FrameTest {
+/// A main frame with a real client, a home of its own and a gateway that the settings there trust.
+class MainFrame : public testing::Test {
 protected:
-    void makeFrame() {
-        FrameTest::makeFrame();
+    MainFrame() {
+        setenv("HOME", m_home.path().c_str(), 1);
+        std::filesystem::create_directory(data);
+        test::writeFile(settings, oldSettings);
+    }
+    void SetUp() override {
+        makeFrame();
         // After the frame's own hook, so that it comes first: a box that it answers is not shown to anybody.
         dialogs.Register();
+    }
+    ~MainFrame() override {
+        if (frame)
+            frame->Close(true);
+        EXPECT_TRUE(goes());
+        EXPECT_EQ(mainhiddenframe, nullptr);
+        std::filesystem::current_path("/"); // the client had made the home's directory the current one
+    }
+
+    void makeFrame() { frame = mainhiddenframe = new TarvikMainFrame(nullptr, wxID_ANY, "test"); }
+    bool isGone() const { return !frame; }
+    /// Lets events happen until the frame is gone.
+    bool goes(double seconds = 10) {
+        return eventually([this] { return isGone(); }, seconds);
+    }
+    /// As the client's thread would.
+    void notify(ClientNotifyId id, int number, wxString const& text = wxString()) {
+        auto* const event = new wxThreadEvent(EVT_TYPE_CLIENTNOTIFY, id);
+        event->SetInt(number);
+        event->SetString(text);
+        wxQueueEvent(frame, event);
+    }
+    /// Starts a session and awaits its first request.
+    void start() {
+        auto const before = gateway.server().requests().size();
+        frame->start(quillonToWxString(gateway.launchUrl()));
+        ASSERT_TRUE(gateway.server().awaitRequests(before + 1));
     }
     TarvikClientNotificationPanel* panel() {
         for (wxWindow* const window : wxTopLevelWindows)
@@ -64,82 +81,56 @@ protected:
         frame->showConfigurationDialogModal(nullptr);
     }
 
-    Dialogs dialogs;
+    test::TemporaryDirectory m_home;
+    test::FakeGateway gateway;
+    std::string const data = m_home.path() + "/.Tarvik";
+    String const settings = m_home.file(".Tarvik/tarvikclient.xml");
+    std::string const oldSettings =
+        "<tarvikclient><proxy><credentials><login>old</login><password>p</password></credentials></proxy>"
+        "<sslcertignoredomains><domains>" +
+        gateway.server().authority() + "</domains></sslcertignoredomains></tarvikclient>";
+    wxWeakRef<TarvikMainFrame> frame;
+    MessageBoxes dialogs;
 };
-
-constexpr char oldSettings[] = "<tarvikclient><proxy><credentials><login>old</login><password>p</password>"
-                               "</credentials></proxy></tarvikclient>";
 
 } // namespace
 
-TEST_F(MainFrame, ARefusedConnectionMayBeRetriedAndThenLeft) {
-    std::string const authority = SilentListener().authority();
-    makeFrame();
-    whenModal([](wxDialog& first) {
-        press(first, "Retry");
-        whenModal([](wxDialog& second) { press(second, "Quit"); });
-    });
-    startOn(authority);
-    EXPECT_TRUE(goes());
-    EXPECT_EQ(dialogs.errors, 2);
-}
-
-TEST_F(MainFrame, AConnectionErrorClosedFromItsTitleBarChangesNothing) {
-    std::string const authority = SilentListener().authority();
-    makeFrame();
+TEST_F(MainFrame, a_connection_error_closed_from_its_title_bar_changes_nothing) {
     bool closed = false;
     whenModal([&](wxDialog& dialog) { closed = dialog.Close(); });
-    startOn(authority);
+    frame->start("tarvik://me@127.0.0.1:1/start"); // refused
     ASSERT_TRUE(eventually([&] { return closed && !openModalDialog(); }));
     EXPECT_FALSE(goes(0.5));
     frame->stop();
     EXPECT_TRUE(goes());
-    EXPECT_EQ(dialogs.errors, 1);
+    EXPECT_EQ(dialogs.otherDialogs, 1);
 }
 
-TEST_F(MainFrame, ASessionThatHangsInItsFirstRequestEndsSoonAfterStop) {
-    SilentListener const gateway;
-    makeFrame();
-    startOn(gateway.authority());
-    ASSERT_TRUE(eventually([&] { return gateway.hasCaller(); }));
-    frame->stop();
-    EXPECT_TRUE(goes(4));
-    EXPECT_EQ(dialogs.errors, 0);
-}
-
-TEST_F(MainFrame, ACloseRequestIsRefusedWhileTheSessionRunsAndEndsIt) {
-    SilentListener const gateway;
-    makeFrame();
-    startOn(gateway.authority());
-    ASSERT_TRUE(eventually([&] { return gateway.hasCaller(); }));
-    EXPECT_FALSE(frame->Close());
-    EXPECT_TRUE(goes(4));
-}
-
-TEST_F(MainFrame, AForcedCloseTakesARunningSessionWithIt) {
-    SilentListener const gateway;
-    makeFrame();
-    startOn(gateway.authority());
-    ASSERT_TRUE(eventually([&] { return gateway.hasCaller(); }));
-    EXPECT_TRUE(frame->Close(true));
-    EXPECT_TRUE(goes(4));
+TEST_F(MainFrame, a_session_that_hangs_in_its_first_request_ends_soon_however_the_user_leaves) {
+    gateway.serve("/mediation", silent(test::Reply::hold));
+    std::function<void()> const ways[] = {
+        [&] { frame->stop(); },
+        [&] { EXPECT_FALSE(frame->Close()) << "refused while the session runs"; },
+        [&] { EXPECT_TRUE(frame->Close(true)); },
+    };
+    for (auto const& leave : ways) {
+        start();
+        leave();
+        EXPECT_TRUE(goes(4));
+        makeFrame();
+    }
+    EXPECT_EQ(dialogs.otherDialogs, 0);
 }
 
 // A named pipe where the module's archive belongs keeps the session in a call that nothing cuts off, until
 // the other end is opened.
-TEST_F(MainFrame, ASessionThatCannotBeEndedIsLeftBehindUnharmed) {
-    test::FakeGateway gateway;
+TEST_F(MainFrame, a_session_that_cannot_be_ended_is_left_behind_unharmed) {
     gateway.serveResult(gateway.pluginConfiguration());
-    test::writeFile(settings(), "<tarvikclient><sslcertignoredomains><domains>" +
-                                    gateway.server().authority() +
-                                    "</domains></sslcertignoredomains></tarvikclient>");
-    std::string const pipe = m_home.path() + "/.Tarvik/Plugin/module.zip";
-    std::filesystem::create_directory(m_home.path() + "/.Tarvik/Plugin");
+    std::string const pipe = data + "/Plugin/module.zip";
+    std::filesystem::create_directory(data + "/Plugin");
     ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
-    makeFrame();
     test::LogCapture const log;
-    frame->start(quillonToWxString(gateway.launchUrl()));
-    ASSERT_TRUE(gateway.server().awaitRequests(1));
+    start();
     EXPECT_FALSE(goes(1)) << "the session has not got to the pipe";
     frame->Close(true);
     EXPECT_TRUE(goes());
@@ -152,8 +143,7 @@ TEST_F(MainFrame, ASessionThatCannotBeEndedIsLeftBehindUnharmed) {
     EXPECT_TRUE(Thread::waitAllThread(10000));
 }
 
-TEST_F(MainFrame, AFinishedSessionWaitsForAnOpenDialog) {
-    makeFrame();
+TEST_F(MainFrame, a_finished_session_waits_for_an_open_dialog) {
     bool survived = false;
     whenModal([&](wxDialog& dialog) {
         notify(CLIENTNOTIFY_STATUS, STATUS_FINISHED);
@@ -167,19 +157,17 @@ TEST_F(MainFrame, AFinishedSessionWaitsForAnOpenDialog) {
     EXPECT_TRUE(goes());
 }
 
-TEST_F(MainFrame, AFinishedSessionWaitsForAnOpenMenu) {
-    makeFrame();
+TEST_F(MainFrame, a_finished_session_waits_for_an_open_menu) {
     {
-        MenuLoop const menu;
+        wxMenu menu;
+        MenuLoop const loop(menu);
         notify(CLIENTNOTIFY_STATUS, STATUS_FINISHED);
         EXPECT_FALSE(goes(0.5));
     }
     EXPECT_TRUE(goes());
 }
 
-TEST_F(MainFrame, StopEndsTheDialogsThatAreOpenAndSavesNothing) {
-    test::writeFile(settings(), oldSettings);
-    makeFrame();
+TEST_F(MainFrame, stop_ends_the_dialogs_that_are_open_and_saves_nothing) {
     bool onTop = false;
     whenModal([&](wxDialog& error) {
         whenModal([&](wxDialog& top) {
@@ -192,17 +180,16 @@ TEST_F(MainFrame, StopEndsTheDialogsThatAreOpenAndSavesNothing) {
     notify(CLIENTNOTIFY_CONNECT_ERROR, 0, "Code: 7");
     EXPECT_TRUE(goes());
     EXPECT_TRUE(onTop);
-    EXPECT_EQ(dialogs.errors, 1);
-    EXPECT_EQ(test::readFile(settings()), oldSettings);
+    EXPECT_EQ(dialogs.otherDialogs, 2);
+    EXPECT_EQ(test::readFile(settings), oldSettings);
 }
 
-TEST_F(MainFrame, ASecondConnectionErrorOpensNoSecondDialog) {
-    makeFrame();
+TEST_F(MainFrame, a_second_connection_error_opens_no_second_dialog) {
     bool together = false;
     whenModal([&](wxDialog& dialog) {
         notify(CLIENTNOTIFY_CONNECT_ERROR, 0, "Code: 28");
         eventually([] { return wxWindow::FindWindowByLabel("Code: 28") != nullptr; });
-        together = dialogs.errors == 1 && openModalDialog() == &dialog;
+        together = dialogs.otherDialogs == 1 && openModalDialog() == &dialog;
         press(dialog, wxID_EXIT);
     });
     notify(CLIENTNOTIFY_CONNECT_ERROR, 0, "Code: 7");
@@ -210,16 +197,14 @@ TEST_F(MainFrame, ASecondConnectionErrorOpensNoSecondDialog) {
     EXPECT_TRUE(together);
 }
 
-TEST_F(MainFrame, AFatalErrorEndsTheProgramWhateverIsOpen) {
-    makeFrame();
+TEST_F(MainFrame, a_fatal_error_ends_the_program_whatever_is_open) {
     whenModal([&](wxDialog&) { notify(CLIENTNOTIFY_FATAL_ERROR, 0, "not for the user"); });
     frame->showAbout();
     EXPECT_TRUE(goes());
-    EXPECT_EQ(dialogs.message, "UNKNOWN_ERROR_HAS_OCCURED");
+    EXPECT_EQ(dialogs.texts, std::vector<wxString>{"UNKNOWN_ERROR_HAS_OCCURED"});
 }
 
-TEST_F(MainFrame, StopEndsAMessageBoxToo) {
-    makeFrame();
+TEST_F(MainFrame, stop_ends_a_message_box_too) {
     dialogs.answer = wxID_NONE; // shown
     notify(CLIENTNOTIFY_FATAL_ERROR, 0);
     wxTimer user;
@@ -228,27 +213,26 @@ TEST_F(MainFrame, StopEndsAMessageBoxToo) {
     EXPECT_TRUE(goes());
 }
 
-TEST_F(MainFrame, OnlyConfirmedSettingsAreSaved) {
-    test::writeFile(settings(), oldSettings);
-    makeFrame();
+TEST_F(MainFrame, only_confirmed_settings_are_saved_and_a_failure_is_told_and_keeps_the_file) {
     editAndPress(wxID_CANCEL);
-    EXPECT_EQ(test::readFile(settings()), oldSettings);
+    EXPECT_EQ(test::readFile(settings), oldSettings);
+    std::filesystem::create_directory(data + "/tarvikclient.xml.new"); // in the way
     editAndPress(wxID_OK);
-    EXPECT_NE(test::readFile(settings()).find("<login>edited</login>"), std::string::npos);
+    ASSERT_EQ(dialogs.texts.size(), 1u);
+    EXPECT_TRUE(dialogs.texts[0].StartsWith("SETTINGS_NOT_SAVED ")) << dialogs.texts[0];
+    EXPECT_EQ(test::readFile(settings), oldSettings);
+    std::filesystem::remove(data + "/tarvikclient.xml.new");
+    editAndPress(wxID_OK);
+    EXPECT_NE(test::readFile(settings).find("<login>edited</login>"), std::string::npos);
 }
 
-TEST_F(MainFrame, SettingsThatCannotBeSavedAreToldAndTheFileIsKept) {
-    test::writeFile(settings(), oldSettings);
-    std::filesystem::create_directory(m_home.path() + "/.Tarvik/tarvikclient.xml.new"); // in the way
-    makeFrame();
-    editAndPress(wxID_OK);
-    EXPECT_TRUE(dialogs.message.StartsWith("SETTINGS_NOT_SAVED ")) << dialogs.message;
-    EXPECT_EQ(test::readFile(settings()), oldSettings);
-}
-
-TEST_F(MainFrame, OnlyAHostCheckRemovesTheIcon) {
+/// On a desktop with a system tray.
+class MainFrameInATray : public MainFrame {
+protected:
     test::TrayManager tray;
-    makeFrame();
+};
+
+TEST_F(MainFrameInATray, only_a_host_check_removes_the_icon) {
     ASSERT_TRUE(eventually([&] { return tray.hasIcon(); }));
     EXPECT_FALSE(panel()->IsShown());
     for (int const type : {CLIENT_TYPE_PLUGINDLL, CLIENT_TYPE_PLUGINDLL_NOTUNNEL})
@@ -258,8 +242,7 @@ TEST_F(MainFrame, OnlyAHostCheckRemovesTheIcon) {
     EXPECT_TRUE(eventually([&] { return !tray.hasIcon(); }));
 }
 
-TEST_F(MainFrame, ThePanelKeepsTheMenuWhereThereIsNoOtherPlaceForIt) {
-    makeFrame();
+TEST_F(MainFrame, the_panel_keeps_the_menu_where_there_is_no_other_place_for_it) {
     ASSERT_TRUE(eventually([&] { return panel()->IsShown(); }));
     notify(CLIENTNOTIFY_DISPATCH, CLIENT_TYPE_HOSTCHECKER);
     notify(CLIENTNOTIFY_VPN_STATUS, 0, "connected");

@@ -6,7 +6,7 @@ namespace quillon {
 
 using Step = Quitting::Step;
 
-TEST(Quitting, goesFurtherEachTimeASessionDoesNotEnd) {
+TEST(Quitting, goes_further_each_time_a_session_does_not_end) {
     struct Case {
         bool atWork;
         std::chrono::seconds cut; // after the start

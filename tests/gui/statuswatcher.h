@@ -1,11 +1,13 @@
-// A session bus of the test's own, and on it a desktop's side of StatusNotifierItems.
+// A session bus of the test's own, and on it a desktop's side of StatusNotifierItems and notifications.
 #pragma once
 
 #include "support/temporarydirectory.h"
 
+#include <gio/gio.h>
+
+#include <functional>
 #include <memory>
 #include <string>
-#include <vector>
 
 namespace quillon::test {
 
@@ -18,60 +20,61 @@ public:
     SessionBus(SessionBus const&) = delete;
     SessionBus& operator=(SessionBus const&) = delete;
 
-    std::string const& address() const { return m_address; }
     /// Stops the daemon's process without ending it, or lets it go on: a bus that hangs.
     void freeze(bool frozen);
     void end();
 
 private:
     TemporaryDirectory m_directory;
-    std::string m_address;
     int m_process = 0;
 };
 
-/// Owns the watcher's name as long as it lives, and looks at the last item that was registered as a host
-/// would, through a connection of its own. The operations run the application's events until the item has
-/// answered; they throw std::runtime_error when it does not.
+/// Unreferences what GLib has made.
+struct Unref {
+    void operator()(GVariant* value) const { g_variant_unref(value); }
+    void operator()(GDBusConnection* bus) const { g_object_unref(bus); }
+};
+using Variant = std::unique_ptr<GVariant, Unref>;
+
+/// Owns a name on the session bus as long as it lives, through a connection of its own.
+class Service {
+public:
+    /// Gets the sender and the parameters of each call, and returns the answer; null is an empty one.
+    using Handler = std::function<GVariant*(char const* sender, GVariant* parameters)>;
+
+    /// `description` is the interface of the one object.
+    Service(char const* name, char const* path, char const* description, Handler handler);
+    ~Service();
+    Service(Service const&) = delete;
+    Service& operator=(Service const&) = delete;
+
+    GDBusConnection* bus() const { return m_bus.get(); }
+
+private:
+    Handler m_handler;
+    std::unique_ptr<GDBusConnection, Unref> m_bus;
+    guint m_name;
+};
+
+/// The watcher, which looks at the last item that was registered as a host would. The operations run the
+/// application's events until the item has answered; they throw std::runtime_error when it does not.
 class StatusWatcher {
 public:
-    explicit StatusWatcher(SessionBus const& bus);
-    ~StatusWatcher();
-    StatusWatcher(StatusWatcher const&) = delete;
-    StatusWatcher& operator=(StatusWatcher const&) = delete;
+    StatusWatcher();
 
-    bool hasItem() const;
+    bool hasItem() const { return !m_path.empty(); }
     /// A property of the item, as text.
-    std::string property(std::string const& name);
-    /// The labels of the item's menu without their mnemonics; "-" for a separator.
-    std::vector<std::string> labels();
-    /// Chooses an entry, as a host does when it is clicked.
+    std::string property(char const* name);
+    /// Chooses a menu entry by its label, in which "_" marks a letter, as a host does when it is clicked.
     void click(std::string const& label);
 
 private:
-    class Host;
-    std::unique_ptr<Host> m_host;
-};
+    Variant call(std::string const& path, char const* interface, char const* method, GVariant* parameters);
+    Variant callMenu(char const* method, GVariant* parameters);
 
-/// The desktop's notification service. As long as it lives; keeps what it was told.
-class NotificationService {
-public:
-    struct Message {
-        unsigned replaces; ///< number of the message that this one takes the place of, or 0
-        std::string title;
-        std::string text;
-    };
-
-    explicit NotificationService(SessionBus const& bus);
-    ~NotificationService();
-    NotificationService(NotificationService const&) = delete;
-    NotificationService& operator=(NotificationService const&) = delete;
-
-    /// What has come so far; messages are numbered from 1 on.
-    std::vector<Message> const& messages() const;
-
-private:
-    class Daemon;
-    std::unique_ptr<Daemon> m_daemon;
+    Service m_service;
+    std::string m_sender;
+    std::string m_path;
 };
 
 } // namespace quillon::test

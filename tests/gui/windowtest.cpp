@@ -2,14 +2,11 @@
 
 #include <gtest/gtest.h>
 #include <wx/app.h>
-#include <wx/dialog.h>
-#include <wx/evtloop.h>
+#include <wx/msgdlg.h>
 #include <wx/stopwatch.h>
 #include <wx/timer.h>
 #include <wx/uiaction.h>
 #include <wx/utils.h>
-
-#include <memory>
 
 namespace quillon {
 
@@ -47,23 +44,6 @@ private:
     int m_result = 1;
 };
 
-class ModalWaiter final : public wxTimer {
-public:
-    explicit ModalWaiter(std::function<void(wxDialog&)> act) : m_act(std::move(act)) { Start(20); }
-    void Notify() override {
-        wxDialog* const dialog = openModalDialog();
-        if (!dialog || !dialog->IsShownOnScreen())
-            return;
-        Stop();
-        auto const act = std::move(m_act);
-        wxTheApp->CallAfter([this] { delete this; });
-        act(*dialog);
-    }
-
-private:
-    std::function<void(wxDialog&)> m_act;
-};
-
 void send(wxWindow* button) {
     if (!button)
         return;
@@ -94,7 +74,16 @@ bool eventually(std::function<bool()> const& condition, double seconds) {
 }
 
 void whenModal(std::function<void(wxDialog&)> act) {
-    new ModalWaiter(std::move(act));
+    auto* const timer = new wxTimer;
+    timer->Bind(wxEVT_TIMER, [timer, act = std::move(act)](wxTimerEvent&) {
+        wxDialog* const dialog = openModalDialog();
+        if (!dialog || !dialog->IsShownOnScreen())
+            return;
+        timer->Stop();
+        act(*dialog);
+        wxTheApp->CallAfter([timer] { delete timer; });
+    });
+    timer->Start(20);
 }
 
 void press(wxWindow& window, int id) {
@@ -110,6 +99,14 @@ void clickOn(wxWindow& window, int mouseButton) {
     wxPoint const middle(window.GetSize().x / 2, window.GetSize().y / 2);
     mouse.MouseMove(window.ClientToScreen(middle));
     mouse.MouseClick(mouseButton);
+}
+
+int MessageBoxes::Enter(wxDialog* dialog) {
+    auto* const box = dynamic_cast<wxMessageDialog*>(dialog);
+    if (!box)
+        return ++otherDialogs, wxID_NONE;
+    texts.push_back(box->GetMessage());
+    return answer;
 }
 
 } // namespace quillon

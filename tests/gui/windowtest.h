@@ -1,10 +1,11 @@
 // A wxWidgets application for tests that need windows, and what such tests have in common.
 #pragma once
 
-#include <functional>
+#include <wx/dialog.h>
+#include <wx/modalhook.h>
 
-class wxDialog;
-class wxWindow;
+#include <functional>
+#include <vector>
 
 namespace quillon {
 
@@ -24,5 +25,16 @@ void press(wxWindow& window, char const* label);
 
 /// Moves the mouse to the middle of a window, which must be visible, and clicks.
 void clickOn(wxWindow& window, int mouseButton);
+
+/// Answers message boxes in the user's place, from Register() on, and counts the other modal dialogs.
+class MessageBoxes final : public wxModalDialogHook {
+public:
+    int answer = wxID_OK; ///< wxID_NONE to have them shown
+    std::vector<wxString> texts;
+    int otherDialogs = 0;
+
+private:
+    int Enter(wxDialog* dialog) override;
+};
 
 } // namespace quillon
