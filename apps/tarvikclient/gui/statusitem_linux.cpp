@@ -110,12 +110,11 @@ NotifierWatch::~NotifierWatch() = default;
 class StatusItem::Native {
 public:
     explicit Native(TarvikSystrayIcon& icon) : m_menu(icon.CreatePopupMenu()), m_item(newItem()) {
-        // What is chosen may open a dialog, and while that is open the item may go. So the choice is carried
-        // out once the menu, which goes with the item, has been left.
-        m_chosen.Bind(wxEVT_MENU, [&icon](wxCommandEvent& event) {
-            icon.QueueEvent(new wxCommandEvent(wxEVT_MENU, event.GetId()));
-        });
-        m_menu->SetEventHandler(&m_chosen);
+        // wxWidgets drops what is chosen while a modal dialog is open, and the way to stop has to work then:
+        // GTK is listened to instead.
+        m_menu->SetEventHandler(&m_unheard);
+        for (wxMenuItem const* const entry : m_menu->GetMenuItems())
+            listenTo(entry->GetMenuItem(), entry->GetId(), icon);
         app_indicator_set_menu(m_item, GTK_MENU(m_menu->m_menu));
         app_indicator_set_status(m_item, APP_INDICATOR_STATUS_ACTIVE);
     }
@@ -126,7 +125,24 @@ public:
     void hide() { app_indicator_set_status(m_item, APP_INDICATOR_STATUS_PASSIVE); }
 
 private:
-    wxEvtHandler m_chosen;
+    struct Choice {
+        TarvikSystrayIcon& icon;
+        int id;
+    };
+
+    static void listenTo(GtkWidget* entry, int id, TarvikSystrayIcon& icon) {
+        g_signal_connect_data(
+            entry, "activate", G_CALLBACK(chosen), new Choice{icon, id},
+            [](gpointer choice, GClosure*) { delete static_cast<Choice*>(choice); }, GConnectFlags{});
+    }
+    // It may open a dialog, and while that is open the item may go. So the choice is carried out once the
+    // menu, which goes with the item, has been left.
+    static void chosen(GtkWidget*, gpointer data) {
+        auto const& [icon, id] = *static_cast<Choice const*>(data);
+        icon.QueueEvent(new wxCommandEvent(wxEVT_MENU, id));
+    }
+
+    wxEvtHandler m_unheard;
     std::unique_ptr<wxMenu> m_menu;
     AppIndicator* m_item;
 };
