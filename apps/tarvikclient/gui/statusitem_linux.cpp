@@ -1,5 +1,6 @@
 #include "tarvikclient/gui/statusitem.h"
 
+#include "base/log.h"
 #include "tarvikclient/gui/systray.h"
 
 #include <gdk/gdkx.h>
@@ -7,6 +8,7 @@
 #include <wx/filename.h>
 #include <wx/menu.h>
 #include <wx/stdpaths.h>
+#include <wx/timer.h>
 
 #include <optional>
 
@@ -107,9 +109,12 @@ NotifierWatch::NotifierWatch(Listener listener)
 
 NotifierWatch::~NotifierWatch() = default;
 
-class StatusItem::Native {
+namespace {
+
+/// One item on the bus, with a menu of its own.
+class MenuOnBus {
 public:
-    explicit Native(TarvikSystrayIcon& icon) : m_menu(icon.CreatePopupMenu()), m_item(newItem()) {
+    explicit MenuOnBus(TarvikSystrayIcon& icon) : m_menu(icon.CreatePopupMenu()), m_item(newItem()) {
         // wxWidgets drops what is chosen while a modal dialog is open, and the way to stop has to work then:
         // GTK is listened to instead.
         m_menu->SetEventHandler(&m_unheard);
@@ -118,11 +123,21 @@ public:
         app_indicator_set_menu(m_item, GTK_MENU(m_menu->m_menu));
         app_indicator_set_status(m_item, APP_INDICATOR_STATUS_ACTIVE);
     }
-    ~Native() { g_object_unref(m_item); }
-    Native(Native const&) = delete;
-    Native& operator=(Native const&) = delete;
+    ~MenuOnBus() {
+        // Takes it off the bus even where the library has lost count of its references, because the next item
+        // has the same name there.
+        g_object_run_dispose(G_OBJECT(m_item));
+        g_object_unref(m_item);
+    }
+    MenuOnBus(MenuOnBus const&) = delete;
+    MenuOnBus& operator=(MenuOnBus const&) = delete;
 
     void hide() { app_indicator_set_status(m_item, APP_INDICATOR_STATUS_PASSIVE); }
+    bool hasWatcher() const {
+        gboolean connected = FALSE;
+        g_object_get(m_item, "connected", &connected, nullptr);
+        return connected;
+    }
 
 private:
     struct Choice {
@@ -145,6 +160,43 @@ private:
     wxEvtHandler m_unheard;
     std::unique_ptr<wxMenu> m_menu;
     AppIndicator* m_item;
+};
+
+} // namespace
+
+/// Keeps the item on the bus. The library asks for its bus connection and for the watcher at once, and where
+/// the watcher's answer comes first (a busy machine is enough) it has no connection to register with and
+/// never tries again. Such an item is replaced by a new one.
+class StatusItem::Native {
+public:
+    explicit Native(TarvikSystrayIcon& icon) : m_icon(icon) {
+        m_check.Bind(wxEVT_TIMER, [this](wxTimerEvent&) { check(); });
+        put();
+    }
+
+    void hide() {
+        m_check.Stop();
+        m_menu->hide();
+    }
+
+private:
+    /// Milliseconds in which a watcher is found where there is one.
+    static constexpr int settled = 1000;
+
+    void put() {
+        m_menu.emplace(m_icon);
+        m_check.StartOnce(settled);
+    }
+    void check() {
+        if (!m_menu->hasWatcher()) {
+            log(TRACE, "StatusItem", "check", "the item found no watcher and is put on the bus again");
+            put();
+        }
+    }
+
+    TarvikSystrayIcon& m_icon;
+    std::optional<MenuOnBus> m_menu;
+    wxTimer m_check;
 };
 
 StatusItem::StatusItem(TarvikSystrayIcon& icon) : m_native(std::make_unique<Native>(icon)) {}
