@@ -72,7 +72,7 @@ void TarvikClientConfigurationDialog::addCertIgnoreDomain(wxCommandEvent&) {
     if (!edit.addDomain(certIgnoreDomain->GetValue()))
         return;
     if (edit.domains.size() > known)
-        certIgnoreDomainList->Append(edit.domains.Last());
+        certIgnoreDomainList->EnsureVisible(certIgnoreDomainList->Append(edit.domains.Last()));
     certIgnoreDomain->Clear();
 }
 

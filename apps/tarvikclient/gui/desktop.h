@@ -3,6 +3,8 @@
 
 #include <wx/string.h>
 
+#include <functional>
+
 namespace quillon {
 
 /// Whether a window stays where the program puts it. A Wayland desktop places windows itself. Interface
@@ -12,6 +14,11 @@ bool windowsCanBePlaced();
 /// Shows a notification of the desktop's own, in place of the last one shown this way. Waits for nothing;
 /// where the desktop has no notifications, or they do not answer, nothing is shown. Interface thread only.
 void showDesktopNotification(wxString const& title, wxString const& text);
+
+/// `onLost` is called when the connection to the display breaks, which ends the process as soon as it
+/// returns. It may be called within any operation on a window, and must use none. Not every desktop tells.
+/// Interface thread only.
+void watchDisplay(std::function<void()> onLost);
 
 /// Has menus show their entries' pictures, which some desktops leave out unless told. Interface thread only.
 void showMenuPictures();

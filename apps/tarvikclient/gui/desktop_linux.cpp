@@ -3,11 +3,13 @@
 #include "base/log.h"
 
 #include <gdk/gdkwayland.h>
+#include <gdk/gdkx.h>
 #include <gio/gio.h>
 #include <gtk/gtk.h>
 
 #include <memory>
 #include <optional>
+#include <utility>
 
 namespace quillon {
 
@@ -98,6 +100,16 @@ private:
     guint32 m_shown = 0;
 };
 
+std::function<void()> g_onDisplayLost;
+XIOErrorHandler g_toolkitsHandler = nullptr;
+
+int onDisplayError(Display* display) {
+    log(ERROR, "Desktop", "onDisplayError", "the connection to the display is lost");
+    if (auto const onLost = std::exchange(g_onDisplayLost, nullptr))
+        onLost();
+    return g_toolkitsHandler(display); // ends the process
+}
+
 } // namespace
 
 bool windowsCanBePlaced() {
@@ -108,6 +120,14 @@ void showDesktopNotification(wxString const& title, wxString const& text) {
     // Lives as long as the process: an answer may come at any time.
     static Notifications& notifications = *new Notifications;
     notifications.show(title, text);
+}
+
+// On Wayland the toolkit ends the process without asking.
+void watchDisplay(std::function<void()> onLost) {
+    if (!GDK_IS_X11_DISPLAY(gdk_display_get_default()))
+        return;
+    g_onDisplayLost = std::move(onLost);
+    g_toolkitsHandler = XSetIOErrorHandler(onDisplayError);
 }
 
 void showMenuPictures() {

@@ -15,6 +15,9 @@ void showDesktopNotification(wxString const& title, wxString const& text) {
     message.Show();
 }
 
+// The windows are the process's own here.
+void watchDisplay(std::function<void()>) {}
+
 void showMenuPictures() {}
 
 } // namespace quillon

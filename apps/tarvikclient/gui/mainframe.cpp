@@ -81,6 +81,13 @@ void TarvikMainFrame::stop() {
     closeIfFree();
 }
 
+void TarvikMainFrame::stopWithoutDisplay() {
+    if (client->isRunning()) {
+        client->stop();
+        client->join(std::chrono::milliseconds(Quitting::grace).count());
+    }
+}
+
 void TarvikMainFrame::showTaskBarIcon() {
     if (!taskBarIcon)
         taskBarIcon = std::make_unique<TarvikSystrayIcon>(wxTBI_CUSTOM_STATUSITEM);

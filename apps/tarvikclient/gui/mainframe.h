@@ -28,6 +28,9 @@ public:
     /// The user wants out: ends the session, then the application. Open dialogs are cancelled. Whatever the
     /// session does, the frame is gone after Quitting's times at the latest.
     void stop();
+    /// The display has gone and the process is about to end: only the session is given its time to end. Uses
+    /// no window.
+    void stopWithoutDisplay();
     void showTaskBarIcon();
     void hideTaskBarIcon();
     /// Returns when the dialog has been closed. Where one is open already, that one is raised instead.

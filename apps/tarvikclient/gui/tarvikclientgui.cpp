@@ -6,6 +6,7 @@
 #include "tarvikclient/gui/artprovider.h"
 #include "tarvikclient/gui/clientlog.h"
 #include "tarvikclient/gui/conversion.h"
+#include "tarvikclient/gui/desktop.h"
 #include "tarvikclient/gui/language.h"
 #include "tarvikclient/gui/mainframe.h"
 #include "tarvikclient/gui/singleinstance.h"
@@ -72,6 +73,11 @@ bool TarvikClientGui::OnInit() {
     Bind(wxEVT_QUERY_END_SESSION, [](wxCloseEvent&) {});
     // At once: some desktops end the process when the handler returns.
     Bind(wxEVT_END_SESSION, [this](wxCloseEvent&) { endSession(); });
+    // What a logout comes to where the desktop ends the display and nothing else.
+    watchDisplay([] {
+        if (mainhiddenframe)
+            mainhiddenframe->stopWithoutDisplay();
+    });
     takeLaunch();
     return true;
 }
