@@ -38,11 +38,10 @@ protected:
 
 } // namespace
 
-TEST_F(Systray, the_menu_offers_everything_in_order_with_pictures_and_a_label_each) {
+TEST_F(Systray, each_entry_has_its_picture_and_a_label) {
     wxArtProvider::Push(new Pictures);
     build();
     wxArtProvider::Pop();
-    EXPECT_EQ(ids(), (std::vector<int>{10002, 10001, wxID_SEPARATOR, wxID_ABOUT, wxID_EXIT}));
     for (int const id : {10002, 10001, static_cast<int>(wxID_EXIT)})
         EXPECT_TRUE(menu->FindItem(id)->GetBitmap().IsOk()) << id;
     for (wxMenuItem const* item : menu->GetMenuItems())

@@ -1,5 +1,7 @@
 #include "gui/windowtest.h"
 
+#include "tarvikclient/gui/artprovider.h"
+
 #include <gtest/gtest.h>
 #include <wx/app.h>
 #include <wx/msgdlg.h>
@@ -99,6 +101,11 @@ void clickOn(wxWindow& window, int mouseButton) {
     wxPoint const middle(window.GetSize().x / 2, window.GetSize().y / 2);
     mouse.MouseMove(window.ClientToScreen(middle));
     mouse.MouseClick(mouseButton);
+}
+
+void usePictures() {
+    TarvikClientArtProvider::init();
+    wxArtProvider::Push(new TarvikClientArtProvider);
 }
 
 int MessageBoxes::Enter(wxDialog* dialog) {

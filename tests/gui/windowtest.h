@@ -26,6 +26,9 @@ void press(wxWindow& window, char const* label);
 /// Moves the mouse to the middle of a window, which must be visible, and clicks.
 void clickOn(wxWindow& window, int mouseButton);
 
+/// Installs the program's own pictures, which a tray icon needs.
+void usePictures();
+
 /// Answers message boxes in the user's place, from Register() on, and counts the other modal dialogs.
 class MessageBoxes final : public wxModalDialogHook {
 public:

@@ -6,7 +6,6 @@
 #include <wx/log.h>
 #include <wx/stdpaths.h>
 
-#include <algorithm>
 #include <cstdio>
 
 namespace quillon {
@@ -76,12 +75,10 @@ wxIconBundle logoIcons() {
     return bundle;
 }
 
-/// An icon that shows nothing.
-wxIcon transparentIcon() {
+/// Something to click on in the tray where the logo is missing: a plain square.
+wxIcon plainIcon() {
     wxImage image(smallLogo, smallLogo);
-    image.InitAlpha();
-    std::fill_n(image.GetAlpha(), smallLogo * smallLogo,
-                static_cast<unsigned char>(wxIMAGE_ALPHA_TRANSPARENT));
+    image.SetRGB(wxRect(image.GetSize()), 0x6e, 0x7c, 0x8c); // shows on light and on dark
     wxIcon icon;
     icon.CopyFromBitmap(wxBitmap(image));
     return icon;
@@ -141,7 +138,7 @@ wxIconBundle TarvikClientArtProvider::CreateIconBundle(wxArtID const& id, wxArtC
     wxIconBundle bundle = logoIcons();
     // Given no icon, the toolkit would complain in a message box.
     if (bundle.IsEmpty())
-        bundle.AddIcon(transparentIcon());
+        bundle.AddIcon(plainIcon());
     return bundle;
 }
 

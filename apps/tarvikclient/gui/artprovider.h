@@ -7,7 +7,7 @@ namespace quillon {
 
 /// Answers "tarvik-config", "tarvik-stop", "tarvik-logs", "tarvik-vpn", "tarvik-plugin" and "tarvik-logo"
 /// from the files of the image directory. Any other name, and a picture whose file is missing, is left to the
-/// next provider, but for the icons of "tarvik-logo", which are transparent then. Interface thread only.
+/// next provider, but for the icons of "tarvik-logo", which are a plain square then. Interface thread only.
 class TarvikClientArtProvider : public wxArtProvider {
 public:
     /// Registers the image formats that the provider reads; called once, before the first picture is wanted.

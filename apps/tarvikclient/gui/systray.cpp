@@ -2,10 +2,12 @@
 
 #include "tarvikclient/gui/desktop.h"
 #include "tarvikclient/gui/mainframe.h"
+#include "tarvikclient/gui/menuentries.h"
 #include "tarvikclient/gui/nestedloops.h"
 #include "tarvikclient/gui/statusitem.h"
 
 #include <wx/artprov.h>
+#include <wx/intl.h>
 #include <wx/menu.h>
 
 #include <memory>
@@ -14,10 +16,12 @@ namespace quillon {
 
 namespace {
 
-void append(wxMenu& menu, int id, wxString const& label, wxString const& art) {
-    auto item = std::make_unique<wxMenuItem>(&menu, id, label);
-    if (wxBitmap const picture = wxArtProvider::GetBitmap(art, wxART_OTHER); picture.IsOk())
-        item->SetBitmap(picture);
+void append(wxMenu& menu, MenuEntry const& entry) {
+    wxString const label = entry.key ? wxGetTranslation(entry.key) : wxString();
+    auto item = std::make_unique<wxMenuItem>(&menu, entry.id, label);
+    if (entry.art)
+        if (wxBitmap const picture = wxArtProvider::GetBitmap(entry.art, wxART_OTHER); picture.IsOk())
+            item->SetBitmap(picture);
     menu.Append(item.release());
 }
 
@@ -40,14 +44,8 @@ wxMenu* TarvikSystrayIcon::CreatePopupMenu() {
     auto menu = std::make_unique<wxMenu>();
     // Without this only a menu that the tray pops up would find its way here.
     menu->SetEventHandler(this);
-    // TRANSLATORS: entry of the status icon's menu: opens the settings
-    append(*menu, menuSettings, _("MENU_SETTINGS"), "tarvik-config");
-    // TRANSLATORS: entry of the status icon's menu: shows the log file
-    append(*menu, menuLogs, _("MENU_LOGS"), "tarvik-logs");
-    menu->AppendSeparator();
-    menu->Append(wxID_ABOUT);
-    if (isStatusItem(*this))
-        append(*menu, wxID_EXIT, wxString(), "tarvik-stop");
+    for (MenuEntry const& entry : menuEntries(isStatusItem(*this)))
+        append(*menu, entry);
     return menu.release();
 }
 
