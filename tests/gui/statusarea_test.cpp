@@ -32,7 +32,10 @@ constexpr char notificationInterface[] = R"(<node><interface name="org.freedeskt
 /// A desktop with a session bus, on which there is nothing at first.
 class StatusDesktop : public testing::Test {
 protected:
-    static void SetUpTestSuite() { bus.emplace(); }
+    static void SetUpTestSuite() {
+        bus.emplace();
+        usePictures();
+    }
     static void TearDownTestSuite() { bus.reset(); }
 
     StatusDesktop() {
@@ -93,14 +96,15 @@ TEST(StatusArea, a_bare_desktop_is_recognised_at_once_and_leaves_the_menu_to_the
     EXPECT_TRUE(log.contains("StatusArea.take status icon: none, the panel carries the menu")) << log.text();
 }
 
-TEST(StatusArea, removed_before_the_desktop_answered_it_stays_removed) {
-    bool taken = false;
+TEST(StatusArea, removed_before_the_desktop_answered_it_still_tells_that_there_is_no_icon) {
+    std::vector<StatusRung> taken;
     TarvikSystrayIcon icon(wxTBI_CUSTOM_STATUSITEM);
-    StatusArea area(icon, [&](StatusRung) { taken = true; });
+    StatusArea area(icon, [&](StatusRung rung) { taken.push_back(rung); });
     area.show();
     area.remove();
     area.show();
-    EXPECT_FALSE(eventually([&] { return taken; }, 0.4));
+    EXPECT_TRUE(eventually([&] { return !taken.empty(); }));
+    EXPECT_EQ(taken, std::vector<StatusRung>{none});
 }
 
 TEST_F(StatusDesktop, a_watcher_is_given_the_item_with_its_menu) {
@@ -158,6 +162,15 @@ TEST_F(StatusDesktop, an_item_that_is_taken_away_is_hidden_and_not_replaced) {
     watcher.reset();
     EXPECT_FALSE(eventually([&] { return manager.hasIcon(); }, 0.5));
     EXPECT_EQ(taken.back(), item);
+}
+
+TEST_F(StatusDesktop, an_icon_that_is_removed_before_the_desktop_answered_never_comes) {
+    test::TrayManager manager;
+    bus->freeze(true);
+    area.show();
+    area.remove();
+    EXPECT_FALSE(eventually([&] { return manager.hasIcon() || !taken.empty(); }, 0.5));
+    bus->freeze(false);
 }
 
 TEST_F(StatusDesktop, a_left_click_in_the_tray_pops_the_menu_up) {

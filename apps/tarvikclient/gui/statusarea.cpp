@@ -30,10 +30,7 @@ char const* textOf(StatusRung rung) {
 
 void showInTray(TarvikSystrayIcon& icon) {
     // Found in the bundle of that name. GetIconBundle() itself trips over a bundle that is missing.
-    wxIcon picture = wxArtProvider::GetIcon("tarvik-logo", wxART_OTHER, wxSize(16, 16));
-    // An icon without a picture could not be seen, and so not be clicked.
-    if (!picture.IsOk())
-        picture = wxArtProvider::GetIcon(wxART_INFORMATION, wxART_OTHER, wxSize(16, 16));
+    wxIcon const picture = wxArtProvider::GetIcon("tarvik-logo", wxART_OTHER, wxSize(16, 16));
     icon.SetIcon(picture, "Tarvik Client");
 }
 
@@ -71,6 +68,7 @@ public:
     Watch(TarvikSystrayIcon& icon, Listener listener);
 
     void start();
+    void withdraw();
     void stop();
 
 private:
@@ -87,6 +85,7 @@ private:
     std::unique_ptr<StatusItem> m_item;
     std::unique_ptr<NotifierWatch> m_watcher;
     bool m_started = false;
+    bool m_withdrawn = false;
     bool m_stopped = false;
 };
 
@@ -103,6 +102,12 @@ void StatusArea::Watch::start() {
     lookForTray();
     m_patience.StartOnce(patience);
     m_watcher = std::make_unique<NotifierWatch>([this](bool present) { onWatcher(present); });
+}
+
+void StatusArea::Watch::withdraw() {
+    m_withdrawn = true;
+    if (!m_started || m_choice.hasTaken())
+        stop();
 }
 
 void StatusArea::Watch::stop() {
@@ -127,7 +132,12 @@ void StatusArea::Watch::onWatcher(bool present) {
 
 void StatusArea::Watch::take(StatusRung rung) {
     m_patience.Stop();
-    showOn(rung);
+    if (m_withdrawn)
+        stop();
+    else
+        showOn(rung);
+    if (m_withdrawn && rung != StatusRung::none)
+        return;
     log(TRACE, "StatusArea", "take", textOf(rung));
     m_listener(rung);
 }
@@ -150,7 +160,7 @@ StatusArea::StatusArea(TarvikSystrayIcon& icon, Listener listener)
     : m_watch(std::make_unique<Watch>(icon, std::move(listener))) {}
 
 StatusArea::~StatusArea() {
-    remove();
+    m_watch->stop();
 }
 
 void StatusArea::show() {
@@ -158,7 +168,7 @@ void StatusArea::show() {
 }
 
 void StatusArea::remove() {
-    m_watch->stop();
+    m_watch->withdraw();
 }
 
 } // namespace quillon

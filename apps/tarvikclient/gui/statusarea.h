@@ -29,6 +29,7 @@ public:
     void setTray(bool available);
     /// Takes what there is if no word of a watcher has come yet.
     void stopWaiting();
+    bool hasTaken() const { return m_rung.has_value(); }
 
 private:
     void choose();
@@ -56,7 +57,8 @@ public:
     /// Takes the best rung, logs its name, and follows the desktop from then on. Waits for nothing. Further
     /// calls do nothing.
     void show();
-    /// Takes the icon away for good; the listener is not called any more.
+    /// Takes the icon away for good. The listener is not called any more, unless no rung had been taken: then
+    /// it still learns of the rung `none`, because the menu has no other place there.
     void remove();
 
 private:

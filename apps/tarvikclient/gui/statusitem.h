@@ -24,7 +24,8 @@ bool isTrayAvailable();
 /// Milliseconds after which isTrayAvailable() is worth asking again; 0 where the answer never changes.
 int trayPollPeriod();
 
-/// Follows whether a host for StatusNotifierItems watches the session bus. Interface thread only.
+/// Follows whether the session bus has a watcher, which takes StatusNotifierItems to the desktop's hosts.
+/// Whether it has a host is not asked. Interface thread only.
 class NotifierWatch {
 public:
     /// Called with the first answer and with each that differs from the one before; never once the watch has

@@ -133,6 +133,7 @@ public:
     MenuOnBus& operator=(MenuOnBus const&) = delete;
 
     void hide() { app_indicator_set_status(m_item, APP_INDICATOR_STATUS_PASSIVE); }
+    /// Whether the library has got as far as talking to the watcher.
     bool hasWatcher() const {
         gboolean connected = FALSE;
         g_object_get(m_item, "connected", &connected, nullptr);
