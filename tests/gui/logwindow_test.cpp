@@ -159,7 +159,9 @@ TEST_F(LogWindow, saves_the_whole_file_and_tells_when_it_cannot) {
     append("bytes \xff\n" + lines(50000)); // more than is shown
     show();
     MessageBoxes messages;
+    messages.answer = wxID_YES;
     messages.Register();
+    using Texts = std::vector<wxString>;
     auto const saveAs = [&](String const& destination) {
         messages.texts.clear();
         whenChoosing([chosen = wxString(destination.str())](wxFileDialog& chooser) {
@@ -168,15 +170,18 @@ TEST_F(LogWindow, saves_the_whole_file_and_tells_when_it_cannot) {
             chooser.EndModal(wxID_OK);
         });
         press(*window(), wxID_SAVE);
-        return messages.texts.empty();
+        return messages.texts;
     };
-    EXPECT_TRUE(saveAs(directory.file("copy")));
     std::string const saved = test::readFile(path);
-    EXPECT_EQ(test::readFile(directory.file("copy")), saved);
-    EXPECT_FALSE(saveAs(path));
-    EXPECT_FALSE(saveAs("/dev/full"));
+    for (Texts const& asked : {Texts{}, Texts{"LOGS_REPLACE"}}) {
+        EXPECT_EQ(saveAs(directory.file("copy")), asked);
+        EXPECT_EQ(test::readFile(directory.file("copy")), saved);
+        test::writeFile(directory.file("copy"), "old");
+    }
+    EXPECT_EQ(saveAs(path), (Texts{"LOGS_REPLACE", "LOGS_NOT_SAVED"}));
+    EXPECT_EQ(saveAs("/dev/full").back(), "LOGS_NOT_SAVED");
     std::filesystem::create_directory(directory.path() + "/directory");
-    EXPECT_FALSE(saveAs(directory.file("directory")));
+    EXPECT_EQ(saveAs(directory.file("directory")), Texts{"LOGS_NOT_SAVED"});
     EXPECT_EQ(test::readFile(path), saved) << "the log was saved over itself";
 }
 

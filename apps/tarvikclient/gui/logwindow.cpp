@@ -60,6 +60,7 @@ private:
 
     void copy();
     void save();
+    bool mayReplace(wxString const& destination);
     void saveAs(wxString const& destination);
     /// ShowModal() of a dialog of this window.
     int ask(wxDialog& dialog);
@@ -249,11 +250,22 @@ void LogWindow::copy() {
 }
 
 void LogWindow::save() {
+    // Without wxFD_OVERWRITE_PROMPT: GTK asks that in a loop of its own, which nothing could end.
     wxFileDialog dialog(this, GetTitle(), wxStandardPaths::Get().GetDocumentsDir(),
-                        wxFileName(m_path).GetFullName(), wxFileSelectorDefaultWildcardStr,
-                        wxFD_SAVE | wxFD_OVERWRITE_PROMPT);
-    if (ask(dialog) == wxID_OK && !m_ended)
-        saveAs(dialog.GetPath());
+                        wxFileName(m_path).GetFullName(), wxFileSelectorDefaultWildcardStr, wxFD_SAVE);
+    while (!m_ended && ask(dialog) == wxID_OK && !m_ended)
+        if (mayReplace(dialog.GetPath()) && !m_ended)
+            return saveAs(dialog.GetPath());
+}
+
+bool LogWindow::mayReplace(wxString const& destination) {
+    if (!wxFileName::FileExists(destination))
+        return true;
+    // TRANSLATORS: a question with the answers yes and no. %s is the path of a file.
+    wxString text = _("LOGS_REPLACE");
+    text.Replace("%s", destination);
+    wxMessageDialog question(this, text, GetTitle(), wxYES_NO | wxNO_DEFAULT | wxCENTRE | wxICON_QUESTION);
+    return ask(question) == wxID_YES;
 }
 
 void LogWindow::saveAs(wxString const& destination) {
