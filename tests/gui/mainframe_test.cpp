@@ -131,7 +131,8 @@ TEST_F(MainFrame, a_session_that_cannot_be_ended_is_left_behind_unharmed) {
     ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
     test::LogCapture const log;
     start();
-    EXPECT_FALSE(goes(1)) << "the session has not got to the pipe";
+    EXPECT_TRUE(eventually([&] { return log.contains("downloadWindowsDll Downloading dll."); }));
+    EXPECT_FALSE(goes(0.5)) << "the session does not hang in the pipe";
     frame->Close(true);
     EXPECT_TRUE(goes());
     EXPECT_TRUE(log.contains("is left behind"));
@@ -197,6 +198,18 @@ TEST_F(MainFrame, a_second_connection_error_opens_no_second_dialog) {
     EXPECT_TRUE(together);
 }
 
+TEST_F(MainFrame, a_connection_error_waits_until_the_settings_are_closed) {
+    whenModal([&](wxDialog& open) {
+        notify(CLIENTNOTIFY_CONNECT_ERROR, 0, "Code: 7");
+        EXPECT_FALSE(eventually([&] { return openModalDialog() != &open; }, 0.5)) << "locks the settings up";
+        whenModal([&](wxDialog& error) { press(error, wxID_EXIT); });
+        press(open, wxID_CANCEL);
+    });
+    frame->showConfigurationDialogModal(nullptr);
+    EXPECT_TRUE(goes());
+    EXPECT_EQ(dialogs.otherDialogs, 2);
+}
+
 TEST_F(MainFrame, a_fatal_error_ends_the_program_whatever_is_open) {
     whenModal([&](wxDialog&) { notify(CLIENTNOTIFY_FATAL_ERROR, 0, "not for the user"); });
     frame->showAbout();
@@ -229,6 +242,8 @@ TEST_F(MainFrame, only_confirmed_settings_are_saved_and_a_failure_is_told_and_ke
 /// On a desktop with a system tray.
 class MainFrameInATray : public MainFrame {
 protected:
+    static void SetUpTestSuite() { usePictures(); }
+
     test::TrayManager tray;
 };
 

@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include <poll.h>
+#include <sys/prctl.h>
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <sys/wait.h>
@@ -161,6 +162,7 @@ TEST_F(SingleInstanceTest, of_twenty_at_once_one_runs_and_hears_all_others) {
 TEST_F(SingleInstanceTest, the_place_is_free_once_the_first_was_killed) {
     pid_t const first = fork();
     if (first == 0) {
+        prctl(PR_SET_PDEATHSIG, SIGKILL);
         SingleInstance instance;
         instance.claim("");
         pause();

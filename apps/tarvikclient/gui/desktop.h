@@ -7,6 +7,12 @@
 
 namespace quillon {
 
+/// Puts into the environment what the toolkit is to find there. Called before it starts, by the only thread.
+void prepareEnvironment();
+/// Takes that out again, because a module's programs inherit the environment. Called once the toolkit has
+/// started and before there is a session.
+void restoreEnvironment();
+
 /// Whether a window stays where the program puts it. A Wayland desktop places windows itself. Interface
 /// thread only.
 bool windowsCanBePlaced();

@@ -7,6 +7,7 @@
 #include <gio/gio.h>
 #include <gtk/gtk.h>
 
+#include <cstdlib>
 #include <memory>
 #include <optional>
 #include <utility>
@@ -100,6 +101,7 @@ private:
     guint32 m_shown = 0;
 };
 
+bool g_glSettingIsOurs = false;
 std::function<void()> g_onDisplayLost;
 XIOErrorHandler g_toolkitsHandler = nullptr;
 
@@ -111,6 +113,16 @@ int onDisplayError(Display* display) {
 }
 
 } // namespace
+
+void prepareEnvironment() {
+    // GTK would probe for OpenGL, which the client does not draw with, and take twice as long to start.
+    g_glSettingIsOurs = !getenv("GDK_GL") && setenv("GDK_GL", "disable", 0) == 0;
+}
+
+void restoreEnvironment() {
+    if (g_glSettingIsOurs)
+        unsetenv("GDK_GL");
+}
 
 bool windowsCanBePlaced() {
     return !GDK_IS_WAYLAND_DISPLAY(gdk_display_get_default());

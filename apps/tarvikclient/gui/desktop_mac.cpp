@@ -15,6 +15,10 @@ void showDesktopNotification(wxString const& title, wxString const& text) {
     message.Show();
 }
 
+void prepareEnvironment() {}
+
+void restoreEnvironment() {}
+
 // The windows are the process's own here.
 void watchDisplay(std::function<void()>) {}
 

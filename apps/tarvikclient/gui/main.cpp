@@ -1,11 +1,11 @@
 // The desktop client: tarvikclient [URL].
+#include "tarvikclient/gui/desktop.h"
 #include "tarvikclient/gui/singleinstance.h"
 #include "tarvikclient/gui/tarvikclientgui.h"
 
 #include "base/exception.h"
 
 #include <cstdio>
-#include <cstdlib>
 
 wxIMPLEMENT_APP_NO_MAIN(quillon::TarvikClientGui);
 
@@ -17,8 +17,7 @@ constexpr int exitUsage = 64;
 constexpr int exitFailure = 1;
 
 int run(int argc, char** argv) {
-    // GTK would probe for OpenGL, which the client does not draw with, and take twice as long to start.
-    setenv("GDK_GL", "disable", 0);
+    prepareEnvironment();
     String const url = argc == 2 ? argv[1] : "";
     // Before the toolkit starts: a process that only brings a URL needs neither the time nor a display.
     SingleInstance instance;

@@ -9,6 +9,7 @@
 #include "tarvikclient/gui/logwindow.h"
 #include "tarvikclient/gui/notificationpanel.h"
 #include "tarvikclient/gui/systray.h"
+#include "tarvikclient/gui/tarvikclientgui.h"
 #include "tarvikclient/gui/windows.h"
 
 #include <wx/dcclient.h>
@@ -74,6 +75,8 @@ void TarvikMainFrame::start(wxString const& url) {
 }
 
 void TarvikMainFrame::stop() {
+    if (app)
+        app->refuseUrls();
     m_quitting.begin(std::chrono::steady_clock::now(), m_atWork);
     m_nestedLoops.refuse();
     m_timer.Start(timerMs);
@@ -114,6 +117,8 @@ void TarvikMainFrame::showConfigurationDialogModal(wxWindow* parent) {
     dialog.readConfiguration(client->getLocalConfiguration());
     if (dialog.ShowModal() == wxID_OK)
         saveSettings(dialog);
+    if (m_postponed)
+        QueueEvent(m_postponed.release());
 }
 
 void TarvikMainFrame::saveSettings(TarvikClientConfigurationDialog& dialog) {
@@ -159,6 +164,11 @@ void TarvikMainFrame::onClientConnectError(wxThreadEvent& event) {
         open->setErrorContent(event.GetString());
         return;
     }
+    // The error dialog would lock up the settings below it, to which it leads.
+    if (m_nestedLoops.find<TarvikClientConfigurationDialog>()) {
+        m_postponed.reset(event.Clone());
+        return;
+    }
     int const choice = askAfterConnectError(event.GetString());
     if (choice == TarvikClientConnectionErrorDialog::quit)
         stop();
@@ -179,8 +189,11 @@ void TarvikMainFrame::retry() {
     if (m_quitting.begun())
         return;
     m_atWork = false;
-    if (!client.restart())
-        log(ERROR, "TarvikMainFrame", "retry", "The last session has not ended, so none was started");
+    if (client.restart())
+        return;
+    log(ERROR, "TarvikMainFrame", "retry", "The last session has not ended, so none was started");
+    wxThreadEvent failure;
+    onFatalError(failure);
 }
 
 void TarvikMainFrame::onClientStatus(wxThreadEvent& event) {
@@ -269,6 +282,8 @@ void TarvikMainFrame::endSession() {
 }
 
 void TarvikMainFrame::closeWhenFree() {
+    if (app)
+        app->refuseUrls();
     m_closing = true;
     m_timer.Start(timerMs);
     closeIfFree();

@@ -23,7 +23,7 @@ public:
     TarvikMainFrame(wxWindow* parent, int id, wxString const& title);
     ~TarvikMainFrame() override;
 
-    /// Runs the client with the launch URL.
+    /// Runs the client with the launch URL. Nothing happens while a session runs.
     void start(wxString const& url);
     /// The user wants out: ends the session, then the application. Open dialogs are cancelled. Whatever the
     /// session does, the frame is gone after Quitting's times at the latest.
@@ -63,7 +63,8 @@ private:
     std::unique_ptr<TarvikClientNotificationPanel> notificationPanel;
     std::unique_ptr<StatusArea> m_statusArea;
 
-    wxString m_statusText; // of the client's state; no control shows it yet
+    wxString m_statusText;                // of the client's state; no control shows it yet
+    std::unique_ptr<wxEvent> m_postponed; // a connection error, while the settings are open
     NestedLoops m_nestedLoops;
     Quitting m_quitting;
     wxTimer m_timer; // runs while the session is to end or the frame to close

@@ -20,8 +20,9 @@ public:
     };
     using UrlHandler = std::function<void(String const&)>;
 
-    /// Longer than a process that is about to end gives its threads, so that its successor gets the place.
-    static constexpr std::chrono::milliseconds defaultPatience{7000};
+    /// Longer than a process takes that is about to end (Quitting's times, and what ClientHolder gives the
+    /// session after them), so that its successor gets the place.
+    static constexpr std::chrono::milliseconds defaultPatience{20000};
     /// The longest URL that can be handed over, in bytes.
     static constexpr unsigned maxUrl = 64 * 1024;
 

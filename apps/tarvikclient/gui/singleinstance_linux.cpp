@@ -14,6 +14,7 @@
 #include <cstring>
 #include <deque>
 #include <thread>
+#include <utility>
 #include <vector>
 
 namespace quillon {
@@ -25,6 +26,9 @@ namespace {
 
 /// Long enough for a process that has the name to listen, too short to be noticed.
 constexpr std::chrono::milliseconds retryPause{10};
+/// After a process that does not take what it is handed, which may be one of another version: it logs each
+/// try.
+constexpr std::chrono::milliseconds refusedPause{500};
 /// Connected and silent: more than that are not other clients.
 constexpr std::size_t maxPeers = 64;
 
@@ -63,6 +67,7 @@ private:
     Descriptor m_listener;
     Descriptor m_ready; // readable when the listener or a peer is: one source for the event loop
     std::deque<Descriptor> m_peers;
+    bool m_strangersKnown = false;
     std::vector<char> m_packet;
     UrlHandler m_onUrl;
     std::unique_ptr<wxEventLoopSource> m_source;
@@ -106,7 +111,9 @@ void SingleInstance::Endpoint::acceptPeer() {
         logError("accept", "too many open files: other processes are not heard any more");
         epoll_ctl(m_ready.number(), EPOLL_CTL_DEL, m_listener.number(), nullptr);
     } else if (!instance::isOwnUser(peer)) {
-        logError("accept", "a process of another user was turned away");
+        // Once: others must not fill the user's disk.
+        if (!std::exchange(m_strangersKnown, true))
+            logError("accept", "a process of another user was turned away; further ones are not told");
     } else {
         if (m_peers.size() == maxPeers)
             m_peers.pop_front();
@@ -173,7 +180,7 @@ SingleInstance::Role SingleInstance::claim(String const& url, std::chrono::milli
             return Role::second;
         if (outcome == Handover::foreign)
             break;
-        std::this_thread::sleep_for(retryPause);
+        std::this_thread::sleep_for(outcome == Handover::broken ? refusedPause : retryPause);
     } while (std::chrono::steady_clock::now() < deadline);
     // A client listens at once: a name where nobody does for so long has been taken by somebody else.
     if (outcome == Handover::foreign || outcome == Handover::absent) {

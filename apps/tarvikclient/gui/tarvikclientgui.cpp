@@ -59,6 +59,7 @@ void TarvikClientGui::setLaunch(SingleInstance& instance, String const& url) {
 }
 
 bool TarvikClientGui::OnInit() {
+    restoreEnvironment();
     // The pictures and the catalogue are looked up by this name, whatever name the program was started by.
     SetAppName("tarvikclient");
     delete wxLog::SetActiveTarget(new ClientLog);
@@ -160,8 +161,14 @@ void TarvikClientGui::showError() {
     m_errorBox = nullptr;
 }
 
-void TarvikClientGui::endSession() {
+void TarvikClientGui::refuseUrls() {
     m_ending = true;
+    if (g_instance)
+        g_instance->listen({});
+}
+
+void TarvikClientGui::endSession() {
+    refuseUrls();
     if (mainhiddenframe) {
         mainhiddenframe->stop();
         return;
@@ -206,8 +213,7 @@ int TarvikClientGui::OnRun() {
 }
 
 int TarvikClientGui::OnExit() {
-    if (g_instance)
-        g_instance->listen({});
+    refuseUrls();
     m_signals.reset();
     app = nullptr;
     return wxApp::OnExit();

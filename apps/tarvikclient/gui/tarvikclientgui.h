@@ -40,6 +40,9 @@ public:
     void init(wxString const& url);
     /// Chooses the interface's language by the URL's parameter "lang".
     void setLangFromUrl(wxString const& url);
+    /// The application's end is certain: a URL that another process has now is kept there until this one has
+    /// ended, and then starts that one.
+    void refuseUrls();
     /// Ends the session, and with it the application; open dialogs are cancelled.
     void endSession();
 
