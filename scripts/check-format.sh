@@ -3,6 +3,8 @@
 set -euo pipefail
 . "$(dirname "${BASH_SOURCE[0]}")/common.sh"
 
+install_missing clang-format
+
 mode=(--dry-run --Werror)
 [ "${1:-}" != --fix ] || mode=(-i)
 cd "$project"

@@ -24,6 +24,7 @@ launch_url() { sed -n "s/^$1 //p" "$work/urls"; }
 # trust AUTHORITY: the gateway's certificate is one of its own making, so the user's settings name it as one not to
 # verify.
 trust() {
+  export XAUTHORITY=${XAUTHORITY:-$HOME/.Xauthority} # the display's key stays where it is
   export HOME=$work/home
   mkdir -p -m 0700 "$HOME/.Tarvik"
   cat >"$HOME/.Tarvik/tarvikclient.xml" <<SETTINGS

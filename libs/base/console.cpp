@@ -36,7 +36,7 @@ FILE* computeStream(String const& name) {
         return stdout;
     if (name == "stderr")
         return stderr;
-    return std::fopen(name.str(), "w");
+    return std::fopen(name.str(), "we");
 }
 
 } // namespace

@@ -21,4 +21,9 @@ suppressions=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
 export LSAN_OPTIONS=suppressions=$suppressions/lsan.supp:print_suppressions=0
 export TSAN_OPTIONS=suppressions=$suppressions/tsan.supp
 export DBUS_SESSION_BUS_ADDRESS=${TARVIK_TEST_BUS:-disabled:}
-"$@"
+"$@" <&0 &
+command=$!
+trap 'kill "$command"' HUP INT TERM # the display follows, and with it what shows windows
+code=0
+wait "$command" || code=$?
+exit "$code"
