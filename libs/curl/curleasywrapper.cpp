@@ -38,11 +38,11 @@ int isSet(void* flag, curl_off_t, curl_off_t, curl_off_t, curl_off_t) {
 // libcurl quotes a proxy of the environment that it cannot use as it stands there, password and all, and of a
 // long one only as much as its buffer holds.
 String withoutProxySecrets(String const& details) {
-    unsigned const quote = details.find('\'');
+    unsigned const quote = details.find(" '"); // and not the one in "Couldn't"
     if (quote == String::npos)
         return details;
-    String const quoted = details.range(quote + 1);
-    return details.range(0, quote + 1) + (quoted.ends("'") ? http::loggableUri(quoted) : String("..."));
+    String const quoted = details.range(quote + 2);
+    return details.range(0, quote + 2) + (quoted.ends("'") ? http::loggableUri(quoted) : String("..."));
 }
 
 /// Sets options until one is refused.
