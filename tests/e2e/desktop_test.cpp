@@ -191,6 +191,19 @@ TEST_F(Desktop, quits_while_the_first_request_hangs) {
     EXPECT_EQ(log.find("the program ends without it"), std::string::npos);
 }
 
+TEST_F(Desktop, a_url_that_comes_while_it_ends_is_run_by_the_process_that_brings_it) {
+    site({"--delay", "600000"});
+    ChildProcess ending = start(site().url("plugindll"));
+    ASSERT_TRUE(ui.awaitShown({"label", text("STATUS_IDLE")}));
+    ending.signal(SIGTERM);
+    for (int left = 3000; left > 0 && readFile(logPath).find("refuseUrls") == std::string::npos; --left)
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    ChildProcess next = start(refusedUrl);
+    EXPECT_EQ(ending.wait(), 0) << ending.errors();
+    EXPECT_TRUE(ui.click({button, text("Quit")})) << ui.describe();
+    EXPECT_EQ(next.wait(), 0) << next.errors();
+}
+
 TEST_F(Desktop, a_signal_ends_it_with_the_settings_over_the_error) {
     ChildProcess client = start(refusedUrl);
     ASSERT_TRUE(ui.click({button, text("Settings")}));

@@ -192,8 +192,7 @@ void TarvikMainFrame::retry() {
     if (client.restart())
         return;
     log(ERROR, "TarvikMainFrame", "retry", "The last session has not ended, so none was started");
-    wxThreadEvent failure;
-    onFatalError(failure);
+    fail();
 }
 
 void TarvikMainFrame::onClientStatus(wxThreadEvent& event) {
@@ -223,6 +222,10 @@ void TarvikMainFrame::onClientStatus(wxThreadEvent& event) {
 }
 
 void TarvikMainFrame::onFatalError(wxThreadEvent&) {
+    fail();
+}
+
+void TarvikMainFrame::fail() {
     if (!m_quitting.begun())
         // TRANSLATORS: a message whose only button ends the program. The reason is in the log.
         showError(this, _("UNKNOWN_ERROR_HAS_OCCURED"), wxGetStockLabel(wxID_EXIT));

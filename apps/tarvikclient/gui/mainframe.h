@@ -48,6 +48,8 @@ private:
 
     int askAfterConnectError(wxString const& text);
     void retry();
+    /// Tells the user that the session is over, and ends the application.
+    void fail();
     void saveSettings(TarvikClientConfigurationDialog& dialog);
     void showError(wxWindow* parent, wxString const& text, wxString const& okLabel);
 

@@ -132,12 +132,13 @@ void StatusArea::Watch::onWatcher(bool present) {
 
 void StatusArea::Watch::take(StatusRung rung) {
     m_patience.Stop();
-    if (m_withdrawn)
+    if (m_withdrawn) {
         stop();
-    else
+        if (rung != StatusRung::none)
+            return;
+    } else {
         showOn(rung);
-    if (m_withdrawn && rung != StatusRung::none)
-        return;
+    }
     log(TRACE, "StatusArea", "take", textOf(rung));
     m_listener(rung);
 }

@@ -20,6 +20,7 @@
 #include <sys/resource.h>
 
 #include <exception>
+#include <utility>
 
 namespace quillon {
 
@@ -162,7 +163,8 @@ void TarvikClientGui::showError() {
 }
 
 void TarvikClientGui::refuseUrls() {
-    m_ending = true;
+    if (!std::exchange(m_ending, true))
+        logTo(TRACE, "refuseUrls", "The program ends; launch URLs are left to the next one");
     if (g_instance)
         g_instance->listen({});
 }
