@@ -25,7 +25,6 @@ namespace {
 
 using Role = SingleInstance::Role;
 using Urls = std::multiset<std::string>;
-using instance::Descriptor;
 using namespace std::chrono_literals;
 
 /// What a process would do that finds another one running.

@@ -1,31 +1,13 @@
 // The socket whose name is the place of the running client.
 #pragma once
 
+#include "base/descriptor.h"
 #include "base/string.h"
 
 #include <chrono>
 #include <string_view>
-#include <utility>
 
 namespace quillon::instance {
-
-/// Owns a file descriptor.
-class Descriptor {
-public:
-    explicit Descriptor(int number = -1) : m_number(number) {}
-    Descriptor(Descriptor&& other) noexcept : m_number(std::exchange(other.m_number, -1)) {}
-    Descriptor& operator=(Descriptor&& other) noexcept {
-        std::swap(m_number, other.m_number);
-        return *this;
-    }
-    ~Descriptor();
-
-    int number() const noexcept { return m_number; }
-    explicit operator bool() const noexcept { return m_number >= 0; }
-
-private:
-    int m_number;
-};
 
 /// A packet is this and the URL; anything else is not from a process of this program. The receiver answers
 /// with one byte once the URL is in its hands.

@@ -83,11 +83,6 @@ Handover awaitAnswer(Descriptor const& connection, Deadline deadline) {
 
 } // namespace
 
-Descriptor::~Descriptor() {
-    if (m_number >= 0)
-        close(m_number);
-}
-
 Descriptor takePlace(bool& occupied) {
     Address const place = address();
     Descriptor listener = makeSocket();

@@ -19,7 +19,6 @@
 
 namespace quillon {
 
-using instance::Descriptor;
 using instance::Handover;
 
 namespace {
