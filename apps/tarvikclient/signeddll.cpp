@@ -4,6 +4,7 @@
 #include "base/file.h"
 #include "base/log.h"
 #include "openssl/evp_digest_wrapper.h"
+#include "openssl/rsa_wrapper.h"
 #include "xml/parserreader.h"
 #include "xml/xmlparser.h"
 
@@ -12,12 +13,18 @@ namespace quillon {
 namespace {
 
 constexpr char rootName[] = "dll";
-// Several times what a record with a key of 16384 bits needs; reading a document costs many times its size.
+// Room for a key of 16384 bits and 256 companions with names of 100 bytes; reading a document costs many
+// times its size.
 constexpr unsigned long maxFileSize = 64 * 1024;
 
 [[noreturn]] void failParsing() {
     log(ERROR, "SignedDll", "loadFromFile", "Error while parsing signature");
     throw EBadSignature("EBadSignature", "apps/tarvikclient/signeddll.cpp", 80);
+}
+
+bool refuse(char const* reason) {
+    log(ERROR, "FileSignature", "verify", reason);
+    return false;
 }
 
 } // namespace
@@ -32,15 +39,17 @@ String SignedDll::hashFile(String const& path) {
     return Base64::encode(digest.computehash(file));
 }
 
-bool SignedDll::verify(IVerify& key, String const& modulePath) const {
-    if (hashFile(modulePath) != sha256) {
-        log(ERROR, "FileSignature", "verify", "bad hash ");
-        return false;
-    }
-    if (!m_signer.verifySignature(key, signature)) {
-        log(ERROR, "FileSignature", "verify", "bad signature");
-        return false;
-    }
+bool SignedDll::verify(tls::RSA& key, String const& modulePath) const {
+    return verifyHash(key, hashFile(modulePath));
+}
+
+bool SignedDll::verifyHash(tls::RSA& key, String const& moduleSha256) const {
+    if (moduleSha256 != sha256)
+        return refuse("bad hash ");
+    if (!m_signer.verifySignature(key, signature))
+        return refuse("bad signature");
+    if (manifest && !key.verifySha256(Memory(manifest->signedBytes(*this)), Base64::decode(signature2)))
+        return refuse("bad manifest signature");
     return true;
 }
 
@@ -50,15 +59,30 @@ void SignedDll::compute(ISign& signer, String const& modulePath) {
     signature = m_signer.computeSignature(signer);
 }
 
+void SignedDll::attach(ModuleManifest const& content, tls::RSA& key) {
+    content.check();
+    manifest = content;
+    signature2 = Base64::encode(key.signSha256(Memory(content.signedBytes(*this))));
+}
+
 void SignedDll::loadFromFile(String const& path) {
     if (File::getFileSize(path) > maxFileSize)
         failParsing();
+    String text;
     try {
-        xml::ParserReader document(path);
-        write(document[rootName]);
+        text = File::readAllFile(path);
     } catch (EFile const&) {
         log(ERROR, "SignedDll", "loadFromFile", "Cannot open dll signature " + path);
         throw EBadSignature("EBadSignature", "apps/tarvikclient/signeddll.cpp", 77);
+    }
+    loadFromText(text);
+}
+
+void SignedDll::loadFromText(String const& xml) {
+    if (xml.length() > maxFileSize)
+        failParsing();
+    try {
+        write(xml::ParserReader::fromText(xml)[rootName]);
     } catch (EKeyReader const&) {
         failParsing();
     }
@@ -71,11 +95,28 @@ bool SignedDll::saveToFile(String const& path) const {
 void SignedDll::write(IKeyReader& reader) {
     DllInfos::write(reader);
     reader["signature"].read(signature);
+    manifest.reset();
+    signature2.clear();
+    if (reader.exists("manifest") || reader.exists("signature2"))
+        writeManifest(reader);
+}
+
+void SignedDll::writeManifest(IKeyReader& reader) {
+    if (reader.size("manifest") != 1 || reader.size("signature2") != 1)
+        failParsing();
+    reader["manifest"].read(manifest.emplace());
+    reader["signature2"].read(signature2);
+    if (signature2.empty() || Base64::encode(Base64::decode(signature2)) != signature2)
+        failParsing();
 }
 
 void SignedDll::read(IKeyWriter& writer) const {
     DllInfos::read(writer);
     writer["signature"].write(signature);
+    if (!manifest)
+        return;
+    writer["manifest"].write(*manifest);
+    writer["signature2"].write(signature2);
 }
 
 } // namespace quillon

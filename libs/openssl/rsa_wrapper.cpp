@@ -26,6 +26,12 @@ std::array<unsigned char, SHA_DIGEST_LENGTH> sha1(unsigned char const* data, uns
     return digest;
 }
 
+std::array<unsigned char, SHA256_DIGEST_LENGTH> sha256(Memory const& data) {
+    std::array<unsigned char, SHA256_DIGEST_LENGTH> digest;
+    SHA256(data.bytes(), data.size(), digest.data());
+    return digest;
+}
+
 } // namespace
 
 unsigned RSA::signLength() const noexcept {
@@ -60,6 +66,26 @@ Memory RSA::sign(Memory const& data) {
     Memory signature;
     signature.resize(signLength());
     if (sign(data.bytes(), data.size(), signature.bytes()) != 1)
+        signature.clear();
+    return signature;
+}
+
+bool RSA::verifySha256(Memory const& data, Memory const& signature) {
+    QUILLON_ASSERT(valid(), "a key is loaded");
+    ErrorQueueGuard const guard;
+    auto const digest = sha256(data);
+    return signature.size() == signLength() && RSA_verify(NID_sha256, digest.data(), digest.size(),
+                                                          signature.bytes(), signLength(), m_handle) == 1;
+}
+
+Memory RSA::signSha256(Memory const& data) {
+    QUILLON_ASSERT(valid(), "a key is loaded");
+    ErrorQueueGuard const guard;
+    auto const digest = sha256(data);
+    Memory signature;
+    signature.resize(signLength());
+    unsigned written = 0;
+    if (RSA_sign(NID_sha256, digest.data(), digest.size(), signature.bytes(), &written, m_handle) != 1)
         signature.clear();
     return signature;
 }

@@ -8,9 +8,9 @@ struct rsa_st;
 
 namespace quillon::tls {
 
-/// Owns one RSA key, public or private, or none. Signatures are PKCS#1 v1.5 over SHA-1 (RFC 8017,
-/// section 8.2), which is what deployed modules are signed with. No operation throws or leaves errors in
-/// OpenSSL's queue. One thread at a time.
+/// Owns one RSA key, public or private, or none. Signatures are PKCS#1 v1.5 (RFC 8017, section 8.2) over
+/// SHA-1, which is what deployed modules are signed with, unless an operation's name says otherwise. No
+/// operation throws or leaves errors in OpenSSL's queue. One thread at a time.
 ///
 /// Signing, verifying, encrypting and decrypting without a key is a fatal assertion.
 class RSA final : public ISign, public IVerify {
@@ -51,6 +51,11 @@ public:
     /// 1 when the signature, signLength() bytes, has been written to `out`.
     int sign(unsigned char const* data, unsigned long length, unsigned char* out);
     Memory sign(Memory const& data) override;
+
+    // The same over SHA-256.
+    bool verifySha256(Memory const& data, Memory const& signature);
+    Memory signSha256(Memory const& data);
+
     /// The length of the key's signatures in bytes; 0 without a key.
     unsigned signLength() const noexcept;
 
