@@ -2,11 +2,10 @@
 
 #include "base/console.h"
 #include "base/file.h"
-#include "openssl/rsa_wrapper.h"
 #include "tarvikclient/hostcheckerclient.h"
 #include "tarvikclient/plugindllclient.h"
 #include "tarvikclient/plugindllclientnotunnel.h"
-#include "tarvikclient/publisherkey.h"
+#include "tarvikclient/verifiedmodule.h"
 
 #include <sys/stat.h>
 #include <unistd.h>
@@ -128,20 +127,7 @@ void TarvikClient::saveLocalConfiguration() const {
 }
 
 void TarvikClient::verifyDllSignature(String const& modulePath, String const& sigPath) {
-    tls::RSA key;
-    key.loadFromMem(publisherKeyPem, "", true);
-    SignedDll signedDll;
-    signedDll.loadFromFile(sigPath);
-    bool good = false;
-    try {
-        good = key.valid() && signedDll.verify(key, modulePath);
-    } catch (EFile const&) {
-        // A module that cannot be read is no better than a changed one.
-    }
-    if (!good) {
-        log(ERROR, "TarvikClient", "verifyDllSignature", "Bad dll signature for " + modulePath);
-        throw EBadSignature("EBadSignature", sourceFile, 76);
-    }
+    VerifiedModule(modulePath, sigPath);
 }
 
 template <class SubClient, class Configuration>

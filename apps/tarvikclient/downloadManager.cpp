@@ -9,7 +9,12 @@
 #include "http/loggableuri.h"
 #include "http/uri.h"
 #include "openssl/md5_wrapper.h"
+#include "tarvikclient/moduledirectory.h"
 
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
 #include <exception>
 
 namespace quillon {
@@ -21,6 +26,33 @@ constexpr unsigned statusOk = 200;
 void logFailure(String const& text) {
     log(ERROR, "DownloadManager", "downloadFileTo", text);
 }
+
+/// Takes away what a download replaces. False for what no download has made.
+bool makeWay(String const& path) {
+    struct stat info {};
+    if (lstat(path.str(), &info) != 0)
+        return errno == ENOENT;
+    return (S_ISREG(info.st_mode) || S_ISLNK(info.st_mode)) && unlink(path.str()) == 0;
+}
+
+/// A file that is empty at the end of a scope unless it is to be kept. Whoever had it open has closed it.
+class Emptied {
+public:
+    explicit Emptied(String const& path) : m_path(path) {}
+    ~Emptied() {
+        if (m_kept || truncate(m_path.str(), 0) == 0)
+            return;
+        logFailure("Cannot empty file \"" + m_path + "\"");
+    }
+    Emptied(Emptied const&) = delete;
+    Emptied& operator=(Emptied const&) = delete;
+
+    void keep() { m_kept = true; }
+
+private:
+    String const m_path;
+    bool m_kept = false;
+};
 
 /// The calls of the delegate that are under way, on whatever threads modules make them.
 class DelegateCalls {
@@ -96,9 +128,9 @@ String DownloadManager::urlOf(String const& url) const {
     return uri.getFullUri();
 }
 
-bool DownloadManager::downloadFileTo(String const& url, String const& path) noexcept {
+bool DownloadManager::downloadFileTo(String const& url, String const& path, unsigned long limit) noexcept {
     try {
-        return transfer(url, path);
+        return transfer(url, path, limit);
     } catch (Exception const& e) {
         log(TRACE, "Exception", "catch", e.trace("apps/tarvikclient/downloadManager.cpp", __LINE__));
     } catch (std::exception const& e) {
@@ -108,31 +140,45 @@ bool DownloadManager::downloadFileTo(String const& url, String const& path) noex
     return false;
 }
 
-bool DownloadManager::transfer(String const& url, String const& path) {
+bool DownloadManager::transfer(String const& url, String const& path, unsigned long limit) {
     File::ensureDirectory(File::getSubPath(path));
     log(TRACE, "DownloadManager", "downloadFileTo", http::loggableUri(url) + " -> " + path);
     String const fullUrl = urlOf(url);
     File file;
-    if (!file.open(path, File::out)) {
+    if (!makeWay(path) || !file.open(path, File::out | File::exclusive)) {
         logFailure("Cannot open file \"" + path + "\"");
         return false;
     }
-    RequestInfo information;
-    bool const transferred = m_session.request(fullUrl, file, information);
-    bool const stored = file.close();
-    if (transferred && stored && information.getResponseHeader().getResponseCode() == statusOk)
+    file.limitSize(limit);
+    if (fill(file, fullUrl, path))
         return true;
     logFailure("Error while downloding '" + path + "' from '" + http::loggableUri(fullUrl) + "'");
     return false;
 }
 
-String DownloadManager::downloadFromConfig(DownloadConfig const& config, String const& directory) {
+bool DownloadManager::fill(File& file, String const& url, String const& path) {
+    Emptied guard(path);
+    RequestInfo information;
+    bool const transferred = m_session.request(url, file, information);
+    bool const stored = file.close();
+    if (!transferred || !stored || information.getResponseHeader().getResponseCode() != statusOk)
+        return false;
+    guard.keep();
+    return true;
+}
+
+bool DownloadManager::isPresent(DownloadConfig const& config, String const& path) {
+    return File::exists(path) && computeFileMd5(path) == config.md5;
+}
+
+String DownloadManager::downloadFromConfig(DownloadConfig const& config, String const& directory,
+                                           unsigned long limit) {
     if (!staysInDirectory(config.filename, "DownloadManager", "downloadFromConfig"))
         return String::null;
     String const path = directory + "/" + config.filename;
-    if (File::exists(path) && computeFileMd5(path) == config.md5)
+    if (isPresent(config, path) || downloadFileTo(config.urlpath + config.filename, path, limit))
         return path;
-    return downloadFileTo(config.urlpath + config.filename, path) ? path : String::null;
+    return String::null;
 }
 
 String DownloadManager::computeFileMd5(String const& path) {
@@ -161,9 +207,11 @@ bool DownloadManager::StaticDownloadWrapper::downloadFileTo(char* url, char* pat
 }
 
 bool staysInDirectory(String const& name, char const* cls, char const* method) {
-    if (isSafeRelativePath(name))
+    bool const isSafe = isSafeRelativePath(name);
+    if (isSafe && !ModuleDirectory::isReserved(name))
         return true;
-    log(ERROR, cls, method, "Name leaves its directory: '" + name + "'");
+    log(ERROR, cls, method,
+        (isSafe ? "Name is one of the client's own: '" : "Name leaves its directory: '") + name + "'");
     return false;
 }
 

@@ -8,6 +8,8 @@
 
 namespace quillon {
 
+class File;
+
 /// The client's HTTPS session together with the address of the gateway, and the only way in which downloaded
 /// content reaches the disk. Owned by the client; its operations may be called on any thread.
 class DownloadManager {
@@ -40,22 +42,30 @@ public:
     /// Host, and port if there is one, to which URLs without a scheme go.
     void setServer(String const& authority);
 
-    /// Fetches `url` into the file `path`, making the directories that it needs. True only for a complete
-    /// transfer with status 200; every failure is logged and leaves what has arrived on the disk.
-    bool downloadFileTo(String const& url, String const& path) noexcept;
+    /// No download is longer unless less is said, in bytes.
+    static constexpr unsigned long maxSize = 512UL * 1024 * 1024;
+
+    /// Fetches `url` into the file `path`, making the directories that it needs. A file that is there is
+    /// replaced and not written to: somebody may have it mapped. True only for a complete transfer with
+    /// status 200 of at most `limit` bytes; every failure is logged and leaves an empty file.
+    bool downloadFileTo(String const& url, String const& path, unsigned long limit = maxSize) noexcept;
 
     /// Sees to it that `directory` holds the configured file, fetching it unless it is there with the
     /// configured MD5. Returns its path, or the null string when that failed; a name that would leave the
     /// directory is such a failure and touches nothing. Throws EFile when a file that is there cannot be
     /// read.
-    String downloadFromConfig(DownloadConfig const& config, String const& directory);
+    String downloadFromConfig(DownloadConfig const& config, String const& directory,
+                              unsigned long limit = maxSize);
+    /// Whether the file `path` is the configured one, by its MD5. Throws EFile when it cannot be read.
+    static bool isPresent(DownloadConfig const& config, String const& path);
 
     /// Lower-case hexadecimal; throws EFile when the file cannot be read.
     static String computeFileMd5(String const& path);
 
 private:
     String urlOf(String const& url) const;
-    bool transfer(String const& url, String const& path);
+    bool transfer(String const& url, String const& path, unsigned long limit);
+    bool fill(File& file, String const& url, String const& path);
 
     TarvikClientCurlSession m_session;
     mutable Mutex m_serverMutex;
@@ -63,7 +73,7 @@ private:
 };
 
 /// Whether a name from the configuration may become a path below a directory; logs, as `cls` and `method`,
-/// one that would lead out of it.
+/// one that would lead out of it or that is one of the client's own there.
 bool staysInDirectory(String const& name, char const* cls, char const* method);
 
 /// Removes a file that an installation is about to replace, if there is one. Throws EFile after a log line.

@@ -3,9 +3,8 @@
 #include "base/file.h"
 #include "base/log.h"
 #include "http/uri.h"
-#include "tarvikclient/client.h"
 #include "tarvikclient/mediationresponse.h"
-#include "zlib/zip.h"
+#include "tarvikclient/moduleinstall.h"
 
 #include <algorithm>
 
@@ -66,16 +65,21 @@ void TarvikClientHostchecker::downloadDll() {
     String const modulePath = getDllPath(dll, getHostcheckerDir());
     if (modulePath.empty())
         return;
-    String const archive = m_downloads.downloadFromConfig(dll, getHostcheckerDir());
-    if (!archive.empty())
-        zlib::Zip::unzip(archive, File::getSubPath(modulePath));
+    if (!staysInDirectory(dll.filename, "DownloadManager", "downloadFromConfig"))
+        return;
+    ModuleInstall install(
+        {ModuleManifest::hostchecker, getHostcheckerDir(), File::getFileName(dll.pattern), modulePath});
+    install.fetch(m_downloads, dll);
+    // Without a module in the archive the one that was there is used.
+    if (install.missing().empty())
+        install.commit();
 }
 
 void TarvikClientHostchecker::loadDll() {
     String const modulePath = getDllPath(m_configuration.hostcheckerDlls.mac, getHostcheckerDir());
     log(TRACE, "TarvikClient", "loadDll", "Load macosx module");
-    TarvikClient::verifyDllSignature(modulePath, modulePath + SignedDll::fileSuffix);
-    m_module = std::make_unique<HostCheckerDllInstance>(modulePath);
+    m_module = std::make_unique<HostCheckerDllInstance>(std::make_unique<VerifiedModule>(
+        modulePath, modulePath + SignedDll::fileSuffix, ModuleManifest::hostchecker));
 }
 
 bool TarvikClientHostchecker::sendResponse(CurlSession& session, String const& rules) {

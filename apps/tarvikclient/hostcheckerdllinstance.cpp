@@ -4,7 +4,8 @@
 
 namespace quillon {
 
-HostCheckerDllInstance::HostCheckerDllInstance(String const& modulePath) : ModuleLoader(modulePath) {
+HostCheckerDllInstance::HostCheckerDllInstance(std::unique_ptr<VerifiedModule> module)
+    : ModuleLoader(std::move(module)) {
     resolve(m_init, "InitHostCheckerDll");
     resolve(m_close, "CloseHostCheckerDll");
     resolve(m_getValidRules, "GetValidRules");

@@ -15,7 +15,7 @@ class EHostCheckerDllInstance : public Exception {
 /// operation throws EModuleLoader when the module lets an exception out.
 class HostCheckerDllInstance : public ModuleLoader {
 public:
-    explicit HostCheckerDllInstance(String const& modulePath);
+    explicit HostCheckerDllInstance(std::unique_ptr<VerifiedModule> module);
 
     /// `directory` ends in "/" and is the module's to write in.
     void start(String const& directory, String const& hostname, String const& language);

@@ -12,6 +12,15 @@ constexpr char sourceFile[] = "apps/tarvikclient/moduleloader.cpp";
 
 } // namespace
 
+ModuleLoader::ModuleLoader(std::unique_ptr<VerifiedModule> module) : m_module(std::move(module)) {
+    String const loadPath = m_module->getLoadPath();
+    bool const loaded = dlopen(loadPath.str());
+    String const reason = loaded ? String() : dlerror().replace(loadPath, m_module->getPath());
+    m_module->settle();
+    if (!loaded)
+        reportLoadError(m_module->getPath(), reason);
+}
+
 ModuleLoader::ModuleLoader(String const& path) {
     if (!dlopen(path.str()))
         reportLoadError(path);
@@ -48,7 +57,11 @@ int ModuleLoader::dlclose() {
 }
 
 void ModuleLoader::reportLoadError(String const& name) {
-    log(ERROR, "ModuleLoader", "ModuleLoader", "Unable to load \"" + name + "\": " + dlerror());
+    reportLoadError(name, dlerror());
+}
+
+void ModuleLoader::reportLoadError(String const& name, String const& reason) {
+    log(ERROR, "ModuleLoader", "ModuleLoader", "Unable to load \"" + name + "\": " + reason);
     throw EModuleLoader("EModuleLoader", sourceFile, 28);
 }
 

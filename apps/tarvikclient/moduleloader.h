@@ -2,7 +2,9 @@
 #pragma once
 
 #include "base/exception.h"
+#include "tarvikclient/verifiedmodule.h"
 
+#include <memory>
 #include <type_traits>
 #include <utility>
 
@@ -14,10 +16,13 @@ class EModuleLoader : public Exception {
 };
 
 /// One open module. The library stays mapped while the object lives; whoever owns it stops the module before.
-/// Used on the client thread. Only a path whose signature has been verified belongs here.
+/// Used on the client thread.
 class ModuleLoader {
 public:
-    /// Opens the library; throws EModuleLoader after a log line with the linker's own text.
+    /// Opens the library; throws EModuleLoader after a log line with the module's path and the linker's own
+    /// text.
+    explicit ModuleLoader(std::unique_ptr<VerifiedModule> module);
+    /// Opens a library of this machine's own: the linker reads its path as it likes.
     explicit ModuleLoader(String const& path);
     ModuleLoader(ModuleLoader const&) = delete;
     ModuleLoader& operator=(ModuleLoader const&) = delete;
@@ -51,8 +56,10 @@ protected:
 
 private:
     [[noreturn]] void reportLoadError(String const& name);
+    [[noreturn]] void reportLoadError(String const& name, String const& reason);
     [[noreturn]] static void reportException(char const* symbol);
 
+    std::unique_ptr<VerifiedModule> m_module; // what the library loads itself goes by its directory
     void* m_handle = nullptr;
 };
 

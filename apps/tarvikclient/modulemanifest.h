@@ -50,8 +50,8 @@ public:
     /// maxNameLength bytes, no component empty or ending in a dot, and no two alike but for case.
     void check() const;
 
-    /// Whether a module of this manifest may be used as `kind` on this platform under `fileName`: no companion
-    /// may take the place of the module or of its signature file. Logs why not.
+    /// Whether a module of this manifest may be used as `kind` on this platform under `fileName`: no
+    /// companion may take the place of the module or of its signature file. Logs why not.
     bool suits(String const& kind, String const& fileName) const;
 
     /// What the second signature signs: version, name, signdate and sha256 of `module`, kind, platform, the

@@ -3,6 +3,7 @@
 #include "base/file.h"
 #include "base/log.h"
 #include "tarvikclient/client.h"
+#include "tarvikclient/moduleinstall.h"
 
 #include "json/JSONWrapperConstIterator.h"
 #include "json/JSONWrapperFromString.h"
@@ -45,15 +46,15 @@ int TarvikClientPluginDll::run(CurlSession& session) {
 String TarvikClientPluginDll::getCertDir() const {
     if (!staysInDirectory(m_configuration.orgname, "TarvikClientPluginDll", "getCertDir"))
         return String::null;
-    return getPluginDir() + "/" + "PKIs" + "/" + m_configuration.orgname;
+    return getPluginDir() + "/" + certificatesName + "/" + m_configuration.orgname;
 }
 
 void TarvikClientPluginDll::downloadCerts() {
     String const directory = getCertDir();
     if (directory.empty())
         return;
-    m_downloads.downloadFromConfig(m_configuration.certificates.cert, directory);
-    m_downloads.downloadFromConfig(m_configuration.certificates.ca, directory);
+    fetchCertificate(m_downloads, m_configuration.certificates.cert, getPluginDir(), directory);
+    fetchCertificate(m_downloads, m_configuration.certificates.ca, getPluginDir(), directory);
 }
 
 bool TarvikClientPluginDll::sendProxy() {

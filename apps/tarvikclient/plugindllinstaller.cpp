@@ -2,8 +2,7 @@
 
 #include "base/file.h"
 #include "base/log.h"
-#include "tarvikclient/client.h"
-#include "zlib/zip.h"
+#include "tarvikclient/moduleinstall.h"
 
 namespace quillon {
 
@@ -27,19 +26,19 @@ void PluginDllInstaller::downloadDll(Dll const& dll, String const& directory, bo
             modulePath + " and " + sigPath + " are already present.");
         return;
     }
-    // Both before anything is removed: a download that is refused must not cost the module that is there.
+    // Before anything is removed: a download that is refused must not cost the module that is there.
     for (String const& name : {dll.pattern, dll.filename})
         if (!staysInDirectory(name, "TarvikClientPluginDll", "downloadDll"))
             return;
     log(TRACE, "TarvikClient", "downloadWindowsDll", "Downloading dll.");
-    String const unpackedPath = directory + "/" + dll.pattern;
-    String const unpackedSigPath = unpackedPath + SignedDll::fileSuffix;
-    for (String const& path : {modulePath, sigPath, unpackedPath, unpackedSigPath})
-        REMOVE(path);
-    String const archive = m_downloads.downloadFromConfig(dll, directory);
-    zlib::Zip::unzip(archive, directory);
-    RENAME(unpackedPath, modulePath);
-    RENAME(unpackedSigPath, sigPath);
+    ModuleInstall install({ModuleManifest::plugin, directory, dll.pattern, modulePath});
+    install.fetch(m_downloads, dll);
+    if (String const missing = install.missing(); !missing.empty()) {
+        log(ERROR, "TarvikClient", "downloadWindowsDll",
+            "missing " + directory + "/" + missing + " in archive");
+        throw EFile("EFile", "apps/tarvikclient/plugindllinstaller.cpp", __LINE__);
+    }
+    install.commit();
 }
 
 void PluginDllInstaller::downloadMacOsXDll() {
@@ -54,8 +53,9 @@ void PluginDllInstaller::downloadWindowsDlls() {
 void PluginDllInstaller::loadDll() {
     String const path = getDllPath(m_dlls.mac, getPluginDir());
     log(TRACE, "TarvikClient", "loadDll", "Load macosx module");
-    TarvikClient::verifyDllSignature(path, path + SignedDll::fileSuffix);
-    m_module = std::make_unique<PluginDllInstance>(path, m_dlls.mac.version, getPluginDir());
+    auto module =
+        std::make_unique<VerifiedModule>(path, path + SignedDll::fileSuffix, ModuleManifest::plugin);
+    m_module = std::make_unique<PluginDllInstance>(std::move(module), m_dlls.mac.version, getPluginDir());
 }
 
 } // namespace quillon

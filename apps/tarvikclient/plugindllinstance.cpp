@@ -4,8 +4,9 @@
 
 namespace quillon {
 
-PluginDllInstance::PluginDllInstance(String const& modulePath, String const& version, String const& pluginDir)
-    : ModuleLoader(modulePath) {
+PluginDllInstance::PluginDllInstance(std::unique_ptr<VerifiedModule> module, String const& version,
+                                     String const& pluginDir)
+    : ModuleLoader(std::move(module)) {
     resolveExports();
     m_instance = call("DllCreatePluginFrontal", m_createPluginFrontal);
     if (!m_instance) {

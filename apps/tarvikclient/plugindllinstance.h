@@ -32,7 +32,7 @@ struct PluginParameters {
 class PluginDllInstance : public ModuleLoader {
 public:
     /// `version` and `pluginDir` are handed to the module. Throws EModuleLoader and EPluginDllInstance.
-    PluginDllInstance(String const& modulePath, String const& version, String const& pluginDir);
+    PluginDllInstance(std::unique_ptr<VerifiedModule> module, String const& version, String const& pluginDir);
 
     /// Hands over everything that start() needs.
     void configure(PluginParameters const& parameters, TarvikDownloadDelegate downloadDelegate);

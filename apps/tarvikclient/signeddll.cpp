@@ -13,9 +13,6 @@ namespace quillon {
 namespace {
 
 constexpr char rootName[] = "dll";
-// Room for a key of 16384 bits and 256 companions with names of 100 bytes; reading a document costs many
-// times its size.
-constexpr unsigned long maxFileSize = 64 * 1024;
 
 [[noreturn]] void failParsing() {
     log(ERROR, "SignedDll", "loadFromFile", "Error while parsing signature");
@@ -72,10 +69,14 @@ void SignedDll::loadFromFile(String const& path) {
     try {
         text = File::readAllFile(path);
     } catch (EFile const&) {
-        log(ERROR, "SignedDll", "loadFromFile", "Cannot open dll signature " + path);
-        throw EBadSignature("EBadSignature", "apps/tarvikclient/signeddll.cpp", 77);
+        failOpening(path);
     }
     loadFromText(text);
+}
+
+void SignedDll::failOpening(String const& path) {
+    log(ERROR, "SignedDll", "loadFromFile", "Cannot open dll signature " + path);
+    throw EBadSignature("EBadSignature", "apps/tarvikclient/signeddll.cpp", 77);
 }
 
 void SignedDll::loadFromText(String const& xml) {

@@ -27,6 +27,9 @@ class SignedDll : public DllInfos {
 public:
     /// Behind a module's path: the path of its signature file.
     static constexpr char fileSuffix[] = ".sig";
+    /// No signature file is larger, in bytes: room for a key of 16384 bits and 256 companions with names of
+    /// 100 bytes. Reading a document costs many times its size.
+    static constexpr unsigned maxFileSize = 64 * 1024;
 
     SignedDll() : m_signer(*this) {}
     SignedDll(SignedDll const&) = delete;
@@ -48,6 +51,8 @@ public:
 
     /// Throws EBadSignature when the file is missing or is no signature file.
     void loadFromFile(String const& path);
+    /// Throws the EBadSignature of a file that cannot be opened, after its log line.
+    [[noreturn]] static void failOpening(String const& path);
     /// Throws EBadSignature when the text is no signature file's. Nothing is verified yet.
     void loadFromText(String const& xml);
     /// False when the file could not be written whole.

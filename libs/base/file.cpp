@@ -22,6 +22,8 @@ char const* stdioMode(File::ModeOption mode) {
         return reads ? "a+be" : "abe";
     if (!(mode & File::out))
         return "rbe";
+    if (mode & File::exclusive)
+        return "wbxe";
     if (mode & File::truncate)
         return reads ? "w+be" : "wbe";
     return "r+be";
@@ -51,6 +53,7 @@ bool File::open(String const& path, ModeOption mode) {
         fchmod(fileno(m_file), openToAll);
     m_size = static_cast<unsigned long>(info.st_size);
     m_position = 0;
+    m_maxSize = unlimited;
     if (mode & (atEnd | append))
         seek(0, end);
     return true;
@@ -100,6 +103,10 @@ void File::readBytes(void* bytes, std::size_t count) {
 void File::writeBytes(void const* bytes, std::size_t count) {
     if (count == 0)
         return;
+    if (count > m_maxSize || m_position > m_maxSize - count) {
+        log(ERROR, "File", "write", "longer than it may be: " + m_path);
+        throwFile(__LINE__);
+    }
     if (!m_file || std::fwrite(bytes, 1, count, m_file) != count) {
         log(ERROR, "File", "write", "cannot write " + m_path);
         throwFile(__LINE__);

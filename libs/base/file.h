@@ -29,6 +29,8 @@ public:
     static constexpr ModeOption in = 8;
     static constexpr ModeOption out = 16;
     static constexpr ModeOption truncate = 32;
+    /// With truncating alone: fails where there is something already.
+    static constexpr ModeOption exclusive = 64;
 
     enum SeekDir { begin = SEEK_SET, current = SEEK_CUR, end = SEEK_END };
 
@@ -48,6 +50,8 @@ public:
     unsigned long size() const noexcept { return m_size; }
     bool seek(int offset, SeekDir from);
     unsigned tell() const;
+    /// From now on a write that would make the file longer throws; in bytes.
+    void limitSize(unsigned long bytes) noexcept { m_maxSize = bytes; }
     /// Waits until what was written is on the disk; false when it cannot be.
     bool sync();
 
@@ -147,6 +151,8 @@ public:
     static void setFileLastAccess(String const& path, DateTime const& time);
 
 private:
+    static constexpr unsigned long unlimited = static_cast<unsigned long>(-1);
+
     bool seekTo(long offset, SeekDir from);
     void readBytes(void* bytes, std::size_t count);
     void writeBytes(void const* bytes, std::size_t count);
@@ -155,6 +161,7 @@ private:
     String m_path;
     unsigned long m_size = 0;
     unsigned long m_position = 0;
+    unsigned long m_maxSize = unlimited;
 };
 
 } // namespace quillon

@@ -56,7 +56,7 @@ std::vector<std::string> ClientTest::calls(std::string const& directory) const {
 std::vector<std::string> ClientTest::filesAtHome() const {
     std::vector<std::string> files;
     for (auto const& entry : std::filesystem::recursive_directory_iterator(m_home.path()))
-        if (!entry.is_directory())
+        if (!entry.is_directory() && entry.path().filename() != ".tarvik-record")
             files.push_back(entry.path().lexically_relative(m_home.path()).string());
     std::sort(files.begin(), files.end());
     return files;

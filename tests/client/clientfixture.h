@@ -35,7 +35,8 @@ protected:
 
     std::string dataDirectory() const { return m_home.path() + "/.Tarvik/"; }
     std::string pluginDirectory() const { return dataDirectory() + "/Plugin"; }
-    /// Every file under the home directory, relative to it, in order.
+    /// Every file under the home directory but the client's lists of what it installed, relative to it, in
+    /// order.
     std::vector<std::string> filesAtHome() const;
 
     TemporaryDirectory m_home;

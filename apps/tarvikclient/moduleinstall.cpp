@@ -1,0 +1,225 @@
+#include "tarvikclient/moduleinstall.h"
+
+#include "base/file.h"
+#include "base/log.h"
+#include "tarvikclient/installrecord.h"
+#include "tarvikclient/verifiedmodule.h"
+#include "zlib/zip.h"
+
+#include <filesystem>
+#include <set>
+
+namespace quillon {
+
+namespace {
+
+constexpr char freshPurpose[] = "install";
+constexpr unsigned long maxCertificateSize = 16UL * 1024 * 1024;
+
+[[noreturn]] void fail(char const* method, String const& reason, int line) {
+    log(ERROR, "ModuleInstall", method, reason);
+    throw EFile("EFile", "apps/tarvikclient/moduleinstall.cpp", line);
+}
+
+/// One spelling for each path, as the record and the archive have it.
+String normalised(String const& path) {
+    std::filesystem::path const native(path.replace('\\', '/').view());
+    return String::copyOf(native.lexically_normal().native());
+}
+
+/// The directory of all modules of a kind, which one process at a time changes, and its record.
+class LockedBase {
+public:
+    explicit LockedBase(String const& path)
+        : directory((File::ensureDirectory(path), path)), record((lock(path), path)) {}
+
+    ModuleDirectory directory;
+    InstallRecord record;
+
+private:
+    void lock(String const& path) {
+        if (!directory.lock())
+            fail("LockedBase", "another process holds " + path, __LINE__);
+    }
+};
+
+/// To be called before a download is there: so nothing that a killed process leaves is unknown.
+void expect(InstallRecord& record, char kind, String const& name) {
+    record.makeRoom({name}, false);
+    record.set(kind, name, {name});
+    record.save();
+}
+
+/// Makes sure that an install survives the machine's end: a module that is cut off would be found present and
+/// never fetched again.
+void sync(String const& path) {
+    File file;
+    if (!file.open(path, File::in) || !file.sync())
+        fail("sync", "cannot write " + path, __LINE__);
+}
+
+} // namespace
+
+ModuleInstall::ModuleInstall(ModulePlace const& place)
+    : m_place{place.kind, normalised(place.base), normalised(place.pattern), normalised(place.path)},
+      m_shownPath(place.path.owned()) {}
+
+ModuleInstall::~ModuleInstall() {
+    try {
+        if (!m_fetched.empty() && File::exists(m_fetched))
+            File::remove(m_fetched);
+        if (!m_fresh.empty())
+            File::eraseDirectory(m_fresh);
+    } catch (EFile const&) {
+        // The next install takes the directory away, the next download the archive.
+    }
+}
+
+void ModuleInstall::fetch(DownloadManager& downloads, DownloadManager::DownloadConfig const& archive) {
+    String path = prepare(normalised(archive.filename));
+    if (path.empty()) {
+        path = m_fresh + "/archive";
+        if (!downloads.downloadFileTo(archive.urlpath + archive.filename, path))
+            return;
+    } else if (!DownloadManager::isPresent(archive, path)) {
+        m_fetched = path = downloads.downloadFromConfig(archive, m_place.base);
+    }
+    if (!path.empty())
+        zlib::Zip::unzip(path, unpacked(""));
+}
+
+/// Where the archive is, or is to go; empty where an installed module is, which what has not been verified must
+/// not cost anybody.
+String ModuleInstall::prepare(String const& archiveName) {
+    LockedBase base(m_place.base);
+    removeLeftovers(base.directory);
+    m_fresh = m_place.base + "/" + ModuleDirectory::freshName(freshPurpose);
+    File::createDirectory(m_fresh);
+    m_inUse = std::make_unique<ModuleDirectory>(m_fresh);
+    m_inUse->lock();
+    if (base.record.isOfModule(archiveName))
+        return String();
+    if (!archiveName.empty())
+        expect(base.record, InstallRecord::archive, archiveName);
+    return m_place.base + "/" + archiveName;
+}
+
+/// Of processes that were killed: nobody has them locked.
+void ModuleInstall::removeLeftovers(ModuleDirectory const& base) const {
+    for (String const& name : base.list(freshPurpose)) {
+        String const path = m_place.base + "/" + name;
+        try {
+            if (ModuleDirectory(path).lock(std::chrono::milliseconds(0)))
+                File::eraseDirectory(path);
+        } catch (EFile const&) {
+            // Whatever it is, it is in nobody's way.
+        }
+    }
+}
+
+String ModuleInstall::missing() const {
+    for (String const& name : {m_place.pattern, String(m_place.pattern + SignedDll::fileSuffix)})
+        if (!File::exists(unpacked(name)))
+            return name;
+    return String();
+}
+
+void ModuleInstall::commit() {
+    verify();
+    moveIntoPlace(moves());
+    m_fetched.clear();
+}
+
+void ModuleInstall::verify() {
+    String const module = unpacked(m_place.pattern);
+    ModuleDirectory const directory(File::getFolderName(module));
+    String const name = File::getFileName(module);
+    readRecord(directory, name + SignedDll::fileSuffix, m_shownPath + SignedDll::fileSuffix, m_record);
+    verifyModule(directory, name, m_record, m_shownPath, Descriptor());
+    verifyManifest(directory, m_record, m_place.kind, m_shownPath);
+}
+
+ModuleInstall::Moves ModuleInstall::moves() const {
+    Moves moves;
+    String const staged = unpacked(m_place.pattern);
+    if (!m_record.manifest)
+        addUnlisted(moves);
+    else
+        for (ModuleCompanion const& companion : m_record.manifest->companions)
+            moves.push_back({File::getFolderName(staged) + "/" + companion.name, installed(companion.name)});
+    moves.push_back({staged, m_place.path});
+    moves.push_back({staged + SignedDll::fileSuffix, m_place.path + SignedDll::fileSuffix});
+    return moves;
+}
+
+/// All that the archive brings: what of it belongs to the module nobody has said.
+void ModuleInstall::addUnlisted(Moves& moves) const {
+    List<String> names;
+    File::getRecursiveFilesList(unpacked(""), names);
+    for (String const& name : names) {
+        bool const isModule = name == m_place.pattern || name == m_place.pattern + SignedDll::fileSuffix;
+        if (!isModule && !isTaken(name))
+            moves.push_back({unpacked(name), installed(name)});
+    }
+}
+
+/// Whether a file of that name would stand in the way of the module itself or of what the client keeps there.
+bool ModuleInstall::isTaken(String const& name) const {
+    String const file = File::getFileName(m_place.path);
+    String const first = name.left('/');
+    return first == file || first == file + SignedDll::fileSuffix || first == certificatesName ||
+           ModuleDirectory::isReserved(name);
+}
+
+void ModuleInstall::moveIntoPlace(Moves const& moves) const {
+    String const group = belowBase(File::getFolderName(m_place.path));
+    Strings files;
+    for (Move const& move : moves)
+        files.add(belowBase(move.to));
+    LockedBase base(m_place.base);
+    Strings const before = base.record.filesOf(InstallRecord::module, group);
+    Strings both = files;
+    for (String const& file : before)
+        both.add(file);
+    base.record.makeRoom(files, true);
+    base.record.set(InstallRecord::module, group, both);
+    base.record.save();
+    REMOVE(m_place.path + SignedDll::fileSuffix);
+    std::set<String> const wanted(files.begin(), files.end());
+    for (String const& file : before)
+        if (!wanted.contains(file))
+            base.record.remove(file);
+    for (Move const& move : moves) {
+        sync(move.from);
+        File::ensureDirectory(File::getFolderName(move.to));
+        File::move(move.from, move.to);
+    }
+    base.record.set(InstallRecord::module, group, files);
+    base.record.save();
+}
+
+String ModuleInstall::installed(String const& name) const {
+    return File::getFolderName(m_place.path) + "/" + name;
+}
+
+String ModuleInstall::belowBase(String const& path) const {
+    return path.range(m_place.base.length()).trimLeft('/');
+}
+
+void fetchCertificate(DownloadManager& downloads, DownloadManager::DownloadConfig const& certificate,
+                      String const& base, String const& directory) {
+    String const path = directory + "/" + certificate.filename;
+    if (!staysInDirectory(certificate.filename, "DownloadManager", "downloadFromConfig"))
+        return;
+    try {
+        LockedBase locked(base);
+        String const name = normalised(path.range(base.length() + 1));
+        if (!certificate.filename.empty())
+            expect(locked.record, InstallRecord::certificate, name);
+    } catch (EFile const&) {
+        return; // the module reports what it misses
+    }
+    downloads.downloadFromConfig(certificate, directory, maxCertificateSize);
+}
+
+} // namespace quillon

@@ -1,0 +1,79 @@
+// The installation of one module.
+#pragma once
+
+#include "tarvikclient/downloadManager.h"
+#include "tarvikclient/signeddll.h"
+
+#include <memory>
+#include <vector>
+
+namespace quillon {
+
+class ModuleDirectory;
+
+/// Where a module comes from and where it goes.
+struct ModulePlace {
+    char const* kind; ///< as manifests name it
+    String base;      ///< the directory of all modules of the kind, without a "/" behind; archives go here
+    String pattern;   ///< the module's name in the archive
+    String path;      ///< the installed module's, in `base` or below it; companions go to its directory
+};
+
+/// Fetches a module's archive, unpacks it into a fresh directory beside the target, checks the module there
+/// and only then moves what it brings into place: what does not verify changes nothing and leaves nothing.
+/// The module counts as installed when its signature file is in place, which is the last step; the old one
+/// goes first, so that an install that was cut short is done again. One object for one install, on the
+/// client thread.
+class ModuleInstall {
+public:
+    explicit ModuleInstall(ModulePlace const& place);
+    /// Takes away the fresh directory and, unless the install was completed, an archive that it fetched.
+    ~ModuleInstall();
+    ModuleInstall(ModuleInstall const&) = delete;
+    ModuleInstall& operator=(ModuleInstall const&) = delete;
+
+    /// Fetches the archive, unless it is there with its MD5, and unpacks it; its name is safe. A failure is
+    /// logged, and nothing is unpacked or not all. Throws EFile, after a log line, when the directory cannot
+    /// be used.
+    void fetch(DownloadManager& downloads, DownloadManager::DownloadConfig const& archive);
+    /// Which of the module and its signature file the archive lacks, by its name there; empty when both are
+    /// unpacked.
+    String missing() const;
+    /// Checks the module and moves it, its signature file and its companions into place. Throws EBadSignature
+    /// when it does not verify and EFile when it is missing or cannot be moved, after log lines.
+    void commit();
+
+private:
+    struct Move {
+        String from;
+        String to;
+    };
+    using Moves = std::vector<Move>;
+
+    String prepare(String const& archiveName);
+    void removeLeftovers(ModuleDirectory const& base) const;
+    void verify();
+    Moves moves() const;
+    void addUnlisted(Moves& moves) const;
+    bool isTaken(String const& name) const;
+    void moveIntoPlace(Moves const& moves) const;
+    String unpacked(String const& name) const { return m_fresh + "/content/" + name; }
+    String installed(String const& name) const;
+    String belowBase(String const& path) const;
+
+    ModulePlace const m_place; // each path in one spelling, as the record and the archive have it
+    String const m_shownPath;  // the module's, for messages
+    String m_fresh;                          // the directory; empty until it is made
+    std::unique_ptr<ModuleDirectory> m_inUse; // the same, locked
+    String m_fetched;                        // an archive to take away again; empty when there is none
+    SignedDll m_record;
+};
+
+/// Where organisations' certificates go, below the directory of plug-ins.
+constexpr char certificatesName[] = "PKIs";
+
+/// Fetches a certificate into `directory`, below `base`, unless it is there with its MD5. A failure is logged.
+void fetchCertificate(DownloadManager& downloads, DownloadManager::DownloadConfig const& certificate,
+                      String const& base, String const& directory);
+
+} // namespace quillon

@@ -1,0 +1,23 @@
+#include "base/ownfile.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+
+#include <cerrno>
+
+namespace quillon {
+
+Descriptor openOwnFile(int directory, char const* name, int flags, unsigned mode) {
+    // A FIFO would be waited for, and what a link leads to is not this user's choice.
+    Descriptor file(::openat(directory, name, flags | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, mode));
+    struct stat info {};
+    if (!file || fstat(file.number(), &info) != 0)
+        return Descriptor();
+    // A second name may be another user's, put where this one will be told to write.
+    if (S_ISREG(info.st_mode) && info.st_uid == geteuid() && info.st_nlink == 1)
+        return file;
+    errno = EPERM;
+    return Descriptor();
+}
+
+} // namespace quillon
