@@ -4,6 +4,7 @@
 #include "base/string.h"
 
 #include <optional>
+#include <vector>
 
 namespace quillon::signmodule {
 
@@ -15,12 +16,15 @@ struct CommandLine {
     String key;
     String name;
     String version;
+    String kind; ///< empty when no manifest is wanted
+    String platform;
+    std::vector<String> companions; ///< paths of files
     String module;
 };
 
 extern char const usage[];
 
-/// Nothing when an argument is missing, unknown or given to the wrong command.
+/// Nothing when an argument is missing, unknown, empty or given to the wrong command.
 std::optional<CommandLine> parseCommandLine(int argc, char const* const* argv);
 
 } // namespace quillon::signmodule

@@ -4,6 +4,7 @@
 #include "base/log.h"
 #include "openssl/rsa_wrapper.h"
 #include "signmodule/commandline.h"
+#include "signmodule/companions.h"
 #include "tarvikclient/signeddll.h"
 
 #include <cstdio>
@@ -15,14 +16,41 @@ using namespace quillon::signmodule;
 
 constexpr int exitFailure = 1;
 
+void say(String const& text) {
+    std::fprintf(stderr, "tarvik-signmodule: %s\n", text.str());
+}
+
 bool fail(String const& reason) {
-    std::fprintf(stderr, "tarvik-signmodule: %s\n", reason.str());
+    say(reason);
     return false;
 }
 
 /// The signature file escapes nothing, so what would be markup there is refused here.
 bool isPlain(String const& text) {
     return text.findFirstOf("<>&\"'\r\n", 0) == String::npos;
+}
+
+ModuleManifest manifestOf(CommandLine const& line) {
+    ModuleManifest manifest;
+    manifest.kind = line.kind;
+    manifest.platform = line.platform;
+    for (String const& file : line.companions)
+        manifest.companions.push_back(describeCompanion(line.module, file));
+    return manifest;
+}
+
+/// The client has a bound for the length of a signature file: one that it would not read does not stay.
+bool save(SignedDll const& record, String const& path) {
+    if (!record.saveToFile(path))
+        return fail("cannot write " + path);
+    try {
+        SignedDll().loadFromFile(path);
+    } catch (EBadSignature const&) {
+        File::remove(path);
+        return fail("too many companions, or too long names, for one signature file");
+    }
+    say("wrote " + path);
+    return true;
 }
 
 bool sign(CommandLine const& line) {
@@ -35,12 +63,26 @@ bool sign(CommandLine const& line) {
     record.name = line.name;
     record.version = line.version;
     record.compute(key, line.module);
-    if (record.signature.empty())
+    if (!line.kind.empty()) {
+        ModuleManifest const manifest = manifestOf(line);
+        if (!manifest.leavesPlaceFor(File::getFileName(line.module)))
+            return fail("a companion has the name of the module or of its signature");
+        record.attach(manifest, key);
+    }
+    if (record.signature.empty() || (record.manifest && record.signature2.empty()))
         return fail("cannot sign with the key of " + line.key);
-    String const path = line.module + SignedDll::fileSuffix;
-    if (!record.saveToFile(path))
-        return fail("cannot write " + path);
-    std::fprintf(stderr, "tarvik-signmodule: wrote %s\n", path.str());
+    return save(record, line.module + SignedDll::fileSuffix);
+}
+
+bool verifyManifest(CommandLine const& line, ModuleManifest const& manifest) {
+    say("a " + manifest.kind + " for " + manifest.platform);
+    if (!manifest.leavesPlaceFor(File::getFileName(line.module)))
+        return fail("a companion has the name of the module or of its signature");
+    for (ModuleCompanion const& companion : manifest.companions) {
+        if (!verifyCompanion(line.module, companion))
+            return fail("companion " + companion.name + " does not verify");
+        say("companion " + companion.name + " verifies");
+    }
     return true;
 }
 
@@ -52,9 +94,8 @@ bool verify(CommandLine const& line) {
     record.loadFromFile(line.module + SignedDll::fileSuffix);
     if (!record.verify(key, line.module))
         return fail(line.module + " does not verify");
-    std::fprintf(stderr, "tarvik-signmodule: %s verifies: %s %s, signed %s\n", line.module.str(),
-                 record.name.str(), record.version.str(), record.signdate.str());
-    return true;
+    say(line.module + " verifies: " + record.name + " " + record.version + ", signed " + record.signdate);
+    return !record.manifest || verifyManifest(line, *record.manifest);
 }
 
 } // namespace

@@ -104,19 +104,19 @@ void ModuleManifest::check() const {
 }
 
 bool ModuleManifest::suits(String const& wantedKind, String const& fileName) const {
-    if (kind != wantedKind || platform != modulePlatform()) {
-        log(ERROR, "ModuleManifest", "suits",
-            "a module of the kind " + kind + " for " + platform + " is no " + wantedKind + " for " +
-                modulePlatform());
-        return false;
-    }
-    for (ModuleCompanion const& companion : companions)
-        for (String const& taken : {fileName, String(fileName + SignedDll::fileSuffix)})
-            if (companion.name.equalsNoCase2(taken)) {
-                log(ERROR, "ModuleManifest", "suits", "a companion has the module's name: " + taken);
-                return false;
-            }
-    return true;
+    if (kind == wantedKind && platform == modulePlatform() && leavesPlaceFor(fileName))
+        return true;
+    log(ERROR, "ModuleManifest", "suits",
+        fileName + ", a " + kind + " for " + platform + ", is no " + wantedKind + " for " + modulePlatform() +
+            ", or a companion has its name");
+    return false;
+}
+
+bool ModuleManifest::leavesPlaceFor(String const& fileName) const {
+    return std::none_of(companions.begin(), companions.end(), [&](ModuleCompanion const& companion) {
+        String const top = companion.name.left('/');
+        return top.equalsNoCase2(fileName) || top.equalsNoCase2(fileName + SignedDll::fileSuffix);
+    });
 }
 
 String ModuleManifest::signedBytes(DllInfos const& module) const {

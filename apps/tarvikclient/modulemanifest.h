@@ -50,9 +50,11 @@ public:
     /// maxNameLength bytes, no component empty or ending in a dot, and no two alike but for case.
     void check() const;
 
-    /// Whether a module of this manifest may be used as `kind` on this platform under `fileName`: no
-    /// companion may take the place of the module or of its signature file. Logs why not.
+    /// Whether a module of this manifest may be used as `kind` on this platform under the name `fileName`,
+    /// for which it has to leave place. Logs why not.
     bool suits(String const& kind, String const& fileName) const;
+    /// Whether no companion stands where the module `fileName` or its signature file does, or within either.
+    bool leavesPlaceFor(String const& fileName) const;
 
     /// What the second signature signs: version, name, signdate and sha256 of `module`, kind, platform, the
     /// number of companions, then the name and sha256 of each. Each stands as a netstring, its length in
