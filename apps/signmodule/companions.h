@@ -5,8 +5,8 @@
 
 namespace quillon::signmodule {
 
-/// What a manifest says of `file`, which lies below the directory of `module`. Throws EFile, after a log line,
-/// when it does not, is no plain file or cannot be read.
+/// What a manifest says of `file`, which lies below the directory of `module`. Throws EFile, after a log
+/// line, when it does not, is no plain file or cannot be read.
 ModuleCompanion describeCompanion(String const& module, String const& file);
 
 /// Whether the companion lies beside `module` as the manifest says. Throws EFile like describeCompanion().

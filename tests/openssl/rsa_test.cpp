@@ -101,6 +101,13 @@ TEST_F(RsaTest, signaturesOfAPrivateKeyVerifyWithItsPublicHalf) {
     EXPECT_EQ(signer.signLength(), 256u);
     EXPECT_TRUE(verifier.verify(bytes("text"), signer.sign(bytes("text"))));
     EXPECT_TRUE(verifier.verify(Memory(), signer.sign(Memory())));
+    Memory const signature = signer.signSha256(bytes("text"));
+    EXPECT_TRUE(verifier.verifySha256(bytes("text"), signature));
+    EXPECT_FALSE(verifier.verifySha256(bytes("texu"), signature));
+    EXPECT_FALSE(verifier.verifySha256(bytes("text"), Memory(signature.array(), signature.size() - 1)));
+    EXPECT_FALSE(verifier.verifySha256(bytes("text"), signer.sign(bytes("text"))));
+    EXPECT_FALSE(verifier.verify(bytes("text"), signature));
+    EXPECT_TRUE(verifier.signSha256(bytes("text")).empty());
     EXPECT_TRUE(verifier.sign(bytes("text")).empty());
     EXPECT_TRUE(verifier.toPem(false).empty());
 }
@@ -189,6 +196,8 @@ TEST_F(RsaTest, usingAnEmptyKeyIsFatal) {
     EXPECT_EQ(key.signLength(), 0u);
     EXPECT_EXIT(key.verify(Memory(), Memory()), testing::KilledBySignal(SIGABRT), "");
     EXPECT_EXIT(key.sign(Memory()), testing::KilledBySignal(SIGABRT), "");
+    EXPECT_EXIT(key.verifySha256(Memory(), Memory()), testing::KilledBySignal(SIGABRT), "");
+    EXPECT_EXIT(key.signSha256(Memory()), testing::KilledBySignal(SIGABRT), "");
 }
 
 TEST_F(RsaTest, contentSignerSignsWhatTheRecordWrites) {
