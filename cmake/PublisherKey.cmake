@@ -1,21 +1,20 @@
-# The publisher's public key that the client is built with.
+# The publisher's public keys that the client is built with.
 #
-# TARVIK_PUBLISHER_KEY names the PEM file (SubjectPublicKeyInfo, RSA 2048). Unset, a development
-# key pair is generated once in the build tree; its private half signs the sample modules.
-# Sets TARVIK_PUBLIC_KEY_FILE, and TARVIK_PRIVATE_KEY_FILE where the private half is known.
-set(TARVIK_PUBLISHER_KEY "" CACHE FILEPATH "The publisher's public key (PEM, SubjectPublicKeyInfo, RSA 2048)")
+# TARVIK_PUBLISHER_KEY names their PEM files (SubjectPublicKeyInfo, RSA 2048), parted by ";": a module that any of
+# them verifies is the publisher's, so that a new key can come before the old one goes. Unset, a development key pair
+# is generated once in the build tree; its private half signs the sample modules.
+# Sets TARVIK_PUBLIC_KEY_FILE, the first of them, TARVIK_PRIVATE_KEY_FILE where its private half is known, and
+# TARVIK_PUBLIC_KEYS_SOURCE, the keys as C++ initialisers.
+set(TARVIK_PUBLISHER_KEY "" CACHE STRING "The publisher's public keys (PEM, SubjectPublicKeyInfo, RSA 2048)")
 
 if(TARVIK_PUBLISHER_KEY)
-  if(NOT EXISTS "${TARVIK_PUBLISHER_KEY}")
-    message(FATAL_ERROR "TARVIK_PUBLISHER_KEY: no such file: ${TARVIK_PUBLISHER_KEY}")
-  endif()
-  set(TARVIK_PUBLIC_KEY_FILE "${TARVIK_PUBLISHER_KEY}")
+  set(public_key_files "${TARVIK_PUBLISHER_KEY}")
   set(TARVIK_PRIVATE_KEY_FILE "")
   message(STATUS "Publisher key: ${TARVIK_PUBLISHER_KEY}")
 else()
-  set(TARVIK_PUBLIC_KEY_FILE "${PROJECT_BINARY_DIR}/devkey/public.pem")
+  set(public_key_files "${PROJECT_BINARY_DIR}/devkey/public.pem")
   set(TARVIK_PRIVATE_KEY_FILE "${PROJECT_BINARY_DIR}/devkey/private.pem")
-  if(NOT EXISTS "${TARVIK_PRIVATE_KEY_FILE}" OR NOT EXISTS "${TARVIK_PUBLIC_KEY_FILE}")
+  if(NOT EXISTS "${TARVIK_PRIVATE_KEY_FILE}" OR NOT EXISTS "${public_key_files}")
     find_program(TARVIK_OPENSSL openssl REQUIRED)
     file(MAKE_DIRECTORY "${PROJECT_BINARY_DIR}/devkey")
     execute_process(
@@ -24,19 +23,27 @@ else()
       COMMAND_ERROR_IS_FATAL ANY)
     file(CHMOD "${TARVIK_PRIVATE_KEY_FILE}" PERMISSIONS OWNER_READ OWNER_WRITE)
     execute_process(
-      COMMAND "${TARVIK_OPENSSL}" pkey -in "${TARVIK_PRIVATE_KEY_FILE}" -pubout -out "${TARVIK_PUBLIC_KEY_FILE}"
+      COMMAND "${TARVIK_OPENSSL}" pkey -in "${TARVIK_PRIVATE_KEY_FILE}" -pubout -out "${public_key_files}"
       COMMAND_ERROR_IS_FATAL ANY)
   endif()
   message(STATUS "Publisher key: a development key in ${PROJECT_BINARY_DIR}/devkey (TARVIK_PUBLISHER_KEY is not set; "
                  "do not deploy this build)")
 endif()
 
-file(READ "${TARVIK_PUBLIC_KEY_FILE}" TARVIK_PUBLIC_KEY_PEM)
-if(NOT TARVIK_PUBLIC_KEY_PEM MATCHES "^-----BEGIN PUBLIC KEY-----\n")
-  message(FATAL_ERROR "${TARVIK_PUBLIC_KEY_FILE} is not a public key in SubjectPublicKeyInfo PEM form")
-endif()
-string(LENGTH "${TARVIK_PUBLIC_KEY_PEM}" TARVIK_PUBLIC_KEY_LENGTH)
-if(NOT TARVIK_PUBLIC_KEY_LENGTH EQUAL 451)
-  message(FATAL_ERROR "${TARVIK_PUBLIC_KEY_FILE} is not an RSA key of 2048 bits")
-endif()
-set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${TARVIK_PUBLIC_KEY_FILE}")
+list(GET public_key_files 0 TARVIK_PUBLIC_KEY_FILE)
+set(TARVIK_PUBLIC_KEYS_SOURCE "")
+foreach(file IN LISTS public_key_files)
+  if(NOT EXISTS "${file}")
+    message(FATAL_ERROR "TARVIK_PUBLISHER_KEY: no such file: ${file}")
+  endif()
+  file(READ "${file}" pem)
+  if(NOT pem MATCHES "^-----BEGIN PUBLIC KEY-----\n")
+    message(FATAL_ERROR "${file} is not a public key in SubjectPublicKeyInfo PEM form")
+  endif()
+  string(LENGTH "${pem}" length)
+  if(NOT length EQUAL 451)
+    message(FATAL_ERROR "${file} is not an RSA key of 2048 bits")
+  endif()
+  string(APPEND TARVIK_PUBLIC_KEYS_SOURCE "    R\"pem(${pem})pem\",\n")
+  set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${file}")
+endforeach()

@@ -33,8 +33,12 @@ std::vector<String> netstringsOf(String const& bytes) {
 
 std::vector<String> fieldsOf(SignedDll const& record) {
     ModuleManifest const& manifest = *record.manifest;
-    std::vector<String> fields{record.version, record.name,       record.signdate,
-                               record.sha256,  manifest.kind,     manifest.platform,
+    std::vector<String> fields{record.version,
+                               record.name,
+                               record.signdate,
+                               record.sha256,
+                               manifest.kind,
+                               manifest.platform,
                                toString(static_cast<unsigned>(manifest.companions.size()))};
     for (ModuleCompanion const& companion : manifest.companions)
         fields.insert(fields.end(), {companion.name, companion.sha256});
@@ -61,7 +65,8 @@ int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size) {
     }
     if (record.manifest)
         require(netstringsOf(record.manifest->signedBytes(record)) == fieldsOf(record));
-    for (String* const text : {&record.version, &record.name, &record.signdate, &record.sha256, &record.signature})
+    for (String* const text :
+         {&record.version, &record.name, &record.signdate, &record.sha256, &record.signature})
         if (text->findFirstOf("<&", 0) != String::npos)
             text->clear(); // the writer takes plain text alone
     SignedDll again;

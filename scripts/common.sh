@@ -5,7 +5,7 @@ project=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 # Debian 12's packages: the compiler and build tools, then the libraries.
 packages=(
   g++ cmake ninja-build pkg-config openssl
-  libcurl4-openssl-dev libssl-dev libjsoncpp-dev libarchive-dev libgtest-dev libcpp-httplib-dev
+  libcurl4-openssl-dev libssl-dev libjsoncpp-dev libarchive-dev libidn2-dev libgtest-dev libcpp-httplib-dev
   libwxgtk3.2-dev libayatana-appindicator3-dev librsvg2-bin gettext
 )
 

@@ -51,8 +51,11 @@ void keepForEver(ISubClient* subClient) {
 
 } // namespace
 
-TarvikClient::TarvikClient(ITarvikClientNotify& notify)
+TarvikClient::TarvikClient(ITarvikClientNotify& notify, IGatewayConsent* consent,
+                           SessionAudit::Sink const& audit)
     : Thread("tarvikclient", PRIORITY_NORMAL, true),
+      m_audit(audit),
+      m_consent(consent),
       m_downloadManager(m_localConfiguration),
       m_notify(notify) {
     for (LogCategory const category : {TRACE, ERROR, ASSERT, DEBUG})
@@ -96,6 +99,13 @@ bool TarvikClient::start() {
 
 void TarvikClient::stop() {
     TSynchronize<Mutex> lock(m_mutex);
+    stopWork();
+}
+
+/// Under the mutex.
+void TarvikClient::stopWork() {
+    if (m_question)
+        m_question->answer(GatewayQuestion::Answer::withdrawn);
     if (m_subClient)
         m_subClient->stop();
 }
@@ -103,8 +113,7 @@ void TarvikClient::stop() {
 void TarvikClient::cancel() {
     TSynchronize<Mutex> lock(m_mutex);
     m_downloadManager.getSession().cancel();
-    if (m_subClient)
-        m_subClient->stop();
+    stopWork();
 }
 
 void TarvikClient::showLogs() {
@@ -127,7 +136,13 @@ void TarvikClient::saveLocalConfiguration() const {
 }
 
 void TarvikClient::verifyDllSignature(String const& modulePath, String const& sigPath) {
-    VerifiedModule(modulePath, sigPath);
+    VerifiedModule(modulePath, sigPath, Policy());
+}
+
+std::unique_ptr<VerifiedModule> TarvikClient::verifyModule(String const& path, char const* kind) {
+    auto module = std::make_unique<VerifiedModule>(path, path + SignedDll::fileSuffix, *m_policy, kind);
+    m_audit.setModule(module->getRecord().name, module->getRecord().sha256);
+    return module;
 }
 
 template <class SubClient, class Configuration>

@@ -4,10 +4,15 @@
 #include "base/thread.h"
 #include "tarvikclient/clientconfiguration.h"
 #include "tarvikclient/clientnotify.h"
+#include "tarvikclient/gatewayconsent.h"
+#include "tarvikclient/policy.h"
+#include "tarvikclient/sessionaudit.h"
 #include "tarvikclient/signeddll.h"
 #include "tarvikclient/subclient.h"
 
 namespace quillon {
+
+class VerifiedModule;
 
 /// The client cannot be made.
 class ETarvikClient : public Exception {
@@ -31,7 +36,11 @@ public:
     /// `notify` must outlive the client's thread. Throws NullException without a console, EFile or
     /// ETarvikClient when the data directory cannot be used, EConfMissingKey for a settings file with half
     /// the credentials.
-    explicit TarvikClient(ITarvikClientNotify& notify);
+    ///
+    /// `consent`, which outlives the client's thread too, is asked where the policy says so; without one the
+    /// answer is no. `audit` takes one line for each session.
+    explicit TarvikClient(ITarvikClientNotify& notify, IGatewayConsent* consent = nullptr,
+                          SessionAudit::Sink const& audit = &SessionAudit::toSystemLog);
     ~TarvikClient() override;
 
     /// Stores the launch URL and starts the thread; starts nothing and returns false while it is running,
@@ -40,7 +49,8 @@ public:
     /// Stops the sub-client, if there is one, and starts the thread again with the stored URL unless it is
     /// still running.
     void restart();
-    /// Asks the sub-client, if there is one, to end its work. Does not wait for the thread.
+    /// Asks the sub-client, if there is one, to end its work, and withdraws a question to the user. Does not
+    /// wait for the thread.
     void stop();
     /// stop(), and nothing that the session waits for on the network keeps it: transfers under way are cut
     /// off within about a second, later ones fail at once, and no module is started any more, until run() or
@@ -65,6 +75,12 @@ public:
     /// Returns when the module is the publisher's; throws EBadSignature otherwise. Nothing of the module has
     /// been loaded before.
     static void verifyDllSignature(String const& modulePath, String const& sigPath);
+    /// The module installed at `path`, its signature file beside it, ready to be loaded as `kind`, as
+    /// manifests name it: what verifyDllSignature() asks for, what the session's policy says of keys and
+    /// dates, and a note for the session's audit. Throws EBadSignature. Client thread.
+    std::unique_ptr<VerifiedModule> verifyModule(String const& path, char const* kind);
+    /// The policy of the session. Client thread.
+    Policy const& policy() const noexcept { return *m_policy; }
 
     // The client thread: a configuration's call back.
     void dispatch(ClientHostcheckerDllConfiguration& configuration) override;
@@ -79,8 +95,14 @@ private:
     void setSubClient(ClientType type, Configuration& configuration);
     void abandonSubClient();
     bool start();
+    void stopWork();
 
+    void pass();
     void session();
+    void applyPolicy();
+    bool mayBegin();
+    GatewayQuestion::Answer askUser(http::HostPort const& gateway);
+    bool refuseGateway(char const* outcome, char const* reason);
     bool loadConfiguration();
     String prepareRequest();
     void installCookie(String const& host, String const& userInfo);
@@ -90,6 +112,9 @@ private:
     ClientLocalConfiguration m_localConfiguration;
     // Client thread.
     gc::Pointer<ClientConfiguration> m_configuration;
+    std::shared_ptr<Policy const> m_policy = std::make_shared<Policy const>();
+    SessionAudit m_audit;
+    IGatewayConsent* const m_consent;
     DownloadManager m_downloadManager;
     ITarvikClientNotify& m_notify;
     Mutex m_startMutex; // one start of the thread at a time
@@ -97,6 +122,7 @@ private:
     mutable Mutex m_mutex;
     String m_url;
     ISubClient* m_subClient = nullptr;
+    std::shared_ptr<GatewayQuestion> m_question; // while it is open
     String m_mediation;
 };
 

@@ -56,6 +56,13 @@ String TarvikClient::getLangFromArg(String const& url) {
 }
 
 void TarvikClient::main() {
+    m_audit.begin();
+    pass();
+    m_audit.write();
+}
+
+void TarvikClient::pass() {
+    m_audit.setOutcome("failed");
     try {
         session();
         return;
@@ -70,10 +77,12 @@ void TarvikClient::main() {
 }
 
 void TarvikClient::session() {
+    applyPolicy();
     if (!loadConfiguration())
         return;
     m_configuration->accept(*this);
     runSubClient();
+    m_audit.setOutcome("finished");
     m_notify.onStatus(STATUS_FINISHED);
 }
 
@@ -81,9 +90,12 @@ void TarvikClient::session() {
 /// with its secrets, is gone when this returns: the session that follows may last for days.
 bool TarvikClient::loadConfiguration() {
     String const url = prepareRequest();
+    if (!mayBegin())
+        return false;
     Memory body;
     RequestInfo information;
     if (!m_downloadManager.getSession().request(url, body, information)) {
+        m_audit.setOutcome("unreachable");
         m_notify.onConnectError(information);
         return false;
     }
@@ -112,7 +124,8 @@ String TarvikClient::prepareRequest() {
     String const authority = uri.getAuthority();
     bool const hasUserInfo = authority.find('@') != String::npos;
     String const userInfo = authority.left('@', true);
-    String const host = hasUserInfo ? authority.right('@') : authority;
+    String const host = m_policy->nameToUse(hasUserInfo ? authority.right('@') : authority);
+    m_audit.setGateway(host);
     {
         TSynchronize<Mutex> lock(m_mutex);
         m_mediation = host;

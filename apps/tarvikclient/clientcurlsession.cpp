@@ -1,11 +1,30 @@
 #include "tarvikclient/clientcurlsession.h"
 
+#include "base/log.h"
+#include "http/loggableuri.h"
 #include "http/uri.h"
+#include "tarvikclient/policyfile.h"
 
 namespace quillon {
 
+void TarvikClientCurlSession::setPolicy(std::shared_ptr<Policy const> const& policy) {
+    TSynchronize<Mutex> lock(m_policyMutex);
+    m_policy = policy;
+}
+
+std::shared_ptr<Policy const> TarvikClientCurlSession::policy() const {
+    TSynchronize<Mutex> lock(m_policyMutex);
+    return m_policy;
+}
+
 bool TarvikClientCurlSession::verifySSL(String const& url) {
-    return !m_settings.isSslCertIgnored(http::Uri::parse(url, true).getAuthority());
+    auto const inForce = policy();
+    if (!inForce->allowsRequest(url)) {
+        log(ERROR, "TarvikClientCurlSession", "verifySSL", "The policy refuses " + http::loggableUri(url));
+        throw EPolicy("EPolicy", "apps/tarvikclient/clientcurlsession.cpp", __LINE__);
+    }
+    return !inForce->allowsCertificateExceptions() ||
+           !m_settings.isSslCertIgnored(http::Uri::parse(url, true).getAuthority());
 }
 
 Proxy TarvikClientCurlSession::getProxy(String const&) {

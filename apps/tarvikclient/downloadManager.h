@@ -38,7 +38,7 @@ public:
     /// Cuts off what modules' threads still fetch and waits until they have left, about a second.
     ~DownloadManager();
 
-    CurlSession& getSession() noexcept { return m_session; }
+    TarvikClientCurlSession& getSession() noexcept { return m_session; }
     /// Host, and port if there is one, to which URLs without a scheme go.
     void setServer(String const& authority);
 

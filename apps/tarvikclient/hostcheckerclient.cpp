@@ -3,6 +3,7 @@
 #include "base/file.h"
 #include "base/log.h"
 #include "http/uri.h"
+#include "tarvikclient/client.h"
 #include "tarvikclient/mediationresponse.h"
 #include "tarvikclient/moduleinstall.h"
 
@@ -26,10 +27,10 @@ void ResponseHostcheckerResult::write(IKeyReader& reader) {
     ConfReadHelper::readKey(reader, "info", info, ConfReadHelper::optional);
 }
 
-TarvikClientHostchecker::TarvikClientHostchecker(TarvikClient&, ITarvikClientNotify& notify,
+TarvikClientHostchecker::TarvikClientHostchecker(TarvikClient& client, ITarvikClientNotify& notify,
                                                  ClientHostcheckerDllConfiguration& configuration,
                                                  DownloadManager& downloads)
-    : m_notify(notify), m_configuration(configuration), m_downloads(downloads) {}
+    : m_client(client), m_notify(notify), m_configuration(configuration), m_downloads(downloads) {}
 
 int TarvikClientHostchecker::run(CurlSession& session) {
     m_notify.onStatus(STATUS_DOWNLOADING_COMPENENTS);
@@ -68,7 +69,8 @@ void TarvikClientHostchecker::downloadDll() {
     if (!staysInDirectory(dll.filename, "DownloadManager", "downloadFromConfig"))
         return;
     ModuleInstall install(
-        {ModuleManifest::hostchecker, getHostcheckerDir(), File::getFileName(dll.pattern), modulePath});
+        {ModuleManifest::hostchecker, getHostcheckerDir(), File::getFileName(dll.pattern), modulePath},
+        m_client.policy());
     install.fetch(m_downloads, dll);
     // Without a module in the archive the one that was there is used.
     if (install.missing().empty())
@@ -78,8 +80,8 @@ void TarvikClientHostchecker::downloadDll() {
 void TarvikClientHostchecker::loadDll() {
     String const modulePath = getDllPath(m_configuration.hostcheckerDlls.mac, getHostcheckerDir());
     log(TRACE, "TarvikClient", "loadDll", "Load macosx module");
-    m_module = std::make_unique<HostCheckerDllInstance>(std::make_unique<VerifiedModule>(
-        modulePath, modulePath + SignedDll::fileSuffix, ModuleManifest::hostchecker));
+    m_module = std::make_unique<HostCheckerDllInstance>(
+        m_client.verifyModule(modulePath, ModuleManifest::hostchecker));
 }
 
 bool TarvikClientHostchecker::sendResponse(CurlSession& session, String const& rules) {

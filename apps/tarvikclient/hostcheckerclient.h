@@ -47,6 +47,7 @@ public:
 private:
     bool readAnswer(Memory const& body);
 
+    TarvikClient& m_client;
     ITarvikClientNotify& m_notify;
     ClientHostcheckerDllConfiguration& m_configuration;
     DownloadManager& m_downloads;

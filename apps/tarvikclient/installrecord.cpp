@@ -122,7 +122,8 @@ void InstallRecord::prune(char kind) {
     auto count = std::count_if(m_groups.begin(), m_groups.end(), isOfKind);
     for (; count > boundOf(kind); --count) {
         auto const oldest = std::find_if(m_groups.begin(), m_groups.end(), isOfKind);
-        log(TRACE, "InstallRecord", "prune", "removing what was installed long ago: " + oldest->name.range(1));
+        log(TRACE, "InstallRecord", "prune",
+            "removing what was installed long ago: " + oldest->name.range(1));
         for (String const& file : oldest->files)
             remove(file);
         m_groups.erase(oldest);

@@ -10,7 +10,8 @@ namespace quillon {
 /// A list, kept in the directory itself, of the files that downloads and installs have put below a directory
 /// of modules, so that they can be told from what modules keep there: only these are taken away to make room,
 /// and their number is bounded. Each belongs to a group: a downloaded archive, a certificate, or all files of
-/// one module; groups stand in the order in which they came. One process at a time, see ModuleDirectory::lock().
+/// one module; groups stand in the order in which they came. One process at a time, see
+/// ModuleDirectory::lock().
 class InstallRecord {
 public:
     /// A group's name begins with its kind.

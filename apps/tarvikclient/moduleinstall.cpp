@@ -3,6 +3,7 @@
 #include "base/file.h"
 #include "base/log.h"
 #include "tarvikclient/installrecord.h"
+#include "tarvikclient/policy.h"
 #include "tarvikclient/verifiedmodule.h"
 #include "zlib/zip.h"
 
@@ -60,9 +61,10 @@ void sync(String const& path) {
 
 } // namespace
 
-ModuleInstall::ModuleInstall(ModulePlace const& place)
+ModuleInstall::ModuleInstall(ModulePlace const& place, Policy const& policy)
     : m_place{place.kind, normalised(place.base), normalised(place.pattern), normalised(place.path)},
-      m_shownPath(place.path.owned()) {}
+      m_shownPath(place.path.owned()),
+      m_policy(policy) {}
 
 ModuleInstall::~ModuleInstall() {
     try {
@@ -88,8 +90,8 @@ void ModuleInstall::fetch(DownloadManager& downloads, DownloadManager::DownloadC
         zlib::Zip::unzip(path, unpacked(""));
 }
 
-/// Where the archive is, or is to go; empty where an installed module is, which what has not been verified must
-/// not cost anybody.
+/// Where the archive is, or is to go; empty where an installed module is, which what has not been verified
+/// must not cost anybody.
 String ModuleInstall::prepare(String const& archiveName) {
     LockedBase base(m_place.base);
     removeLeftovers(base.directory);
@@ -135,16 +137,16 @@ void ModuleInstall::verify() {
     ModuleDirectory const directory(File::getFolderName(module));
     String const name = File::getFileName(module);
     readRecord(directory, name + SignedDll::fileSuffix, m_shownPath + SignedDll::fileSuffix, m_record);
-    verifyModule(directory, name, m_record, m_shownPath, Descriptor());
+    verifyModule(directory, name, m_record, m_shownPath, m_policy, Descriptor());
     verifyManifest(directory, m_record, m_place.kind, m_shownPath);
 }
 
 ModuleInstall::Moves ModuleInstall::moves() const {
     Moves moves;
     String const staged = unpacked(m_place.pattern);
-    if (!m_record.manifest)
+    if (!m_record.manifest && !m_policy.companionsOnlyByManifest())
         addUnlisted(moves);
-    else
+    if (m_record.manifest)
         for (ModuleCompanion const& companion : m_record.manifest->companions)
             moves.push_back({File::getFolderName(staged) + "/" + companion.name, installed(companion.name)});
     moves.push_back({staged, m_place.path});

@@ -10,6 +10,7 @@
 namespace quillon {
 
 class ModuleDirectory;
+class Policy;
 
 /// Where a module comes from and where it goes.
 struct ModulePlace {
@@ -26,7 +27,8 @@ struct ModulePlace {
 /// client thread.
 class ModuleInstall {
 public:
-    explicit ModuleInstall(ModulePlace const& place);
+    /// The policy outlives the object.
+    ModuleInstall(ModulePlace const& place, Policy const& policy);
     /// Takes away the fresh directory and, unless the install was completed, an archive that it fetched.
     ~ModuleInstall();
     ModuleInstall(ModuleInstall const&) = delete;
@@ -63,16 +65,18 @@ private:
 
     ModulePlace const m_place; // each path in one spelling, as the record and the archive have it
     String const m_shownPath;  // the module's, for messages
-    String m_fresh;                          // the directory; empty until it is made
+    Policy const& m_policy;
+    String m_fresh;                           // the directory; empty until it is made
     std::unique_ptr<ModuleDirectory> m_inUse; // the same, locked
-    String m_fetched;                        // an archive to take away again; empty when there is none
+    String m_fetched;                         // an archive to take away again; empty when there is none
     SignedDll m_record;
 };
 
 /// Where organisations' certificates go, below the directory of plug-ins.
 constexpr char certificatesName[] = "PKIs";
 
-/// Fetches a certificate into `directory`, below `base`, unless it is there with its MD5. A failure is logged.
+/// Fetches a certificate into `directory`, below `base`, unless it is there with its MD5. A failure is
+/// logged.
 void fetchCertificate(DownloadManager& downloads, DownloadManager::DownloadConfig const& certificate,
                       String const& base, String const& directory);
 

@@ -22,8 +22,7 @@ enum StatusCode { statusLine = TARVIK_CODE_STATUS, closeRequest = TARVIK_CODE_CL
 TarvikClientPluginDll::TarvikClientPluginDll(TarvikClient& client, ITarvikClientNotify& notify,
                                              ClientPluginDllConfiguration& configuration,
                                              DownloadManager& downloads)
-    : PluginDllInstaller(configuration.pluginDlls, downloads),
-      m_client(client),
+    : PluginDllInstaller(client, configuration.pluginDlls, downloads),
       m_notify(notify),
       m_configuration(configuration) {}
 

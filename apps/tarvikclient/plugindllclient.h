@@ -8,8 +8,6 @@
 
 namespace quillon {
 
-class TarvikClient;
-
 /// Installs and starts a plug-in module and passes its status lines on until it is stopped or asks to close.
 class TarvikClientPluginDll : public PluginDllInstaller {
 public:
@@ -33,7 +31,6 @@ private:
     void poll();
     void onCloseRequest(std::uint32_t reason);
 
-    TarvikClient& m_client;
     ITarvikClientNotify& m_notify;
     ClientPluginDllConfiguration& m_configuration;
     std::uint32_t m_closeRequestCount = 0;

@@ -3,9 +3,9 @@
 namespace quillon {
 
 TarvikClientPluginDllNoTunnel::TarvikClientPluginDllNoTunnel(
-    TarvikClient&, ITarvikClientNotify&, NoTunnelClientPluginDllConfiguration& configuration,
+    TarvikClient& client, ITarvikClientNotify&, NoTunnelClientPluginDllConfiguration& configuration,
     DownloadManager& downloads)
-    : PluginDllInstaller(configuration.pluginDlls, downloads), m_configuration(configuration) {}
+    : PluginDllInstaller(client, configuration.pluginDlls, downloads), m_configuration(configuration) {}
 
 int TarvikClientPluginDllNoTunnel::run(CurlSession& session) {
     downloadMacOsXDll();

@@ -6,7 +6,6 @@
 namespace quillon {
 
 class ITarvikClientNotify;
-class TarvikClient;
 
 /// Installs a plug-in module and has it launch the configured resource.
 class TarvikClientPluginDllNoTunnel : public PluginDllInstaller {

@@ -2,6 +2,7 @@
 
 #include "base/file.h"
 #include "base/log.h"
+#include "tarvikclient/client.h"
 #include "tarvikclient/moduleinstall.h"
 
 namespace quillon {
@@ -31,7 +32,7 @@ void PluginDllInstaller::downloadDll(Dll const& dll, String const& directory, bo
         if (!staysInDirectory(name, "TarvikClientPluginDll", "downloadDll"))
             return;
     log(TRACE, "TarvikClient", "downloadWindowsDll", "Downloading dll.");
-    ModuleInstall install({ModuleManifest::plugin, directory, dll.pattern, modulePath});
+    ModuleInstall install({ModuleManifest::plugin, directory, dll.pattern, modulePath}, m_client.policy());
     install.fetch(m_downloads, dll);
     if (String const missing = install.missing(); !missing.empty()) {
         log(ERROR, "TarvikClient", "downloadWindowsDll",
@@ -53,9 +54,8 @@ void PluginDllInstaller::downloadWindowsDlls() {
 void PluginDllInstaller::loadDll() {
     String const path = getDllPath(m_dlls.mac, getPluginDir());
     log(TRACE, "TarvikClient", "loadDll", "Load macosx module");
-    auto module =
-        std::make_unique<VerifiedModule>(path, path + SignedDll::fileSuffix, ModuleManifest::plugin);
-    m_module = std::make_unique<PluginDllInstance>(std::move(module), m_dlls.mac.version, getPluginDir());
+    m_module = std::make_unique<PluginDllInstance>(m_client.verifyModule(path, ModuleManifest::plugin),
+                                                   m_dlls.mac.version, getPluginDir());
 }
 
 } // namespace quillon

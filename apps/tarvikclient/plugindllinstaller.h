@@ -10,6 +10,8 @@
 
 namespace quillon {
 
+class TarvikClient;
+
 /// Base of the plug-in sub-clients: where a module lives, how it is fetched, verified and loaded. Everything
 /// but stop() and showLogs() is for the client thread. The references outlive the sub-client.
 class PluginDllInstaller : public ISubClient {
@@ -35,8 +37,10 @@ public:
     void loadDll();
 
 protected:
-    PluginDllInstaller(Dlls const& dlls, DownloadManager& downloads) : m_dlls(dlls), m_downloads(downloads) {}
+    PluginDllInstaller(TarvikClient& client, Dlls const& dlls, DownloadManager& downloads)
+        : m_client(client), m_dlls(dlls), m_downloads(downloads) {}
 
+    TarvikClient& m_client;
     Dlls const& m_dlls;
     DownloadManager& m_downloads;
     std::unique_ptr<PluginDllInstance> m_module;

@@ -36,11 +36,11 @@ String SignedDll::hashFile(String const& path) {
     return Base64::encode(digest.computehash(file));
 }
 
-bool SignedDll::verify(tls::RSA& key, String const& modulePath) const {
+bool SignedDll::verify(IVerify& key, String const& modulePath) const {
     return verifyHash(key, hashFile(modulePath));
 }
 
-bool SignedDll::verifyHash(tls::RSA& key, String const& moduleSha256) const {
+bool SignedDll::verifyHash(IVerify& key, String const& moduleSha256) const {
     if (moduleSha256 != sha256)
         return refuse("bad hash ");
     if (!m_signer.verifySignature(key, signature))

@@ -40,9 +40,9 @@ public:
 
     /// Whether the module is the one of the record and the record, with its manifest if it has one, is signed
     /// by `key`; logs what is wrong. Throws EFile when the module cannot be read.
-    bool verify(tls::RSA& key, String const& modulePath) const;
+    bool verify(IVerify& key, String const& modulePath) const;
     /// The same of a module whose SHA-256, in Base64, is known.
-    bool verifyHash(tls::RSA& key, String const& moduleSha256) const;
+    bool verifyHash(IVerify& key, String const& moduleSha256) const;
     /// Fills sha256, signdate and signature; version and name have been set. Throws EFile.
     void compute(ISign& signer, String const& modulePath);
     /// Gives the record a manifest and fills signature2, after compute(); signature2 is empty when the key

@@ -4,9 +4,9 @@
 #include "base/file.h"
 #include "base/log.h"
 #include "openssl/evp_digest_wrapper.h"
-#include "openssl/rsa_wrapper.h"
 #include "tarvikclient/loadpath.h"
-#include "tarvikclient/publisherkey.h"
+#include "tarvikclient/policy.h"
+#include "tarvikclient/publisherkeys.h"
 
 #include <fcntl.h>
 
@@ -81,12 +81,11 @@ void readRecord(ModuleDirectory const& directory, String const& name, String con
 }
 
 void verifyModule(ModuleDirectory const& directory, String const& name, SignedDll const& record,
-                  String const& path, Descriptor const& copy) {
-    tls::RSA key;
-    key.loadFromMem(publisherKeyPem, "", true);
+                  String const& path, Policy const& policy, Descriptor const& copy) {
+    PublisherKeys keys(policy);
     Descriptor const module = directory.open(name);
     String const hash = module ? hashWhileCopying(module, copy) : String();
-    if (!key.valid() || !record.verifyHash(key, hash))
+    if (!record.verifyHash(keys, hash) || !policy.acceptsModule(record))
         failVerifying(path);
 }
 
@@ -108,22 +107,22 @@ void verifyManifest(ModuleDirectory const& directory, SignedDll const& record, c
     }
 }
 
-VerifiedModule::VerifiedModule(String const& path, String const& sigPath, char const* kind) try
+VerifiedModule::VerifiedModule(String const& path, String const& sigPath, Policy const& policy,
+                               char const* kind) try
     : VerifiedModule(path) {
     // What another process that loads here is about to load must stay; what one has left that was killed
     // goes.
     if (m_directory.lock())
         for (String const& left : m_directory.list(copyPurpose))
             m_directory.remove(left);
-    SignedDll record;
-    readRecord(m_directory, File::getFileName(sigPath), sigPath, record);
+    readRecord(m_directory, File::getFileName(sigPath), sigPath, m_record);
     m_freshName = ModuleDirectory::freshName(copyPurpose);
     Descriptor const copy = m_directory.create(m_freshName);
     if (!copy)
         failVerifying(m_path);
-    verifyModule(m_directory, File::getFileName(m_path), record, m_path, copy);
+    verifyModule(m_directory, File::getFileName(m_path), m_record, m_path, policy, copy);
     if (kind)
-        verifyManifest(m_directory, record, kind, m_path);
+        verifyManifest(m_directory, m_record, kind, m_path);
     m_loadPath = loadPathOf(m_directory.number(), m_freshName);
 } catch (EFile const&) {
     SignedDll::failOpening(sigPath); // there is no directory, or none that is the user's alone

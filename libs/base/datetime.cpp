@@ -2,6 +2,16 @@
 
 namespace quillon {
 
+std::optional<DateTime> DateTime::parse(String const& text) {
+    std::tm utc{};
+    String const copy = text.clone();
+    if (!strptime(copy.str(), "%Y-%m-%dT%H:%M:%SZ", &utc))
+        return std::nullopt;
+    // What the C library is lenient about, such as the 31st of June or a missing digit, does not come back.
+    DateTime const read(timegm(&utc));
+    return read.toString() == text ? std::optional(read) : std::nullopt;
+}
+
 String DateTime::toString() const {
     std::tm utc{};
     gmtime_r(&m_seconds, &utc);

@@ -19,6 +19,8 @@ public:
     virtual ~IVerify() = default;
     /// Whether `signature` is this key's signature over `data`; false also for one of the wrong length.
     virtual bool verify(Memory const& data, Memory const& signature) = 0;
+    /// The same of a signature over SHA-256.
+    virtual bool verifySha256(Memory const& data, Memory const& signature) = 0;
 };
 
 } // namespace quillon

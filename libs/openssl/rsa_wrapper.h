@@ -53,7 +53,7 @@ public:
     Memory sign(Memory const& data) override;
 
     // The same over SHA-256.
-    bool verifySha256(Memory const& data, Memory const& signature);
+    bool verifySha256(Memory const& data, Memory const& signature) override;
     Memory signSha256(Memory const& data);
 
     /// The length of the key's signatures in bytes; 0 without a key.

@@ -24,7 +24,8 @@ ClientTest::~ClientTest() {
 }
 
 void ClientTest::makeClient() {
-    m_client = std::make_unique<TarvikClient>(m_notify);
+    m_client = std::make_unique<TarvikClient>(
+        m_notify, m_consent, [this](String const& line) { m_audit.emplace_back(line.view()); });
     restartLog();
 }
 

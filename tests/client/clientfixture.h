@@ -42,6 +42,8 @@ protected:
     TemporaryDirectory m_home;
     FakeGateway m_gateway;
     RecordingNotify m_notify;
+    IGatewayConsent* m_consent = nullptr; // given to the client
+    std::vector<std::string> m_audit;     // the client's lines; to be read when its thread has ended
     std::unique_ptr<TarvikClient> m_client;
     std::unique_ptr<LogCapture> m_log;
 };

@@ -1,4 +1,5 @@
-// What a hostile reply or archive does to installed modules, and to the session of an honest one that follows.
+// What a hostile reply or archive does to installed modules, and to the session of an honest one that
+// follows.
 #include "client/clientfixture.h"
 
 #include "base/exception.h"
@@ -62,8 +63,11 @@ protected:
 
 TEST_F(InstallTest, no_word_of_the_linker_in_a_name_leads_to_another_file) {
     std::string const library = "lib/x86_64-linux-gnu";
-    std::pair<char const*, std::string> const cases[] = {
-        {"$LIB", library}, {"${LIB}", library}, {"$PLATFORM", "x86_64"}, {"a$LIB", "a" + library}, {"$5", "x"}};
+    std::pair<char const*, std::string> const cases[] = {{"$LIB", library},
+                                                         {"${LIB}", library},
+                                                         {"$PLATFORM", "x86_64"},
+                                                         {"a$LIB", "a" + library},
+                                                         {"$5", "x"}};
     for (auto const& [version, leadsTo] : cases) {
         // What the linker would load in place of the verified module: not even a host checker.
         fs::path const decoy = dataDirectory() + "/hostchecker/" + leadsTo;
@@ -95,7 +99,8 @@ TEST_F(InstallTest, an_honest_session_succeeds_after_a_hostile_one) {
         {"another module's signature", m_gateway.pluginConfiguration(), with({{"module.so.sig", bad}})},
         {"no library", m_gateway.pluginConfiguration(), with({{"module.so", "x"}})},
         {"no signature", m_gateway.pluginConfiguration(), {{"module.so", module()}}},
-        {"the installed names alone", m_gateway.pluginConfiguration(),
+        {"the installed names alone",
+         m_gateway.pluginConfiguration(),
          {{"plugindll.so", "x"}, {"plugindll.so.sig", bad}}},
         {"the archive under the module's name",
          changed(m_gateway.pluginConfiguration(), "pluginDlls", {{"filename", "plugindll.so"}}),
@@ -109,8 +114,8 @@ TEST_F(InstallTest, an_honest_session_succeeds_after_a_hostile_one) {
         runWith(configuration, zipOf(archive));
         // A module that verified is the publisher's all the same: as if it were to be fetched anew.
         fs::remove(pluginDirectory() + "/plugindll.so.sig");
-        EXPECT_EQ(runWith(m_gateway.pluginConfiguration(), zipOf(honest())), "onStatus 4")
-            << what << "\n" << m_log->text();
+        EXPECT_EQ(runWith(m_gateway.pluginConfiguration(), zipOf(honest())), "onStatus 4") << what << "\n"
+                                                                                           << m_log->text();
         EXPECT_EQ(readFile(String::copyOf(pluginDirectory() + "/PKIs/acme/ca.pem")), "ca") << what;
         Lines files = filesAtHome();
         std::erase_if(files, [](std::string const& file) {

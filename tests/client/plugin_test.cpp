@@ -4,6 +4,7 @@
 #include "base/exception.h"
 #include "tarvikclient/plugindllclient.h"
 #include "tarvikclient/plugindllinstance.h"
+#include "tarvikclient/policy.h"
 
 #include <filesystem>
 
@@ -256,7 +257,8 @@ TEST_F(PluginTest, texts_of_the_module_are_copied_and_returned) {
     String const path = m_home.file("module.so");
     writeFile(path, readFile(testModule("test_plugin")));
     writeFile(path + ".sig", signatureOf(readFile(path)));
-    PluginDllInstance module(std::make_unique<VerifiedModule>(path, path + ".sig"), "1", m_home.toString());
+    PluginDllInstance module(std::make_unique<VerifiedModule>(path, path + ".sig", Policy()), "1",
+                             m_home.toString());
     EXPECT_EQ(module.getLogs(), "");
     EXPECT_EQ(module.execute("a", String("bcd").range(0, 2), "def"), 1 + 2 + 3);
     EXPECT_EQ(module.strResponse(nullptr), "");

@@ -9,14 +9,14 @@ namespace quillon::test {
 
 namespace {
 
-// The record of a module that holds the text "the module"; both signatures were made with the openssl command.
-constexpr char const* publicPem =
-    "-----BEGIN PUBLIC KEY-----\n"
-    "MIGfMA0GCSqGSIb3DQEBAQUAA4GNADCBiQKBgQDmkBgY1/EJ4fUwePswJWUJeUAv\n"
-    "MTCGnFJ0k9TPnrnyWR0Nqwsl11uRmDsPhP+T0ulrk8O/lnAXLECDjScwt/zLdeYv\n"
-    "DsddEQs2JdNf+WqZG8mcJY4CaIM3dmFBPATjU9N+poL25gervwDRyUakKgcLXIIt\n"
-    "D4dFCQBvc3VKm9DSpQIDAQAB\n"
-    "-----END PUBLIC KEY-----\n";
+// The record of a module that holds the text "the module"; both signatures were made with the openssl
+// command.
+constexpr char const* publicPem = "-----BEGIN PUBLIC KEY-----\n"
+                                  "MIGfMA0GCSqGSIb3DQEBAQUAA4GNADCBiQKBgQDmkBgY1/EJ4fUwePswJWUJeUAv\n"
+                                  "MTCGnFJ0k9TPnrnyWR0Nqwsl11uRmDsPhP+T0ulrk8O/lnAXLECDjScwt/zLdeYv\n"
+                                  "DsddEQs2JdNf+WqZG8mcJY4CaIM3dmFBPATjU9N+poL25gervwDRyUakKgcLXIIt\n"
+                                  "D4dFCQBvc3VKm9DSpQIDAQAB\n"
+                                  "-----END PUBLIC KEY-----\n";
 constexpr char const* moduleHash = "J7eeCQ9wHb4dYcA+ntx9ARDuQUBqg/TmirFHdLZMDr8=";
 std::string const record =
     "<dll>"
@@ -85,11 +85,14 @@ TEST_F(SignedDllTest, only_the_signed_manifest_verifies) {
     std::string const helper = "<name>bin/helper</name>", rules = "<name>rules.txt</name>";
     std::string const unreadable = "SignedDll.loadFromFile Error while parsing signature";
     std::string const unsignedOne = "FileSignature.verify bad manifest signature";
-    std::string const manifest = record.substr(record.find("<manifest>"), record.find("<signature2>") - record.find("<manifest>"));
-    std::string const second = record.substr(record.find("<signature2>"), record.find("</dll>") - record.find("<signature2>"));
+    std::string const manifest =
+        record.substr(record.find("<manifest>"), record.find("<signature2>") - record.find("<manifest>"));
+    std::string const second =
+        record.substr(record.find("<signature2>"), record.find("</dll>") - record.find("<signature2>"));
     std::string many;
     for (int i = 0; i < 255; ++i)
-        many += "<companion><name>" + std::to_string(i) + "</name><sha256>" + moduleHash + "</sha256></companion>";
+        many += "<companion><name>" + std::to_string(i) + "</name><sha256>" + moduleHash +
+                "</sha256></companion>";
     struct {
         std::string xml;
         std::string logged;
@@ -99,9 +102,12 @@ TEST_F(SignedDllTest, only_the_signed_manifest_verifies) {
         {with("linux-", "macos-"), unsignedOne},
         {with("helper", "Helper"), unsignedOne},
         {without("<companion>", "</companion>"), unsignedOne},
-        {with("<companion>", "<companion><name>a</name><sha256>" + std::string(moduleHash) + "</sha256></companion><companion>"), unsignedOne},
+        {with("<companion>", "<companion><name>a</name><sha256>" + std::string(moduleHash) +
+                                 "</sha256></companion><companion>"),
+         unsignedOne},
         {with("<signature2>RrWa", "<signature2>RrWb"), unsignedOne},
-        {with(second, "<signature2>" + record.substr(record.find("<signature>") + 11, 172) + "</signature2>"), unsignedOne},
+        {with(second, "<signature2>" + record.substr(record.find("<signature>") + 11, 172) + "</signature2>"),
+         unsignedOne},
         {with("<name>tunnel", "<name>tunnek"), "FileSignature.verify bad signature"},
         {without("<manifest>", "</manifest>"), unreadable},
         {without("<signature2>", "</signature2>"), unreadable},
@@ -138,7 +144,8 @@ TEST_F(SignedDllTest, names_mean_one_file_below_the_module) {
          {std::string(), std::string("/a"), std::string("../a"), std::string("a/../b"), std::string("a/.."),
           std::string("./a"), std::string("."), std::string("a//b"), std::string("a/"), std::string("a\\b"),
           std::string("a."), std::string("a\0b", 3), std::string("a\nb"), std::string("a&lt;b"),
-          std::string("a&amp;b"), std::string("a&#x202E;b"), std::string("\xC3\xA9"), std::string(256, 'a')}) {
+          std::string("a&amp;b"), std::string("a&#x202E;b"), std::string("\xC3\xA9"),
+          std::string(256, 'a')}) {
         SignedDll read;
         std::size_t const before = m_log.count("ModuleManifest.check unsafe");
         EXPECT_FALSE(verifies(with("rules.txt", name), read)) << name;
@@ -155,8 +162,9 @@ TEST_F(SignedDllTest, no_change_of_a_byte_verifies_with_another_meaning) {
     for (std::size_t at = 0; at < record.size(); ++at) {
         std::string const byte(1, record[at]);
         for (std::string const& other :
-             {std::string(1, static_cast<char>(record[at] ^ 1)), std::string(1, static_cast<char>(record[at] ^ 0x20)),
-              std::string(1, '\0'), std::string("<"), std::string("/"), std::string(" "), std::string(), byte + byte}) {
+             {std::string(1, static_cast<char>(record[at] ^ 1)),
+              std::string(1, static_cast<char>(record[at] ^ 0x20)), std::string(1, '\0'), std::string("<"),
+              std::string("/"), std::string(" "), std::string(), byte + byte}) {
             SignedDll read;
             if (!verifies(record.substr(0, at) + other + record.substr(at + 1), read))
                 continue;

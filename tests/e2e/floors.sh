@@ -34,6 +34,7 @@ alone() {
   fi
 }
 alone 'curl/' libs/curl
+alone 'idn2' libs/http
 alone 'openssl/' libs/openssl
 alone 'json/' libs/json
 alone 'archive' libs/zlib

@@ -1,0 +1,10 @@
+# Where the programs look for the administrator's policy: fixed here, because a user's environment must not decide it.
+if(APPLE)
+  set(policy_file "/Library/Application Support/Tarvik/policy.xml")
+else()
+  set(policy_file "/etc/tarvik/policy.xml")
+endif()
+set(TARVIK_POLICY_FILE "${policy_file}" CACHE STRING "The administrator's policy file, as an absolute path")
+if(NOT TARVIK_POLICY_FILE MATCHES "^/[^\"\\\\]*[^/\"\\\\]$")
+  message(FATAL_ERROR "TARVIK_POLICY_FILE is not an absolute path of a file: ${TARVIK_POLICY_FILE}")
+endif()
