@@ -1,5 +1,8 @@
 // The client without a screen: one session, one line per notification on standard output.
+#include "tarvikclient/cli/commandline.h"
+#include "tarvikclient/cli/consent.h"
 #include "tarvikclient/cli/linenotify.h"
+#include "tarvikclient/cli/policyreport.h"
 #include "tarvikclient/cli/wakeups.h"
 #include "tarvikclient/client.h"
 
@@ -29,23 +32,27 @@ cli::Outcome serve(TarvikClient& client, cli::LineNotify& notify, cli::Wakeups& 
     return notify.outcome();
 }
 
-int runSession(char const* url) {
+int runSession(cli::CommandLine const& arguments) {
     cli::Wakeups wakeups;
     cli::LineNotify notify(wakeups);
-    TarvikClient client(notify);
-    client.run(url);
+    cli::Consent consent;
+    TarvikClient client(notify, arguments.yes ? &consent : nullptr);
+    client.run(arguments.url);
     return static_cast<int>(serve(client, notify, wakeups));
 }
 
 } // namespace
 
 int main(int argc, char** argv) {
-    if (argc != 2 || argv[1][0] == '-') {
-        std::fputs("usage: tarvikclient-cli URL\n", stderr);
+    cli::CommandLine const arguments = cli::readCommandLine(argc, argv);
+    if (arguments.task == cli::CommandLine::Task::wrongUsage) {
+        std::fputs(cli::usage, stderr);
         return exitUsage;
     }
     try {
-        return runSession(argv[1]);
+        if (arguments.task == cli::CommandLine::Task::showPolicy)
+            return cli::showPolicy();
+        return runSession(arguments);
     } catch (Exception const& e) {
         std::fprintf(stderr, "tarvikclient-cli: %s\n", e.toString().str());
     } catch (std::exception const& e) {
