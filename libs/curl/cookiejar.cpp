@@ -1,6 +1,7 @@
 #include "curl/cookiejar.h"
 
 #include "curl/cookieline.h"
+#include "curl/ecurl.h"
 
 #include "base/log.h"
 
@@ -16,23 +17,33 @@ namespace quillon {
 
 namespace {
 
+// libcurl sends no more at once.
+constexpr unsigned maxSent = 150;
+
 std::set<String> setOf(Strings const& lines) {
     return {lines.begin(), lines.end()};
 }
 
-template <class Get>
-std::set<String> setOf(Strings const& lines, Get get) {
+std::set<String> identitiesOf(Strings const& lines) {
     std::set<String> result;
     for (String const& line : lines)
-        result.insert(get(CookieLine(line)));
+        result.insert(CookieLine(line).getIdentity());
     return result;
 }
 
-String nameOf(CookieLine const& cookie) {
-    return cookie.getName();
+Strings listOf(CURL* handle) {
+    Strings lines;
+    curl_slist* list = nullptr;
+    if (curl_easy_getinfo(handle, CURLINFO_COOKIELIST, &list) != CURLE_OK)
+        return lines;
+    std::unique_ptr<curl_slist, void (*)(curl_slist*)> const owner(list, &curl_slist_free_all);
+    for (; list; list = list->next)
+        lines.add(String::copyOf(list->data));
+    return lines;
 }
-String identityOf(CookieLine const& cookie) {
-    return cookie.getIdentity();
+
+bool areEqual(Strings const& a, Strings const& b) {
+    return std::equal(a.begin(), a.end(), b.begin(), b.end());
 }
 
 } // namespace
@@ -46,43 +57,62 @@ void CookieJar::add(String const& line) {
     curl_easy_setopt(m_handle, CURLOPT_COOKIELIST, copy.str());
 }
 
+void CookieJar::addAll(Strings const& lines) {
+    for (String const& line : lines)
+        add(CookieLine(line).getLine());
+}
+
 void CookieJar::set(http::SetCookie const& cookie) {
-    if (cookie.getDomain().empty())
-        m_withoutDomain[cookie.getName()] = cookie;
     add("Set-Cookie: " + cookie.toString());
+    if (cookie.getDomain().empty()) {
+        m_withoutDomain[cookie.getName()] = cookie;
+    } else if (!holds(cookie)) {
+        log(ERROR, "CookieJar", "set",
+            "cookie " + cookie.getName() + " of " + toString(cookie.getValue().length()) +
+                " bytes cannot be sent: too long, or bytes that no cookie may hold");
+        throw ECurl("ECurl", "libs/curl/cookiejar.cpp", __LINE__);
+    }
+}
+
+bool CookieJar::holds(http::SetCookie const& cookie) const {
+    String const domain = cookie.getDomain().lower();
+    Strings const lines = listOf(m_handle);
+    return std::any_of(lines.begin(), lines.end(), [&](String const& text) {
+        CookieLine const line(text);
+        return line.getName() == cookie.getName() && line.getValue() == cookie.getValue() &&
+               line.getDomain() == (domain.starts(".") ? domain.range(1) : domain);
+    });
 }
 
 void CookieJar::copyFrom(CookieJar const& other) {
-    for (String const& line : other.lines())
-        add(line);
+    addAll(other.lines());
     for (auto const& [name, cookie] : other.m_withoutDomain)
         set(cookie);
 }
 
 Strings CookieJar::lines() const {
     Strings lines;
-    curl_slist* list = nullptr;
-    if (curl_easy_getinfo(m_handle, CURLINFO_COOKIELIST, &list) != CURLE_OK)
-        return lines;
-    std::unique_ptr<curl_slist, void (*)(curl_slist*)> const owner(list, &curl_slist_free_all);
     auto const now = static_cast<std::uint64_t>(std::time(nullptr));
-    for (; list; list = list->next) {
-        String const line = String::copyOf(list->data);
+    for (String const& line : listOf(m_handle))
         // libcurl forgets an expired cookie only when it next looks for one to send.
         if (!CookieLine(line).isExpired(now))
             lines.add(line);
-    }
     return lines;
 }
 
 void CookieJar::merge(Strings const& before, Strings const& after) {
-    std::set<String> const oldLines = setOf(before);
-    std::set<String> const newLines = setOf(after);
-    if (oldLines == newLines)
+    if (areEqual(before, after))
         return;
     Strings const held = lines();
+    if (areEqual(before, held) && after.size() <= maxCookies) {
+        // Nothing else has happened. The copy is what libcurl would have made of this jar, its order too.
+        clear();
+        restore(after);
+        return;
+    }
+    std::set<String> const oldLines = setOf(before);
     std::set<String> const heldLines = setOf(held);
-    std::set<String> const kept = setOf(after, identityOf);
+    std::set<String> const kept = identitiesOf(after);
     for (String const& line : before)
         if (CookieLine const cookie(line); !kept.contains(cookie.getIdentity()) && heldLines.contains(line))
             add(cookie.getExpired());
@@ -94,26 +124,26 @@ void CookieJar::merge(Strings const& before, Strings const& after) {
             log(ERROR, "CookieJar", "merge", "too many cookies");
             return;
         }
-        add(line);
+        add(CookieLine(line).getLine());
     }
 }
 
-String CookieJar::headerFor(String const& url) const {
+String CookieJar::headerFor(RequestUrl const& url) const {
     CookieTarget const target(url);
     std::vector<CookieLine> chosen;
     for (String const& line : lines())
-        if (CookieLine const cookie(line); cookie.matches(target))
+        if (CookieLine const cookie(line); cookie.matches(target) && chosen.size() < maxSent)
             chosen.push_back(cookie);
-    // Servers see the cookie of the longest path first.
-    std::stable_sort(chosen.begin(), chosen.end(), [](CookieLine const& a, CookieLine const& b) {
-        return a.getPath().length() > b.getPath().length();
-    });
+    // libcurl lists the oldest first and sends the youngest of equals first.
+    std::reverse(chosen.begin(), chosen.end());
+    std::stable_sort(chosen.begin(), chosen.end(),
+                     [](CookieLine const& a, CookieLine const& b) { return a.precedes(b); });
     String header;
     auto const write = [&](String const& pair) { header.append(header.empty() ? "" : "; ", pair); };
     for (CookieLine const& cookie : chosen)
         write(cookie.getPair());
     for (auto const& [name, cookie] : m_withoutDomain)
-        if (target.isSecure || !cookie.isSecure())
+        if (target.isAddress() && (target.isSecure || !cookie.isSecure()))
             write(name + "=" + cookie.getValue());
     return header;
 }
@@ -122,21 +152,8 @@ void CookieJar::clear() {
     curl_easy_setopt(m_handle, CURLOPT_COOKIELIST, "ALL");
 }
 
-void CookieJar::restore(Strings const& taken, Strings const& setCookies) {
-    Strings const fresh = lines();
-    std::set<String> const freshIdentities = setOf(fresh, identityOf);
-    // A cookie that the reply removes is in no list: it is one that the reply names and that is not there
-    // now.
-    std::set<String> removed;
-    for (String const& text : setCookies)
-        removed.insert(text.left(';').left('=').trim());
-    for (String const& name : setOf(fresh, nameOf))
-        removed.erase(name);
-    for (String const& line : taken) {
-        CookieLine const cookie(line);
-        if (!freshIdentities.contains(cookie.getIdentity()) && !removed.contains(cookie.getName()))
-            add(line);
-    }
+void CookieJar::restore(Strings const& taken) {
+    addAll(taken);
     for (auto const& [name, cookie] : std::map(m_withoutDomain))
         set(cookie);
 }

@@ -1,6 +1,8 @@
 // The cookies of one libcurl handle.
 #pragma once
 
+#include "curl/requesturl.h"
+
 #include "http/setcookie.h"
 
 #include "base/strings.h"
@@ -21,8 +23,9 @@ public:
     /// Switches the handle's cookie engine on.
     explicit CookieJar(CURL* handle);
 
-    /// Puts a cookie in, in place of one of the same name, domain and path. A cookie without a domain is sent
-    /// to every host.
+    /// Puts a cookie in, in place of one of the same name, domain and path. One without a domain is sent to
+    /// every host that is an address. Throws ECurl, after a log line without the value, when libcurl does not
+    /// keep the cookie as it is: when name and value have more than 4096 bytes, or some that are not allowed.
     void set(http::SetCookie const& cookie);
     /// Puts in a copy of all cookies of `other`.
     void copyFrom(CookieJar const& other);
@@ -34,14 +37,15 @@ public:
     void merge(Strings const& before, Strings const& after);
 
     /// The value of the "Cookie" header for a request; empty when there is none to send.
-    String headerFor(String const& url) const;
+    String headerFor(RequestUrl const& url) const;
     void clear();
-    /// Puts back what clear() took, after a request that sent the cookies in `taken` by headerFor(): what the
-    /// reply has set stays, and what it has removed stays away. `setCookies` are its "Set-Cookie" values.
-    void restore(Strings const& taken, Strings const& setCookies);
+    /// Puts back what clear() took. `taken` are the lines() before.
+    void restore(Strings const& taken);
 
 private:
     void add(String const& line);
+    void addAll(Strings const& lines);
+    bool holds(http::SetCookie const& cookie) const;
 
     CURL* const m_handle;
     // libcurl does not list cookies without a domain: the "Set-Cookie" text of each, by its name.

@@ -17,8 +17,6 @@ namespace quillon {
 
 namespace {
 
-constexpr long connectTimeoutS = 30;
-constexpr long standstillTimeoutS = 60;
 constexpr char const* allowedProtocols = "http,https";
 
 CURL* makeHandle() {
@@ -85,17 +83,9 @@ CurlEasyWrapper::CurlEasyWrapper() : m_handle(makeHandle()), m_cookies(m_handle.
     // A name server that does not answer holds up neither cancelling nor the time limit: the thread that asks
     // it is left to end by itself. A libcurl that does not know the option waits for it, as it always did.
     curl_easy_setopt(m_handle.get(), CURLOPT_QUICK_EXIT, 1L);
-    setTimeLimits(std::chrono::seconds(connectTimeoutS), std::chrono::seconds(standstillTimeoutS));
 }
 
 CurlEasyWrapper::~CurlEasyWrapper() = default;
-
-void CurlEasyWrapper::setTimeLimits(std::chrono::seconds connecting, std::chrono::seconds standstill) {
-    Options(m_handle.get())
-        .set(CURLOPT_CONNECTTIMEOUT, static_cast<long>(connecting.count()))
-        .set(CURLOPT_LOW_SPEED_LIMIT, 1L)
-        .set(CURLOPT_LOW_SPEED_TIME, static_cast<long>(standstill.count()));
-}
 
 bool CurlEasyWrapper::request(String const& url, IWriter& out, String const& postData) {
     return request(url, &writeToWriter, &out, postData);
@@ -103,40 +93,43 @@ bool CurlEasyWrapper::request(String const& url, IWriter& out, String const& pos
 
 bool CurlEasyWrapper::request(String const& url, Memory& out, String const& postData) {
     MemoryTarget target{out};
-    return request(url, &writeToMemory, &target, postData);
+    return transfer(url, &writeToMemory, &target, postData, m_timeLimits.whole);
 }
 
 bool CurlEasyWrapper::request(String const& url, WriteCallback callback, void* callbackData,
                               String const& postData) {
+    return transfer(url, callback, callbackData, postData, std::chrono::seconds(0)); // 0: no limit
+}
+
+bool CurlEasyWrapper::transfer(String const& url, WriteCallback callback, void* callbackData,
+                               String const& postData, std::chrono::seconds whole) {
     m_lastRespHeader = http::ResponseHeader();
     m_errorBuffer[0] = '\0'; // not every failure fills it
     m_lastVerifyResult = 0;
-    m_lastErrorCode = setUpTransfer(url, callback, callbackData, postData);
+    m_url.emplace(url);
+    m_lastErrorCode = checkTransfer();
     if (m_lastErrorCode == CURLE_OK)
-        m_lastErrorCode = perform(url);
+        m_lastErrorCode = setUpTransfer(callback, callbackData, postData);
+    if (m_lastErrorCode == CURLE_OK)
+        m_lastErrorCode = perform(url.length(), whole);
     if (m_lastErrorCode != CURLE_OK)
         log(ERROR, "CurlEasyWrapper", "request",
             lastErrorString() + " (#" + toString(m_lastErrorCode) + ") [" + lastErrorBuf() + "]");
     return m_lastErrorCode == CURLE_OK;
 }
 
-int CurlEasyWrapper::setUpTransfer(String const& url, WriteCallback callback, void* callbackData,
-                                   String const& postData) {
+int CurlEasyWrapper::checkTransfer() const {
     if (isCancelled())
         return CURLE_ABORTED_BY_CALLBACK;
-    // A text that str() would cut names another resource than the one whose policy was looked up.
-    if (url.find('\0') != String::npos)
-        return CURLE_URL_MALFORMAT;
-    if (m_proxyError != CURLE_OK)
-        return m_proxyError;
-    // str() may move a string's bytes, which must not happen to a string that other threads use too.
-    String const target(url);
+    return m_url->getError() != CURLE_OK ? m_url->getError() : m_proxyError;
+}
+
+int CurlEasyWrapper::setUpTransfer(WriteCallback callback, void* callbackData, String const& postData) {
     Options options(m_handle.get());
-    options.set(CURLOPT_URL, target.str())
+    options.set(CURLOPT_CURLU, m_url->handle())
         .set(CURLOPT_WRITEFUNCTION, callback)
         .set(CURLOPT_WRITEDATA, callbackData)
         .set(CURLOPT_HEADERFUNCTION, &readHeaderLine)
-        .set(CURLOPT_HEADERDATA, static_cast<void*>(&m_lastRespHeader))
         .set(CURLOPT_NOPROGRESS, m_cancelFlag ? 0L : 1L)
         .set(CURLOPT_XFERINFOFUNCTION, &isSet)
         .set(CURLOPT_XFERINFODATA, static_cast<void const*>(m_cancelFlag.get()))
@@ -144,7 +137,10 @@ int CurlEasyWrapper::setUpTransfer(String const& url, WriteCallback callback, vo
         .set(CURLOPT_SSL_VERIFYHOST, m_verifySsl ? 2L : 0L)
         .set(CURLOPT_SSL_VERIFYPEER, m_verifySsl ? 1L : 0L)
         .set(CURLOPT_CERTINFO, 1L)
-        .set(CURLOPT_SSL_OPTIONS, static_cast<long>(CURLSSLOPT_NO_REVOKE));
+        .set(CURLOPT_SSL_OPTIONS, static_cast<long>(CURLSSLOPT_NO_REVOKE))
+        .set(CURLOPT_CONNECTTIMEOUT, static_cast<long>(m_timeLimits.connecting.count()))
+        .set(CURLOPT_LOW_SPEED_LIMIT, 1L)
+        .set(CURLOPT_LOW_SPEED_TIME, static_cast<long>(m_timeLimits.standstill.count()));
     if (postData.empty()) {
         // Takes back the body of an earlier request on this handle.
         options.set(CURLOPT_POSTFIELDS, static_cast<char const*>(nullptr)).set(CURLOPT_HTTPGET, 1L);
@@ -156,11 +152,17 @@ int CurlEasyWrapper::setUpTransfer(String const& url, WriteCallback callback, vo
     return options.result();
 }
 
-int CurlEasyWrapper::perform(String const& url) {
+int CurlEasyWrapper::perform(unsigned urlLength, std::chrono::seconds whole) {
     std::optional<LongHead> longHead;
-    if (LongHead::isNeeded(url, m_userAgent.length() + m_proxyLength, m_cookies))
-        longHead.emplace(m_handle.get(), url, m_cookies, m_lastRespHeader);
-    CURLcode const result = curl_easy_perform(m_handle.get());
+    if (LongHead::isNeeded(urlLength, m_userAgent.length() + m_proxyLength, m_cookies))
+        longHead.emplace(m_handle.get(), *m_url, m_cookies);
+    HeaderTarget headers{m_lastRespHeader, longHead ? &*longHead : nullptr};
+    CURLcode result = Options(m_handle.get())
+                          .set(CURLOPT_HEADERDATA, &headers)
+                          .set(CURLOPT_TIMEOUT, static_cast<long>(whole.count()))
+                          .result();
+    if (result == CURLE_OK)
+        result = curl_easy_perform(m_handle.get());
     curl_easy_getinfo(m_handle.get(), CURLINFO_SSL_VERIFYRESULT, &m_lastVerifyResult);
     return result;
 }

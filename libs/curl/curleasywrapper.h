@@ -4,6 +4,7 @@
 #include "curl/cookiejar.h"
 #include "curl/curlinitializer.h"
 #include "curl/ecurl.h"
+#include "curl/requesturl.h"
 
 #include "http/responseheader.h"
 
@@ -13,15 +14,24 @@
 #include <atomic>
 #include <chrono>
 #include <memory>
+#include <optional>
 
 typedef void CURL;
 typedef void CURLSH;
 
 namespace quillon {
 
+/// How long a transfer may take.
+struct TimeLimits {
+    std::chrono::seconds connecting{30};
+    std::chrono::seconds standstill{60}; // in which no byte moves
+    std::chrono::seconds whole{90};      // of a transfer into memory, from its start to its end
+};
+
 /// Performs HTTP and HTTPS transfers, one at a time, and keeps the outcome of the last one. Other protocols
-/// are refused and redirects are not followed. Connecting is given up after 30 s, a transfer that moves no
-/// byte after 60 s. The handle keeps its cookies from one transfer to the next. One thread at a time.
+/// and URLs that RequestUrl finds unfit are refused, and redirects are not followed. A transfer fails beyond
+/// its TimeLimits and when its replies have more than HeaderTarget::maxHeaderSize (256 KB) of header lines.
+/// The handle keeps its cookies from one transfer to the next. One thread at a time.
 class CurlEasyWrapper {
 public:
     /// Gets `count` elements of `size` bytes of the body and the callback's data; returns how many bytes it
@@ -37,12 +47,14 @@ public:
     CurlEasyWrapper& operator=(CurlEasyWrapper const&) = delete;
 
     /// Transfers `url` and blocks until that is done: a POST of `postData`, or a GET when it is empty. True
-    /// when the transfer was completed, whatever the HTTP status; a failure is logged.
+    /// when the transfer was completed, whatever the HTTP status; a failure is logged. It may last as long as
+    /// bytes move.
     bool request(String const& url, WriteCallback callback, void* callbackData, String const& postData);
-    /// The body goes to a writer piece by piece; the transfer fails when the writer throws.
+    /// The body goes to a writer piece by piece, for as long as bytes move. When the writer throws, whatever
+    /// it is, the transfer ends at once with code 23, and the writer gets nothing more.
     bool request(String const& url, IWriter& out, String const& postData = String());
-    /// The body is appended to `out`; the transfer fails when that exceeds MemoryTarget::maxBodySize (256
-    /// MB).
+    /// The body is appended to `out`; the transfer fails when that exceeds MemoryTarget::maxBodySize (4 MB)
+    /// or the whole takes too long.
     bool request(String const& url, Memory& out, String const& postData = String());
 
     /// Empty, which it is at first: none is sent.
@@ -50,7 +62,8 @@ public:
     String const& getUserAgent() const noexcept { return m_userAgent; }
     /// Whether the peer's certificate and its name are checked; they are at first.
     void setVerifySsl(bool verify) noexcept { m_verifySsl = verify; }
-    /// Puts a cookie into the handle's store; a cookie with an empty value is sent too.
+    /// Puts a cookie into the handle's store; a cookie with an empty value is sent too. Throws ECurl when
+    /// libcurl does not keep it as it is.
     void setCookie(http::SetCookie const& cookie) { m_cookies.set(cookie); }
     /// Puts in a copy of another handle's cookies.
     void copyCookies(CurlEasyWrapper const& other) { m_cookies.copyFrom(other.m_cookies); }
@@ -64,8 +77,7 @@ public:
     /// `share` must live until removeShare() or the handle's end.
     void setShare(CURLSH* share);
     void removeShare();
-    /// How long connecting may take and how long no byte may move, in place of 30 s and 60 s.
-    void setTimeLimits(std::chrono::seconds connecting, std::chrono::seconds standstill);
+    void setTimeLimits(TimeLimits const& limits) { m_timeLimits = limits; }
     /// Once the flag is true a transfer under way ends within about a second, whatever it is waiting for, and
     /// later ones fail at once, both with code 42. Null, as at first: nothing ends them.
     void setCancelFlag(CancelFlag const& flag) { m_cancelFlag = flag; }
@@ -90,9 +102,12 @@ private:
         void operator()(CURL* handle) const;
     };
 
-    int setUpTransfer(String const& url, WriteCallback callback, void* callbackData, String const& postData);
+    bool transfer(String const& url, WriteCallback callback, void* callbackData, String const& postData,
+                  std::chrono::seconds whole);
+    int checkTransfer() const;
+    int setUpTransfer(WriteCallback callback, void* callbackData, String const& postData);
     bool isCancelled() const { return m_cancelFlag && *m_cancelFlag; }
-    int perform(String const& url);
+    int perform(unsigned urlLength, std::chrono::seconds whole);
     void useProxy(long type, Proxy const& proxy);
 
     std::shared_ptr<CurlInitializer> const m_initializer = CurlInitializer::instance();
@@ -101,6 +116,8 @@ private:
     char m_errorBuffer[256] = {};
     int m_lastErrorCode = 0;
     String m_userAgent;
+    TimeLimits m_timeLimits;
+    std::optional<RequestUrl> m_url; // of the last transfer
     http::ResponseHeader m_lastRespHeader;
     long m_lastVerifyResult = 0;
     int m_proxyError = 0;       // a request must not go without the proxy that it was given

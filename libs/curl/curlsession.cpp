@@ -1,7 +1,5 @@
 #include "curl/curlsession.h"
 
-#include "curl/transfercallbacks.h"
-
 #include "base/log.h"
 
 #include <curl/curl.h>
@@ -58,38 +56,36 @@ Proxy CurlSession::getProxy(String const&) {
 }
 
 bool CurlSession::request(String const& url, IWriter& out) {
-    return perform(url, &writeToWriter, &out, String(), nullptr);
+    return perform(url, out, String(), nullptr);
 }
 
 bool CurlSession::request(String const& url, Memory& out) {
-    return request(url, out, String());
+    return perform(url, out, String(), nullptr);
 }
 
 bool CurlSession::request(String const& url, IWriter& out, String const& postData) {
-    return perform(url, &writeToWriter, &out, postData, nullptr);
+    return perform(url, out, postData, nullptr);
 }
 
 bool CurlSession::request(String const& url, Memory& out, String const& postData) {
-    MemoryTarget target{out};
-    return perform(url, &writeToMemory, &target, postData, nullptr);
+    return perform(url, out, postData, nullptr);
 }
 
 bool CurlSession::request(String const& url, IWriter& out, IRequestInfo& info) {
-    return perform(url, &writeToWriter, &out, String(), &info);
+    return perform(url, out, String(), &info);
 }
 
 bool CurlSession::request(String const& url, Memory& out, IRequestInfo& info) {
-    MemoryTarget target{out};
-    return perform(url, &writeToMemory, &target, String(), &info);
+    return perform(url, out, String(), &info);
 }
 
-bool CurlSession::perform(String const& url, CurlEasyWrapper::WriteCallback callback, void* callbackData,
-                          String const& postData, IRequestInfo* info) {
+template <class Output>
+bool CurlSession::perform(String const& url, Output& out, String const& postData, IRequestInfo* info) {
     std::unique_ptr<CurlEasyWrapper> const handle = newHandle();
     handle->setVerifySsl(verifySSL(url));
     handle->setProxy(getProxy(url));
     Strings const before = handle->listCookies();
-    bool const isDone = handle->request(url, callback, callbackData, postData);
+    bool const isDone = handle->request(url, out, postData);
     {
         TSynchronize<Mutex> lock(m_lock);
         m_base.mergeCookies(before, handle->listCookies());

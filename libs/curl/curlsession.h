@@ -19,7 +19,8 @@ namespace quillon {
 /// handle gets a copy of the jar's cookies, and after its transfer what the reply added, replaced or removed
 /// is carried over to the jar.
 ///
-/// Bodies are appended to a Memory (up to 256 MB) or go to a writer piece by piece, on the calling thread.
+/// Bodies are appended to a Memory or go to a writer piece by piece, on the calling thread; the limits are
+/// those of CurlEasyWrapper.
 class CurlSession {
 public:
     /// Throws ECurl when libcurl gives no share or no handle.
@@ -54,7 +55,9 @@ public:
     /// Whether transfers fail since cancel(). Any thread.
     bool isCancelled() const;
 
-    /// Puts a cookie into the session's store. Any thread.
+    /// Puts a cookie into the session's store. Throws ECurl, after a log line without the value, when libcurl
+    /// does not keep it as it is: name and value longer than 4096 bytes, or with bytes that no cookie may
+    /// hold. Any thread.
     void setCookie(http::SetCookie const& cookie);
     /// Sets the user agent of later requests. Any thread.
     void setUserAgent(String const& userAgent);
@@ -67,8 +70,8 @@ public:
     Strings listCookies();
 
 private:
-    bool perform(String const& url, CurlEasyWrapper::WriteCallback callback, void* callbackData,
-                 String const& postData, IRequestInfo* info);
+    template <class Output>
+    bool perform(String const& url, Output& out, String const& postData, IRequestInfo* info);
 
     struct Cleanup {
         void operator()(CURLSH* share) const;

@@ -3,8 +3,6 @@
 
 #include "curl/cookiejar.h"
 
-#include "http/responseheader.h"
-
 typedef void CURL;
 
 namespace quillon {
@@ -15,9 +13,10 @@ namespace quillon {
 /// Of libcurl 7.88 and HTTP/1.1: when the head, up to and with the first cookie, would exceed 8190 bytes, the
 /// cookie engine writes "Cookie: ", drops the cookie and the line's end with it, so that the head never ends
 /// and both sides wait; and over TLS a head of more than twice the upload buffer (64 KB by default) is not
-/// sent to its end. So the cookies go by CURLOPT_COOKIE, which has no such limit, while the engine is empty
-/// and only collects what the reply sets, and the upload buffer is made larger than any head (libcurl refuses
-/// those above 1 MB at once). HTTP/2 is left out: its servers take no head of this size.
+/// sent to its end. So the cookies go by CURLOPT_COOKIE, which has no such limit, and the upload buffer is
+/// made larger than any head (libcurl refuses those above 1 MB at once). While a request is made the engine
+/// is empty; while a reply's header comes it holds everything again, so that what the reply does to the
+/// cookies is libcurl's business alone. HTTP/2 is left out: its servers take no head of this size.
 class LongHead {
 public:
     /// The sum of what makes up the head, in bytes, from which on this is done. Below it the host, the user
@@ -26,20 +25,29 @@ public:
 
     /// Whether a request needs it; `others` counts the bytes of other parts that the caller put into the
     /// head.
-    static bool isNeeded(String const& url, unsigned others, CookieJar const& cookies);
+    static bool isNeeded(unsigned urlLength, unsigned others, CookieJar const& cookies);
 
-    /// All arguments outlive the object. `reply` is the transfer's header and is read at the end.
-    LongHead(CURL* handle, String const& url, CookieJar& cookies, http::ResponseHeader const& reply);
+    /// All arguments outlive the object.
+    LongHead(CURL* handle, RequestUrl const& url, CookieJar& cookies);
     /// Puts the handle back as it was and the cookies into its engine.
     ~LongHead();
     LongHead(LongHead const&) = delete;
     LongHead& operator=(LongHead const&) = delete;
 
+    /// To be called for each status line: the engine gets its cookies.
+    void replyBegins();
+    /// To be called for the line that ends a header behind which the transfer may make a second request, as
+    /// it does for a proxy that asks who it is. That request sends what the engine now holds.
+    void replyEnds();
+
 private:
+    void takeCookies();
+
     CURL* const m_handle;
+    RequestUrl const& m_url;
     CookieJar& m_cookies;
-    http::ResponseHeader const& m_reply;
-    Strings const m_taken;
+    bool m_isTaken = false;
+    Strings m_taken;
 };
 
 } // namespace quillon

@@ -1,5 +1,8 @@
 #include "curl/transfercallbacks.h"
 
+#include "curl/longhead.h"
+
+#include "base/ascii.h"
 #include "base/log.h"
 
 namespace quillon {
@@ -14,6 +17,36 @@ std::size_t guarded(std::size_t length, Take take) noexcept {
     } catch (...) {
         return 0;
     }
+}
+
+bool refuse(char const* why) {
+    log(ERROR, "CurlEasyWrapper", "readHeaderLine", why);
+    return false;
+}
+
+// "HTTP/1.1 103 Early Hints": another header follows, and no second request before it.
+bool isInterim(http::ResponseHeader const& header) {
+    return header.getStatusLine().right(' ', true).starts("1");
+}
+
+bool announcesCoding(String const& line) {
+    String const value = line.right(':', true).trim();
+    return line.left(':').trim().equalsNoCase2("Transfer-Encoding") && !value.equalsNoCase2("chunked") &&
+           !value.equalsNoCase2("identity");
+}
+
+void readLine(String const& line, HeaderTarget& target) {
+    bool const begins = line.starts("HTTP/");
+    if (begins)
+        target.header = http::ResponseHeader(line);
+    else
+        target.header.addLine(line);
+    if (!target.longHead)
+        return;
+    if (begins)
+        target.longHead->replyBegins();
+    else if (line.trim().empty() && !isInterim(target.header))
+        target.longHead->replyEnds();
 }
 
 } // namespace
@@ -42,12 +75,14 @@ std::size_t writeToWriter(char* bytes, std::size_t size, std::size_t count, void
 std::size_t readHeaderLine(char* bytes, std::size_t size, std::size_t count, void* target) noexcept {
     std::size_t const length = size * count;
     return guarded(length, [&] {
-        auto& header = *static_cast<http::ResponseHeader*>(target);
+        auto& headers = *static_cast<HeaderTarget*>(target);
         String const line = String::copyOf({bytes, length});
-        if (line.starts("HTTP/"))
-            header = http::ResponseHeader(line);
-        else
-            header.addLine(line);
+        if (length > headers.left)
+            return refuse("the headers are too long");
+        if (announcesCoding(line))
+            return refuse("unknown transfer coding");
+        headers.left -= length;
+        readLine(line, headers);
         return true;
     });
 }

@@ -11,12 +11,6 @@ std::string longTarget(std::size_t length, char const* query) {
     return "/" + std::string(length, 'a') + "?" + query;
 }
 
-Reply removeOneSetAnother(Request const& request) {
-    if (request.target.ends_with("?change"))
-        return ok("", {"Set-Cookie: gone=;Path=/;Max-Age=0", "Set-Cookie: fresh=1;Path=/"});
-    return ok();
-}
-
 http::SetCookie cookie(char const* name, char const* value) {
     http::SetCookie cookie(name, value);
     cookie.setDomain("127.0.0.1");
@@ -63,19 +57,6 @@ TEST(LongHead, manyLongCookiesAllArrive) {
         session.setCookie(cookie(name, value.c_str()));
     EXPECT_TRUE(get(session, urlOf(server)));
     EXPECT_EQ(server.requests().back().header("Cookie").size(), 4 * (2 + value.size()) + 3 * 2);
-}
-
-TEST(LongHead, cookiesOfTheReplyAreKept) {
-    TestServer server(removeOneSetAnother);
-    TrustingSession session;
-    session.setCookie(cookie("gone", "1"));
-    session.setCookie(cookie("stays", "2"));
-    EXPECT_TRUE(get(session, urlOf(server, longTarget(9000, "change"))));
-    for (std::string const& target : {longTarget(9000, "q"), std::string("/")}) {
-        EXPECT_TRUE(get(session, urlOf(server, target)));
-        std::string const sent = server.requests().back().header("Cookie");
-        EXPECT_TRUE(sent == "stays=2; fresh=1" || sent == "fresh=1; stays=2") << sent;
-    }
 }
 
 TEST(LongHead, beyondLibcurlsLimitFailsAtOnce) {

@@ -196,6 +196,16 @@ std::vector<Request> TestServer::requests() const {
     return m_requests;
 }
 
+std::size_t TestServer::requestCount() const {
+    std::lock_guard const lock(m_mutex);
+    return m_requests.size();
+}
+
+Request TestServer::lastRequest() const {
+    std::lock_guard const lock(m_mutex);
+    return m_requests.back();
+}
+
 bool TestServer::awaitRequests(std::size_t count) const {
     std::unique_lock lock(m_mutex);
     return m_changed.wait_for(lock, std::chrono::seconds(10), [&] { return m_requests.size() >= count; });

@@ -45,6 +45,9 @@ public:
 
     /// A copy of the requests so far, in the order their bodies were complete. Any thread.
     std::vector<Request> requests() const;
+    std::size_t requestCount() const;
+    /// The last one of requests(), of which there must be one. Any thread.
+    Request lastRequest() const;
     /// Waits until so many requests have come; false after ten seconds.
     bool awaitRequests(std::size_t count) const;
     /// Ends the waits of replies that are held or delayed; later replies do not wait either. Any thread.
