@@ -4,6 +4,8 @@
 
 #include <json/reader.h>
 
+#include <algorithm>
+
 namespace quillon::json {
 
 namespace {
@@ -18,6 +20,14 @@ std::unique_ptr<Json::CharReader> makeParser() {
     return std::unique_ptr<Json::CharReader>(builder.newCharReader());
 }
 
+// Before each value but the first stands one of these. A value costs some hundred bytes, with its reader, for
+// as few as two of text.
+bool hasBearablyManyValues(String const& text) {
+    constexpr long maxValues = 100'000;
+    return std::count_if(text.begin(), text.end(), [](char c) { return c == ',' || c == '[' || c == '{'; }) <=
+           maxValues;
+}
+
 bool parseInto(Json::Value& root, String const& text) {
     try {
         // Without a place for messages none are composed: each would count lines from the text's start.
@@ -29,7 +39,7 @@ bool parseInto(Json::Value& root, String const& text) {
 
 std::shared_ptr<Json::Value const> parse(String const& text) {
     auto const root = std::make_shared<Json::Value>();
-    if (parseInto(*root, text))
+    if (hasBearablyManyValues(text) && parseInto(*root, text))
         return root;
     log(ERROR, "JSONWrapperFromString", "JSONWrapperFromString", "unable to parse json !");
     throw EJsonError("EJsonError", "libs/json/JSONWrapperFromString.cpp", __LINE__);

@@ -12,7 +12,8 @@ namespace quillon::json {
 /// plain JSONWrapper copied from it among them, need one copy to live.
 class JSONWrapperFromString : public JSONWrapper {
 public:
-    /// Throws EJsonError when `text` is not JSON or is nested more than 1000 levels deep.
+    /// Throws EJsonError when `text` is not JSON, is nested more than 1000 levels deep or holds 100,000
+    /// commas and opening brackets, wherever they stand.
     explicit JSONWrapperFromString(String const& text);
 
 private:

@@ -128,4 +128,8 @@ TEST(JsonWrapper, hostileTextsEndQuickly) {
     // Comments far behind the value that they belong to: jsoncpp would search the blanks for each of them.
     EXPECT_NO_THROW(parsed("[1" + std::string(10 * many, ' ') + "\n" + repeated("//\n", 5 * many) + "]"));
     EXPECT_THROW(parsed("[1" + repeated("/*", many)), EJsonError);
+    for (char const* const value : {"1,", "[],", "{\"a\":{}},", "\"\","}) // many small values
+        for (char const* const before : {"[", "/*\"*/["})
+            EXPECT_THROW(parsed(before + repeated(value, many) + "1]"), EJsonError) << value;
+    EXPECT_NO_THROW(parsed("[" + repeated("1,", many - 2) + "1]"));
 }
