@@ -3,6 +3,7 @@
 
 #include "base/console.h"
 #include "curl/requestinfo.h"
+#include "curl/requesturl.h"
 #include "http/setcookie.h"
 #include "http/uri.h"
 #include "tarvikclient/mediationresponse.h"
@@ -18,19 +19,19 @@ void logError(String const& text) {
     log(ERROR, "TarvikClient", "main", text);
 }
 
-/// Reading a document costs many times its size: what is far beyond any configuration is not read.
-String const& ofBearableSize(String const& body) {
-    constexpr unsigned maxReply = 32 * 1024 * 1024;
-    if (body.length() > maxReply) {
-        log(ERROR, "MediationResponse", "MediationResponse", "reply too large: " + toString(body.length()));
-        throw json::EJsonError("EJsonError", sourceFile, __LINE__);
-    }
-    return body;
+/// The name or address of the host that requests go to, which a launch URL names by `host`. Throws when it is
+/// not the one that reads there, since then what is shown and trusted would not be what is asked.
+String checkedHost(String const& host) {
+    RequestUrl const gateway("https://" + host + "/");
+    if (gateway.getError() == 0 && host.find('@') == String::npos)
+        return gateway.getHost();
+    logError("the launch URL names no gateway, or one that can be read in two ways");
+    throw http::UriComponentException("UriComponentException", sourceFile, __LINE__);
 }
 
 } // namespace
 
-MediationResponse::MediationResponse(String const& body) try : m_document(ofBearableSize(body)) {
+MediationResponse::MediationResponse(String const& body) try : m_document(body) {
     json::JSONPolyReader reader = m_document.getReader();
     write(*reader);
 } catch (json::EJsonError const&) {
@@ -125,6 +126,7 @@ String TarvikClient::prepareRequest() {
     bool const hasUserInfo = authority.find('@') != String::npos;
     String const userInfo = authority.left('@', true);
     String const host = m_policy->nameToUse(hasUserInfo ? authority.right('@') : authority);
+    String const name = checkedHost(host);
     m_audit.setGateway(host);
     {
         TSynchronize<Mutex> lock(m_mutex);
@@ -133,7 +135,7 @@ String TarvikClient::prepareRequest() {
     uri.setScheme("https");
     uri.setAuthority(host);
     uri.setParameter("clientversion", version);
-    installCookie(host, userInfo);
+    installCookie(name, userInfo);
     m_downloadManager.getSession().setUserAgent(String("TarvikClient ") + version + " " +
                                                 console->getOsName());
     m_downloadManager.setServer(host);
@@ -146,7 +148,7 @@ void TarvikClient::installCookie(String const& host, String const& userInfo) {
     cookie.setName("Tarvik-Id");
     cookie.setValue(userInfo);
     cookie.setPath("/");
-    cookie.setDomain(host.left(':'));
+    cookie.setDomain(host);
     m_downloadManager.getSession().setCookie(cookie);
 }
 
