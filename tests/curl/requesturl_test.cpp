@@ -1,5 +1,7 @@
 #include "trustingsession.h"
 
+#include "support/logcapture.h"
+
 #include <gtest/gtest.h>
 
 #include <random>
@@ -88,6 +90,7 @@ std::string randomUrl(std::mt19937& random) {
 
 // Who is asked, as a proxy sees it, is who stands in the URL, or nobody.
 TEST(RequestUrl, onlyTheHostThatCanBeReadThereIsAsked) {
+    LogCapture log; // of most
     TestServer proxy([](Request const&) { return ok(); }, Tls::off);
     ProxiedSession session(proxy);
     std::mt19937 random(20261121);
