@@ -54,9 +54,8 @@ public:
     void stop();
     /// stop(), and nothing that the session waits for on the network keeps it: transfers under way are cut
     /// off within about a second, later ones fail at once, and no module is started any more, until run() or
-    /// restart() starts the thread again. The session ends the way it does when a transfer fails, or when it
-    /// is stopped: with a connection error (code 42), a fatal error or status 4. A module that is in one of
-    /// its own calls is waited for. Does not wait for the thread.
+    /// restart() starts the thread again. Whatever it was at, the session ends with status 4, unless it had
+    /// already failed. A module that is in one of its own calls is waited for. Does not wait for the thread.
     void cancel();
     void showLogs();
     /// Waits for the thread, `timeoutMs` milliseconds at most; false when it is still running then. An owner
@@ -103,6 +102,7 @@ private:
     bool mayBegin();
     GatewayQuestion::Answer askUser(http::HostPort const& gateway);
     bool refuseGateway(char const* outcome, char const* reason);
+    bool endedByOrder();
     bool loadConfiguration();
     String prepareRequest();
     void installCookie(String const& host, String const& userInfo);

@@ -74,7 +74,19 @@ void TarvikClient::pass() {
     } catch (...) {
         logError("unhandled exception");
     }
-    m_notify.onFatalError(String::null);
+    if (!endedByOrder())
+        m_notify.onFatalError(String::null);
+}
+
+/// Whether the session was cancelled, and has now been said to be finished: whoever ordered its end is not
+/// told of a failure, which the order itself may have brought about.
+bool TarvikClient::endedByOrder() {
+    bool const cancelled = m_downloadManager.getSession().isCancelled();
+    if (cancelled) {
+        m_audit.setOutcome("stopped");
+        m_notify.onStatus(STATUS_FINISHED);
+    }
+    return cancelled;
 }
 
 void TarvikClient::session() {
@@ -96,8 +108,10 @@ bool TarvikClient::loadConfiguration() {
     Memory body;
     RequestInfo information;
     if (!m_downloadManager.getSession().request(url, body, information)) {
-        m_audit.setOutcome("unreachable");
-        m_notify.onConnectError(information);
+        if (!endedByOrder()) {
+            m_audit.setOutcome("unreachable");
+            m_notify.onConnectError(information);
+        }
         return false;
     }
     unsigned const status = information.getResponseHeader().getResponseCode();
@@ -106,7 +120,8 @@ bool TarvikClient::loadConfiguration() {
     MediationResponse const response{String(body)};
     if (!response.isSuccess()) {
         logError(response.getException());
-        m_notify.onFatalError(String::null);
+        if (!endedByOrder())
+            m_notify.onFatalError(String::null);
         return false;
     }
     json::JSONPolyReader reader = response.getDocument().getReader();

@@ -13,7 +13,6 @@ namespace {
 
 // About a second is promised; not cut off, each of these sessions would take a minute or an hour.
 constexpr unsigned long bearableMs = 4000;
-char const cutOff[] = "onConnectError Code: 42(";
 
 class CancelTest : public ClientTest {
 protected:
@@ -21,10 +20,11 @@ protected:
         makeClient();
         m_client->run(m_gateway.launchUrl());
     }
-    /// Cancels the session and expects its thread to end by that.
+    /// Cancels the session and expects its thread to end by that, and nobody to be told of a failure.
     void cancel() {
         m_client->cancel();
         EXPECT_TRUE(m_client->join(bearableMs));
+        EXPECT_EQ(m_notify.lines().back(), "onStatus 4");
     }
     /// Serves what a session with a plug-in needs; the module goes on until it is stopped.
     void servePlugin() {
@@ -45,24 +45,24 @@ TEST_F(CancelTest, a_download_or_post_that_does_not_end) {
         Reply reply;
         JsonObject configuration;
         std::size_t requests;
-        char const* end;
     } const cases[] = {
-        {"/hostcheck", again, m_gateway.hostcheckerConfiguration(), 3, "onStatus 4"}, // between two rounds
-        {"/hostcheck", mute, m_gateway.hostcheckerConfiguration(), 3, "onStatus 4"},
-        {"/modules/module.zip", m_endless, m_gateway.pluginConfiguration(), 2, "onFatalError "},
-        {"/mediation", mute, {}, 1, cutOff},
+        {"/hostcheck", again, m_gateway.hostcheckerConfiguration(), 3}, // between two rounds
+        {"/hostcheck", mute, m_gateway.hostcheckerConfiguration(), 3},
+        {"/modules/module.zip", m_endless, m_gateway.pluginConfiguration(), 2},
+        {"/modules/module.zip", m_endless, m_gateway.hostcheckerConfiguration(), 2},
+        {"/mediation", mute, {}, 1},
     };
-    for (auto const& [path, reply, configuration, requests, end] : cases) {
+    for (auto const& [path, reply, configuration, requests] : cases) {
+        SCOPED_TRACE(path);
         serveModule("test_hostchecker");
         m_gateway.serveResult(configuration);
         m_gateway.serve(path, reply);
         auto const before = m_gateway.server().requests().size();
         m_client.reset();
         start();
-        ASSERT_TRUE(m_gateway.server().awaitRequests(before + requests)) << path;
-        EXPECT_FALSE(m_client->join(100)) << path;
+        ASSERT_TRUE(m_gateway.server().awaitRequests(before + requests));
+        EXPECT_FALSE(m_client->join(100));
         cancel();
-        EXPECT_EQ(m_notify.lines().back().find(end), 0u) << path;
     }
     EXPECT_EQ(calls(dataDirectory() + "/hostchecker").back(), "CloseHostCheckerDll");
 }
@@ -76,7 +76,7 @@ TEST_F(CancelTest, at_any_moment_of_a_start) {
             std::this_thread::yield();
         m_client->cancel();
         ASSERT_TRUE(m_client->join(bearableMs)) << i;
-        EXPECT_EQ(m_notify.lines().back().find(cutOff), 0u);
+        EXPECT_EQ(m_notify.lines().back(), "onStatus 4");
     }
 }
 
@@ -87,7 +87,6 @@ TEST_F(CancelTest, a_tunnel_is_stopped_and_before_its_module_is_loaded_none_is) 
     start();
     ASSERT_TRUE(m_notify.await("onVpnStatus up"));
     cancel();
-    ASSERT_EQ(m_notify.lines().back(), "onStatus 4");
     std::filesystem::remove(pluginDirectory() + "/calls.log");
     for (char const* const line : {"onDispatch 2", "onStatus 2"}) { // everything is installed by now
         m_notify.onLine = [&](std::string const& notified) {

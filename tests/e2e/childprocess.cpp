@@ -3,6 +3,8 @@
 #include <chrono>
 #include <csignal>
 #include <fcntl.h>
+#include <fstream>
+#include <iterator>
 #include <spawn.h>
 #include <stdexcept>
 #include <sys/wait.h>
@@ -86,6 +88,11 @@ void ChildProcess::collect(Stream& stream) {
 
 void ChildProcess::signal(int number) {
     kill(m_pid, number);
+}
+
+std::string ChildProcess::commandLine() const {
+    std::ifstream file("/proc/" + std::to_string(m_pid) + "/cmdline", std::ios::binary);
+    return std::string(std::istreambuf_iterator<char>(file), {});
 }
 
 int ChildProcess::wait() {

@@ -24,6 +24,8 @@ public:
     ChildProcess& operator=(ChildProcess const&) = delete;
 
     void signal(int number);
+    /// The arguments as every user of the machine sees them, each with a NUL behind; while it runs.
+    std::string commandLine() const;
     /// Waits for the end and returns the exit code; minus the signal's number for a program that was killed.
     /// After half a minute the program is killed.
     int wait();

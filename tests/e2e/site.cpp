@@ -39,6 +39,7 @@ std::string Site::url(std::string const& kind) const {
 
 void Site::trust(std::string const& authority) const {
     std::filesystem::create_directories(home() + "/.Tarvik");
+    std::filesystem::permissions(home() + "/.Tarvik", std::filesystem::perms(0755)); // see awaitClient()
     writeFile(String::copyOf(settingsPath()), "<tarvikclient><sslcertignoredomains><domains>" + authority +
                                                   "</domains></sslcertignoredomains></tarvikclient>");
 }

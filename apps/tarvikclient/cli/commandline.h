@@ -7,7 +7,7 @@ struct CommandLine {
     enum class Task { session, showPolicy, wrongUsage };
 
     Task task = Task::wrongUsage;
-    char const* url = nullptr; ///< of a session; one of the arguments
+    char* url = nullptr;       ///< of a session; one of the arguments
     bool yes = false;          ///< whether the answer is yes where the policy asks about a gateway
 };
 

@@ -5,6 +5,7 @@
 #include "tarvikclient/cli/policyreport.h"
 #include "tarvikclient/cli/wakeups.h"
 #include "tarvikclient/client.h"
+#include "tarvikclient/launchargument.h"
 
 #include <cstdio>
 #include <exception>
@@ -18,26 +19,29 @@ constexpr int exitFailure = 1;
 
 /// Serves wake-ups until the session has ended.
 cli::Outcome serve(TarvikClient& client, cli::LineNotify& notify, cli::Wakeups& wakeups) {
-    bool stopping = false;
     while (notify.outcome() == cli::Outcome::running) {
-        cli::Wakeup const reason = wakeups.wait();
-        if (reason == cli::Wakeup::restart)
-            client.restart();
-        stopping = stopping || reason == cli::Wakeup::stop;
-        // An order to stop that came before there was anything to stop holds for what comes after it.
-        if (stopping)
+        switch (wakeups.wait()) {
+        case cli::Wakeup::stop:
+            client.cancel(); // holds for what comes after it too
+            break;
+        case cli::Wakeup::hangUp:
+            // Not restart(): the session may have ended just now, and another one would be heard by nobody.
             client.stop();
+            break;
+        case cli::Wakeup::news:
+            break;
+        }
     }
     client.join();
     return notify.outcome();
 }
 
 int runSession(cli::CommandLine const& arguments) {
-    cli::Wakeups wakeups;
+    static auto& wakeups = *new cli::Wakeups;
     cli::LineNotify notify(wakeups);
     cli::Consent consent;
     TarvikClient client(notify, arguments.yes ? &consent : nullptr);
-    client.run(arguments.url);
+    client.run(takeArgument(arguments.url));
     return static_cast<int>(serve(client, notify, wakeups));
 }
 

@@ -3,7 +3,6 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-#include <atomic>
 #include <cerrno>
 #include <csignal>
 #include <system_error>
@@ -13,18 +12,31 @@ namespace quillon::cli {
 namespace {
 
 std::atomic<Wakeups*> g_wakeups{nullptr};
+std::atomic<bool> g_stopping{false};
 
-extern "C" void onSignal(int signal) {
+extern "C" void onHangUp(int) {
     int const savedErrno = errno;
-    if (Wakeups* const wakeups = g_wakeups.load())
-        wakeups->post(signal == SIGHUP ? Wakeup::restart : Wakeup::stop);
+    g_wakeups.load()->post(Wakeup::hangUp);
     errno = savedErrno;
 }
 
-void handle(int signal, int flags) {
+extern "C" void onStop(int signal) {
+    int const savedErrno = errno;
+    // The first stop is an order to end the session; a second one, of either kind, ends a program whose
+    // session does not end.
+    if (g_stopping.exchange(true)) {
+        std::signal(signal, SIG_DFL);
+        std::raise(signal);
+    } else {
+        g_wakeups.load()->post(Wakeup::stop);
+    }
+    errno = savedErrno;
+}
+
+void handle(int signal, void (*handler)(int)) {
     struct sigaction action {};
-    action.sa_handler = &onSignal;
-    action.sa_flags = flags;
+    action.sa_handler = handler;
+    action.sa_flags = SA_RESTART; // it may come to any thread, a module's too
     sigemptyset(&action.sa_mask);
     sigaction(signal, &action, nullptr);
 }
@@ -39,21 +51,17 @@ Wakeups::Wakeups() {
     // A handler must not block; a full pipe means that the main thread will wake anyway.
     fcntl(m_ends[1], F_SETFL, O_NONBLOCK);
     g_wakeups = this;
-    handle(SIGHUP, 0);
-    // The first stop is an order to end the session; a second one ends a program whose session does not end.
-    handle(SIGINT, SA_RESETHAND);
-    handle(SIGTERM, SA_RESETHAND);
-}
-
-Wakeups::~Wakeups() {
-    g_wakeups = nullptr;
-    for (int const end : m_ends)
-        close(end);
+    handle(SIGHUP, &onHangUp);
+    handle(SIGINT, &onStop);
+    handle(SIGTERM, &onStop);
 }
 
 void Wakeups::post(Wakeup reason) noexcept {
-    char const byte = static_cast<char>(reason);
-    [[maybe_unused]] ssize_t const written = write(m_ends[1], &byte, 1);
+    if (reason == Wakeup::stop)
+        m_stop = true;
+    else if (reason == Wakeup::hangUp)
+        m_hangUp = true;
+    [[maybe_unused]] ssize_t const written = write(m_ends[1], "", 1);
 }
 
 Wakeup Wakeups::wait() {
@@ -61,7 +69,9 @@ Wakeup Wakeups::wait() {
     while (read(m_ends[0], &byte, 1) != 1)
         if (errno != EINTR)
             throw std::system_error(errno, std::generic_category(), "read");
-    return static_cast<Wakeup>(byte);
+    if (m_stop.exchange(false))
+        return Wakeup::stop;
+    return m_hangUp.exchange(false) ? Wakeup::hangUp : Wakeup::news;
 }
 
 } // namespace quillon::cli

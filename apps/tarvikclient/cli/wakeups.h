@@ -1,28 +1,34 @@
 // What wakes the program's main thread: signals, and news from the client thread.
 #pragma once
 
+#include <atomic>
+
 namespace quillon::cli {
 
 /// Why the main thread was woken.
-enum class Wakeup : char { stop = 's', restart = 'r', news = 'n' };
+enum class Wakeup { stop, hangUp, news };
 
 /// A pipe into which signal handlers and the client thread write one byte for each reason, and which the main
-/// thread reads. One object per process, made before the client.
+/// thread reads. One object per process, made before the client and never destroyed: a handler may be at work
+/// on any thread while the process ends.
 class Wakeups {
 public:
-    /// Takes over SIGINT and SIGTERM (stop) and SIGHUP (restart). Throws std::system_error without a pipe.
+    /// Takes over SIGINT and SIGTERM (stop) and SIGHUP (hangUp). Throws std::system_error without a pipe.
     Wakeups();
-    ~Wakeups();
+    ~Wakeups() = delete;
     Wakeups(Wakeups const&) = delete;
     Wakeups& operator=(Wakeups const&) = delete;
 
-    /// Any thread; safe in a signal handler.
+    /// Any thread; safe in a signal handler. No order is lost, however much news there is.
     void post(Wakeup reason) noexcept;
-    /// Waits for the next reason. The main thread.
+    /// Waits for the next reason, orders first. The main thread.
     Wakeup wait();
 
 private:
     int m_ends[2];
+    // Apart from the pipe, which may be full.
+    std::atomic<bool> m_stop{false};
+    std::atomic<bool> m_hangUp{false};
 };
 
 } // namespace quillon::cli

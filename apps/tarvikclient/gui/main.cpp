@@ -4,6 +4,7 @@
 #include "tarvikclient/gui/tarvikclientgui.h"
 
 #include "base/exception.h"
+#include "tarvikclient/launchargument.h"
 
 #include <cstdio>
 
@@ -18,7 +19,8 @@ constexpr int exitFailure = 1;
 
 int run(int argc, char** argv) {
     prepareEnvironment();
-    String const url = argc == 2 ? argv[1] : "";
+    String const url = argc == 2 ? takeArgument(argv[1]) : String();
+    argv[argc = 1] = nullptr; // of no use to the toolkit, which copies what it is given
     // Before the toolkit starts: a process that only brings a URL needs neither the time nor a display.
     SingleInstance instance;
     switch (instance.claim(url)) {

@@ -159,7 +159,7 @@ void TarvikMainFrame::showError(wxWindow* parent, wxString const& text, wxString
 
 void TarvikMainFrame::onClientConnectError(wxThreadEvent& event) {
     if (m_quitting.begun())
-        return; // this is how a session ends that was cut off
+        return; // it failed before it could be cut off
     if (auto* const open = m_nestedLoops.find<TarvikClientConnectionErrorDialog>()) {
         open->setErrorContent(event.GetString());
         return;
