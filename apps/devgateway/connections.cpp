@@ -10,6 +10,7 @@ class Connections::Entry {
 public:
     Entry(Connections& owner, int socket) : m_owner(owner), m_socket(socket) { m_owner.add(m_socket); }
     ~Entry() { m_owner.remove(m_socket); }
+    void shaken() { m_owner.shaken(m_socket); }
     Entry(Entry const&) = delete;
     Entry& operator=(Entry const&) = delete;
 
@@ -27,9 +28,17 @@ void Connections::attachTo(SSL_CTX& context) {
 void Connections::shutDown() {
     std::lock_guard const lock(m_mutex);
     m_isClosing = true;
-    for (int const socket : m_sockets)
+    for (auto const& [socket, begun] : m_sockets)
         ::shutdown(socket, SHUT_RDWR);
     m_closing.notify_all();
+}
+
+void Connections::dropHandshakes(std::chrono::milliseconds longest) {
+    std::lock_guard const lock(m_mutex);
+    auto const latest = Clock::now() - longest;
+    for (auto const& [socket, begun] : m_sockets)
+        if (begun && *begun < latest)
+            ::shutdown(socket, SHUT_RDWR);
 }
 
 void Connections::sleepFor(std::chrono::milliseconds time) {
@@ -39,7 +48,12 @@ void Connections::sleepFor(std::chrono::milliseconds time) {
 
 /// Called by OpenSSL on the thread that serves the connection.
 void Connections::onSslEvent(SSL const* ssl, int where, int) noexcept {
-    if (!(where & SSL_CB_HANDSHAKE_START) || SSL_get_ex_data(ssl, entryIndex()))
+    if (auto* const known = static_cast<Entry*>(SSL_get_ex_data(ssl, entryIndex()))) {
+        if (where & SSL_CB_HANDSHAKE_DONE)
+            known->shaken();
+        return;
+    }
+    if (!(where & SSL_CB_HANDSHAKE_START))
         return;
     auto* self = static_cast<Connections*>(SSL_CTX_get_app_data(SSL_get_SSL_CTX(ssl)));
     auto entry = std::make_unique<Entry>(*self, SSL_get_fd(ssl));
@@ -59,9 +73,14 @@ int Connections::entryIndex() {
 
 void Connections::add(int socket) {
     std::lock_guard const lock(m_mutex);
-    m_sockets.insert(socket);
+    m_sockets[socket] = Clock::now();
     if (m_isClosing)
         ::shutdown(socket, SHUT_RDWR);
+}
+
+void Connections::shaken(int socket) {
+    std::lock_guard const lock(m_mutex);
+    m_sockets[socket].reset();
 }
 
 void Connections::remove(int socket) {

@@ -3,9 +3,10 @@
 
 #include <chrono>
 #include <condition_variable>
+#include <map>
 #include <mutex>
 #include <openssl/ssl.h>
-#include <set>
+#include <optional>
 
 namespace devgateway {
 
@@ -27,23 +28,29 @@ public:
     /// not closed: that is left to the threads that serve them.
     void shutDown();
 
+    /// Shuts down the connections whose handshake has not been done in that time, however busy they are.
+    void dropHandshakes(std::chrono::milliseconds longest);
+
     /// Waits that long, or until shutDown().
     void sleepFor(std::chrono::milliseconds time);
 
 private:
     class Entry;
+    using Clock = std::chrono::steady_clock;
 
     static void onSslEvent(SSL const* ssl, int where, int result) noexcept;
     static void onSslFree(void* ssl, void* entry, CRYPTO_EX_DATA*, int, long, void*) noexcept;
     static int entryIndex();
 
     void add(int socket);
+    void shaken(int socket);
     void remove(int socket);
 
     std::mutex m_mutex;
     std::condition_variable m_closing;
     bool m_isClosing = false; // guarded by m_mutex
-    std::set<int> m_sockets;  // guarded by m_mutex; open as long as they are in here
+    /// By socket, which is open as long as it is in here: when its handshake began, unless that is done.
+    std::map<int, std::optional<Clock::time_point>> m_sockets; // guarded by m_mutex
 };
 
 } // namespace devgateway

@@ -4,7 +4,9 @@
 #include "devgateway/log.h"
 #include "devgateway/termination.h"
 #include "devgateway/wire.h"
+#include "devgateway/workers.h"
 
+#include <chrono>
 #include <httplib.h>
 #include <stdexcept>
 #include <sys/socket.h>
@@ -13,29 +15,15 @@ namespace devgateway {
 
 namespace {
 
-constexpr size_t workerCount = 8;
-// A client that keeps an idle connection occupies a worker for this long.
+constexpr size_t mostWorkers = 256;
+// A client that keeps an idle connection occupies a worker for this long, one that says nothing before or in
+// the middle of a request for that long.
 constexpr time_t keepAliveSeconds = 1;
+constexpr time_t silenceSeconds = 5;
+constexpr std::chrono::seconds longestHandshake(5);
 constexpr size_t requestsPerConnection = 100;
 constexpr time_t terminationCheckMicroseconds = 50'000;
 constexpr size_t longestBody = 16 * 1024 * 1024;
-
-/// The worker threads. The server's listening thread also passes here on every new connection and whenever
-/// there is none, which is the moment for "check".
-class Workers : public httplib::ThreadPool {
-public:
-    explicit Workers(std::function<void()> check) : ThreadPool(workerCount), m_check(std::move(check)) {}
-
-    void enqueue(std::function<void()> connection) override {
-        m_check();
-        ThreadPool::enqueue(std::move(connection));
-    }
-
-    void on_idle() override { m_check(); }
-
-private:
-    std::function<void()> const m_check;
-};
 
 /// Only lets a port be taken again soon after the last gateway's end. The library's own choice (SO_REUSEPORT)
 /// would let two gateways share a port, and requests go to either.
@@ -63,7 +51,7 @@ private:
     void serve(httplib::Request const& request, httplib::Response& response, std::string const& body);
     std::string commitFaults(Request const& request, Reply reply, httplib::Request const& from,
                              httplib::Response& to);
-    void stopWhenTerminated();
+    void check();
 
     Connections m_connections; // outlives the server, whose connections it knows
     httplib::SSLServer m_server;
@@ -73,18 +61,23 @@ Server::Private::Private(Certificate const& certificate, std::string const& host
     : m_server([&](SSL_CTX& context) { return setUpTls(context, certificate); }) {
     if (!m_server.is_valid())
         throw std::runtime_error("cannot set up TLS");
-    m_server.set_socket_options(setSocketOptions);
+    socket_t listener = INVALID_SOCKET;
+    m_server.set_socket_options([&listener](socket_t socket) { setSocketOptions(listener = socket); });
     m_server.set_keep_alive_timeout(keepAliveSeconds);
+    m_server.set_read_timeout(silenceSeconds);
+    m_server.set_write_timeout(silenceSeconds);
     m_server.set_keep_alive_max_count(requestsPerConnection);
     m_server.set_idle_interval(0, terminationCheckMicroseconds);
     m_server.set_payload_max_length(longestBody);
     m_server.set_tcp_nodelay(true);
-    m_server.new_task_queue = [this] { return new Workers([this] { stopWhenTerminated(); }); };
+    m_server.new_task_queue = [this] { return new Workers(mostWorkers, [this] { check(); }); };
     routeEverything();
 
     m_port = port == 0 ? m_server.bind_to_any_port(host) : (m_server.bind_to_port(host, port) ? port : -1);
     if (m_port < 0)
         throw std::runtime_error("cannot listen on " + host + " port " + std::to_string(port));
+    // The library's own choice is five, beyond which a client waits for a second or more.
+    ::listen(listener, SOMAXCONN);
 }
 
 bool Server::Private::setUpTls(SSL_CTX& context, Certificate const& certificate) {
@@ -148,7 +141,8 @@ std::string Server::Private::commitFaults(Request const& request, Reply reply, h
 
 /// Called on the listening thread alone, so the listening socket is never closed while another thread is
 /// about to use it.
-void Server::Private::stopWhenTerminated() {
+void Server::Private::check() {
+    m_connections.dropHandshakes(longestHandshake);
     if (!isTerminationPending())
         return;
     m_server.stop();

@@ -26,7 +26,7 @@ public:
     /// The port that is listened on.
     int port() const;
 
-    /// Serves on a few worker threads until SIGINT or SIGTERM (held back, see termination.h) arrives, then
+    /// Serves on worker threads until SIGINT or SIGTERM (held back, see termination.h) arrives, then
     /// ends every connection, waits for the workers and returns. To be called once.
     /// Throws std::runtime_error when the listening socket fails.
     void run(Handler handler, std::chrono::milliseconds delay, std::vector<Fault> faults);

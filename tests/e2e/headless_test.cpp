@@ -1,7 +1,12 @@
 // The headless program against the development gateway, both as they are deployed.
 #include "e2e/site.h"
 
+#include "base/descriptor.h"
+
 #include <gtest/gtest.h>
+
+#include <netinet/in.h>
+#include <sys/socket.h>
 
 #include <chrono>
 #include <csignal>
@@ -40,6 +45,23 @@ TEST(Headless, session_without_a_tunnel) {
     EXPECT_EQ(session.output(), "onDispatch 4\nonStatus 4\n");
     EXPECT_NE(site.moduleLog("Plugin/sample-plugin.log").find("LaunchSafeResource 3 demo-service\n"),
               std::string::npos);
+}
+
+TEST(Headless, session_beside_clients_that_say_nothing) {
+    Site site;
+    std::string const authority = site.authority();
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_port = htons(static_cast<in_port_t>(std::stoi(authority.substr(authority.find(':') + 1))));
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    std::vector<Descriptor> silent;
+    for (int i = 0; i < 100; ++i) {
+        silent.emplace_back(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0));
+        ASSERT_EQ(connect(silent.back().number(), reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
+    }
+    auto const begun = std::chrono::steady_clock::now();
+    EXPECT_EQ(start(site, site.url("plugindllnotunnel")).wait(), 0);
+    EXPECT_LT(std::chrono::steady_clock::now() - begun, std::chrono::seconds(5));
 }
 
 TEST(Headless, host_check_session) {
