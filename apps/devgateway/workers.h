@@ -11,9 +11,9 @@
 
 namespace devgateway {
 
-/// Gives each open connection a thread of its own, up to a bound, so that clients that say nothing keep nobody
-/// waiting; threads are kept for later connections. The server's listening thread passes here on every new
-/// connection and whenever there is none, which is the moment for `check`.
+/// Gives each open connection a thread of its own, up to a bound, so that clients that say nothing keep
+/// nobody waiting; threads are kept for later connections. The server's listening thread passes here on every
+/// new connection and whenever there is none, which is the moment for `check`.
 class Workers : public httplib::TaskQueue {
 public:
     Workers(size_t most, std::function<void()> check) : m_most(most), m_check(std::move(check)) {}

@@ -1,47 +1,15 @@
-// The name is in the abstract namespace: binding it is one atomic step, and it vanishes with the process
-// however that ends. A file with a process id in it does neither: one that outlives a crash may name a
-// stranger's process.
 #include "tarvikclient/gui/instancesocket.h"
-
-#include "base/file.h"
-#include "base/log.h"
-#include "openssl/md5_wrapper.h"
 
 #include <sys/socket.h>
 #include <sys/time.h>
-#include <sys/un.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
-#include <cstddef>
 
 namespace quillon::instance {
 
 namespace {
-
-struct Address {
-    sockaddr_un name{};
-    socklen_t length = 0;
-
-    sockaddr const* get() const { return reinterpret_cast<sockaddr const*>(&name); }
-};
-
-/// One place for each user and home: whoever has settings and modules of their own has a client of their own.
-Address address() {
-    tls::MD5 digest;
-    digest.update(Memory(File::getUserApplicationDataDirectory()));
-    String const name = "tarvikclient-" + toString(geteuid()) + "-" + digest.final().toHex();
-    Address result;
-    result.name.sun_family = AF_UNIX;
-    std::copy(name.begin(), name.end(), result.name.sun_path + 1);
-    result.length = static_cast<socklen_t>(offsetof(sockaddr_un, sun_path) + 1 + name.length());
-    return result;
-}
-
-Descriptor makeSocket() {
-    return Descriptor(socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0));
-}
 
 void setTimeout(Descriptor const& connection, int which, Deadline deadline) {
     using namespace std::chrono;
@@ -54,7 +22,11 @@ void setTimeout(Descriptor const& connection, int which, Deadline deadline) {
 Handover whyNotConnected(int error) {
     if (error == EAGAIN)
         return Handover::silent; // so many are waiting that there was no room for one more
-    return error == ECONNREFUSED || error == EINTR ? Handover::absent : Handover::broken;
+    for (int const stranger : {EACCES, EPERM, EPROTOTYPE, ELOOP, ENOTDIR})
+        if (error == stranger)
+            return Handover::foreign;
+    // The holder of the place may not have come to listen yet.
+    return error == ECONNREFUSED || error == ENOENT || error == EINTR ? Handover::absent : Handover::broken;
 }
 
 bool sendUrl(Descriptor const& connection, String const& url) {
@@ -83,24 +55,11 @@ Handover awaitAnswer(Descriptor const& connection, Deadline deadline) {
 
 } // namespace
 
-Descriptor takePlace(bool& occupied) {
-    Address const place = address();
-    Descriptor listener = makeSocket();
-    bool const bound = listener && bind(listener.number(), place.get(), place.length) == 0;
-    occupied = listener && !bound && errno == EADDRINUSE;
-    if (bound && listen(listener.number(), SOMAXCONN) == 0)
-        return listener;
-    if (!occupied)
-        log(ERROR, "SingleInstance", "claim",
-            String("cannot listen for other processes: ") + strerror(errno));
-    return Descriptor();
-}
-
-Handover handOver(String const& url, Deadline deadline) {
-    Address const place = address();
-    Descriptor const connection = makeSocket();
+Handover handOver(Place const& place, String const& url, Deadline deadline) {
+    sockaddr_un const where = place.address();
+    Descriptor const connection(socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0));
     setTimeout(connection, SO_SNDTIMEO, deadline);
-    if (connect(connection.number(), place.get(), place.length) != 0)
+    if (connect(connection.number(), reinterpret_cast<sockaddr const*>(&where), sizeof where) != 0)
         return whyNotConnected(errno);
     // The URL carries the user's ticket.
     if (!isOwnUser(connection))

@@ -33,9 +33,9 @@ public:
 
     /// Claims the place, or hands `url` (which may be empty: then there is nothing to hand over) to the
     /// process that has it. Any number of processes may do so at the same moment: one becomes the first.
-    /// Where no place can be had, for instance because another user has taken its name, each process runs on
-    /// its own: the role is `first`, and no URLs come. Waits at most `patience` for another process.
-    /// Needs no toolkit and no display.
+    /// Where no place can be had, for instance because what stands there is another user's, each process runs
+    /// on its own: the role is `first`, and no URLs come. Waits at most `patience` for another process. To be
+    /// called once. Needs no toolkit and no display.
     Role claim(String const& url, std::chrono::milliseconds patience = defaultPatience);
     /// From now on calls `onUrl` with each URL that another process hands over; an empty function ends that
     /// and keeps the place. Needs the toolkit's event loop, and must have been ended before that goes.

@@ -40,12 +40,11 @@ void logError(char const* method, String const& text) {
 /// The first process's end. Never waits for a peer: each says all it has to say in one packet.
 class SingleInstance::Endpoint final : public wxEventLoopSourceHandler {
 public:
-    explicit Endpoint(Descriptor listener)
-        : m_listener(std::move(listener)),
-          m_ready(epoll_create1(EPOLL_CLOEXEC)),
-          m_packet(instance::greeting.size() + maxUrl) {
-        watch(m_listener);
-    }
+    Endpoint() : m_ready(epoll_create1(EPOLL_CLOEXEC)), m_packet(instance::greeting.size() + maxUrl) {}
+
+    /// As Place::claim().
+    instance::Place::Claim claim();
+    instance::Place const& place() const { return m_place; }
 
     void listen(UrlHandler onUrl);
     void receive(UrlHandler const& onUrl, std::chrono::milliseconds wait);
@@ -63,7 +62,7 @@ private:
     Descriptor takeSpeaker(int number);
     String packetUrl(ssize_t length) const;
 
-    Descriptor m_listener;
+    instance::Place m_place;
     Descriptor m_ready; // readable when the listener or a peer is: one source for the event loop
     std::deque<Descriptor> m_peers;
     bool m_strangersKnown = false;
@@ -71,6 +70,13 @@ private:
     UrlHandler m_onUrl;
     std::unique_ptr<wxEventLoopSource> m_source;
 };
+
+instance::Place::Claim SingleInstance::Endpoint::claim() {
+    auto const result = m_place.claim();
+    if (result == instance::Place::Claim::held)
+        watch(m_place.listener());
+    return result;
+}
 
 void SingleInstance::Endpoint::watch(Descriptor const& source) {
     epoll_event event{};
@@ -92,7 +98,7 @@ void SingleInstance::Endpoint::receive(UrlHandler const& onUrl, std::chrono::mil
     int const count = epoll_wait(m_ready.number(), events, std::size(events), static_cast<int>(wait.count()));
     for (int i = 0; i < count; ++i) {
         int const number = events[i].data.fd;
-        if (number == m_listener.number()) {
+        if (number == m_place.listener().number()) {
             acceptPeer();
         } else if (Descriptor const peer = takeSpeaker(number)) {
             if (String const url = readPeer(peer); !url.empty())
@@ -102,13 +108,13 @@ void SingleInstance::Endpoint::receive(UrlHandler const& onUrl, std::chrono::mil
 }
 
 void SingleInstance::Endpoint::acceptPeer() {
-    Descriptor peer(accept4(m_listener.number(), nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK));
+    Descriptor peer(accept4(m_place.listener().number(), nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK));
     if (!peer) {
         if (errno != EMFILE && errno != ENFILE)
             return; // it has gone again
         // The peer stays in the queue, and so the queue stays ready: this thread would do nothing else.
         logError("accept", "too many open files: other processes are not heard any more");
-        epoll_ctl(m_ready.number(), EPOLL_CTL_DEL, m_listener.number(), nullptr);
+        epoll_ctl(m_ready.number(), EPOLL_CTL_DEL, m_place.listener().number(), nullptr);
     } else if (!instance::isOwnUser(peer)) {
         // Once: others must not fill the user's disk.
         if (!std::exchange(m_strangersKnown, true))
@@ -162,26 +168,25 @@ SingleInstance::SingleInstance() = default;
 SingleInstance::~SingleInstance() = default;
 
 SingleInstance::Role SingleInstance::claim(String const& url, std::chrono::milliseconds patience) {
+    using Claim = instance::Place::Claim;
     auto const deadline = std::chrono::steady_clock::now() + patience;
     Handover outcome = Handover::absent;
+    m_endpoint = std::make_unique<Endpoint>();
     do {
-        bool occupied = false;
-        if (Descriptor listener = instance::takePlace(occupied))
-            m_endpoint = std::make_unique<Endpoint>(std::move(listener));
-        if (!occupied)
+        if (m_endpoint->claim() != Claim::occupied)
             return Role::first;
         if (url.length() > maxUrl) {
             logError("claim", "the URL is too long for the running client");
             return Role::unheard;
         }
-        outcome = instance::handOver(url, deadline);
+        outcome = instance::handOver(m_endpoint->place(), url, deadline);
         if (outcome == Handover::done)
             return Role::second;
         if (outcome == Handover::foreign)
             break;
         std::this_thread::sleep_for(outcome == Handover::broken ? refusedPause : retryPause);
     } while (std::chrono::steady_clock::now() < deadline);
-    // A client listens at once: a name where nobody does for so long has been taken by somebody else.
+    // A client listens at once: where nobody does for so long somebody else is at work.
     if (outcome == Handover::foreign || outcome == Handover::absent) {
         logError("claim", "the place is taken by a stranger: running without it");
         return Role::first;
