@@ -185,6 +185,7 @@ TEST_F(Desktop, quits_while_the_first_request_hangs) {
     site({"--delay", "600000"});
     ChildProcess client = start(site().url("plugindll"));
     choose(text("STATUS_IDLE"), text("&Quit"));
+    EXPECT_EQ(client.commandLine(), program + std::string(1 + site().url("plugindll").size() + 1, '\0'));
     EXPECT_EQ(client.wait(), 0) << client.errors();
     std::string const log = readFile(logPath);
     EXPECT_NE(log.find("TarvikClient.main"), std::string::npos) << log;
