@@ -3,6 +3,7 @@
 #include "base/console.h"
 #include "base/file.h"
 #include "tarvikclient/hostcheckerclient.h"
+#include "tarvikclient/logplace.h"
 #include "tarvikclient/plugindllclient.h"
 #include "tarvikclient/plugindllclientnotunnel.h"
 #include "tarvikclient/verifiedmodule.h"
@@ -18,6 +19,7 @@ namespace quillon {
 namespace {
 
 constexpr char sourceFile[] = "apps/tarvikclient/client.cpp";
+constexpr char logName[] = "tarvikclient.log";    // in the data directory
 constexpr char dataDirectoryName[] = "/.Tarvik/"; // within the home directory
 
 /// Keeps the user's name out of the log where it is the home directory's.
@@ -58,10 +60,11 @@ TarvikClient::TarvikClient(ITarvikClientNotify& notify, IGatewayConsent* consent
       m_consent(consent),
       m_downloadManager(m_localConfiguration),
       m_notify(notify) {
-    for (LogCategory const category : {TRACE, ERROR, ASSERT, DEBUG})
-        console->setStream(category, logPath);
+    String const refusal = logTo(logPath);
     String const directory = File::getUserApplicationDataDirectory();
     hideHome(directory);
+    if (!refusal.empty())
+        logToDataDirectory(directory, logPath, refusal);
     enterDataDirectory(directory);
     String const settings = getLocalConfPath();
     if (File::exists(settings)) {

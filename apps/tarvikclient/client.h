@@ -30,7 +30,8 @@ class TarvikClient final : public ClientConfigurationDispatcher, public Thread {
 public:
     /// The client's version, as the gateway is told it and the user is shown it.
     static constexpr char version[] = "8.2.0.21";
-    /// Where all log lines go.
+    /// Where all log lines go, or to a file of the same name in the data directory when what stands here is
+    /// not this user's own plain file; the console knows which.
     static constexpr char logPath[] = "/tmp/tarvikclient.log";
 
     /// `notify` must outlive the client's thread. Throws NullException without a console, EFile or

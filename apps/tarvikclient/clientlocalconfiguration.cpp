@@ -6,7 +6,6 @@
 #include "base/stringwriter.h"
 #include "xml/parserreader.h"
 #include "xml/writerkeywriter.h"
-#include "xml/xmlparser.h"
 
 #include <algorithm>
 
@@ -44,25 +43,26 @@ void ClientLocalConfiguration::readFromFile(String const& path) {
 }
 
 void ClientLocalConfiguration::save(String const& path) const {
-    String const fresh = path + ".new";
-    File written;
-    bool const complete = xml::Parser::write(fresh, rootName, *this) && written.open(fresh, File::in) &&
-                          written.sync() && written.close();
-    if (!complete) {
+    try {
+        File::replaceAllFile(path, toXml());
+    } catch (EFile const&) {
         log(ERROR, "ClientLocalConfiguration", "save", "Can not write local configuration to " + path);
         throw EFile("EFile", sourceFile, __LINE__);
     }
-    File::move(fresh, path);
 }
 
-bool ClientLocalConfiguration::survivesSaving() const {
+String ClientLocalConfiguration::toXml() const {
     String text;
     StringWriter output(text);
     xml::WriterKeyWriter writer(output);
     writer[rootName].write(*this);
     writer.clear();
+    return text;
+}
+
+bool ClientLocalConfiguration::survivesSaving() const {
     try {
-        auto document = xml::ParserReader::fromText(text, xml::Disclosure::lines);
+        auto document = xml::ParserReader::fromText(toXml(), xml::Disclosure::lines);
         ClientLocalConfiguration saved;
         saved.write(document[rootName]);
         return equals(saved);

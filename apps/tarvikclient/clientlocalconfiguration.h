@@ -33,8 +33,8 @@ public:
     /// Reads the settings file. One that cannot be parsed is logged and leaves the settings as they are;
     /// throws EConfMissingKey for credentials without login or password.
     void readFromFile(String const& path);
-    /// Replaces the file in one step: a crash meanwhile leaves the old one. Throws EFile, after a log line,
-    /// when it cannot be written; the old file then stays as it was.
+    /// Replaces the file in one step, as File::replaceAllFile() does it: a crash meanwhile leaves the old
+    /// one. Throws EFile, after a log line, when it cannot be written; the old file then stays as it was.
     void save(String const& path) const;
     /// Whether readFromFile() would find in a saved file the settings as they are. Values are saved verbatim,
     /// so that one which holds markup ("<", "&amp;") would come back changed or make the file unreadable.
@@ -53,6 +53,7 @@ public:
     void read(IKeyWriter& writer) const override;
 
 private:
+    String toXml() const;
     bool equals(ClientLocalConfiguration const& other) const;
 
     mutable Mutex m_mutex;

@@ -4,8 +4,9 @@
 #include "base/immortal.h"
 #include "base/processexit.h"
 #include "base/systemlog.h"
+#include "base/visibletext.h"
 
-#include <sys/utsname.h>
+#include <signal.h>
 
 #include <chrono>
 #include <ctime>
@@ -19,24 +20,36 @@ constinit Immortal<gc::Pointer<Console>> g_console;
 constinit std::once_flag g_consoleMade;
 
 constexpr unsigned popTimeoutMs = 10000;
-
-bool isStandard(FILE* file) {
-    return file == stdout || file == stderr;
-}
+constexpr unsigned joinMs = 2000; // longer than a stream is waited for
 
 /// A text from the network must not be able to forge a line of the log, nor to hide the rest of its own.
 String inOneLine(String const& text) {
     return text.replace('\n', ' ').replace('\r', ' ').replace('\0', ' ');
 }
 
-FILE* computeStream(String const& name) {
-    if (name == "null")
-        return nullptr;
-    if (name == "stdout")
-        return stdout;
-    if (name == "stderr")
-        return stderr;
-    return std::fopen(name.str(), "we");
+/// What is kept of a part of a line until it is printed.
+String kept(String const& part) {
+    return cutText(part, Console::longestLine).owned();
+}
+
+/// A file that may grow no further is a failed write, which the writer hears of, and not the process's end.
+/// What the program has decided, or decides later, stands.
+void ignoreFileSizeSignal() {
+    struct sigaction current {};
+    if (sigaction(SIGXFSZ, nullptr, &current) == 0 && current.sa_handler == SIG_DFL)
+        signal(SIGXFSZ, SIG_IGN);
+}
+
+String timeStamp() {
+    using namespace std::chrono;
+    auto const now = system_clock::now();
+    std::time_t const seconds = system_clock::to_time_t(now);
+    auto const ms = duration_cast<milliseconds>(now.time_since_epoch()).count() % 1000;
+    std::tm local{};
+    localtime_r(&seconds, &local);
+    char time[26];
+    std::strftime(time, sizeof time, "%d-%m-%y %H:%M:%S", &local);
+    return String(time).clone().append(".", toString(static_cast<int>(ms)));
 }
 
 } // namespace
@@ -49,6 +62,7 @@ gc::Pointer<Console>& Console::instance() {
     if (making)
         return g_console.value;
     std::call_once(g_consoleMade, [] {
+        ignoreFileSizeSignal(); // the console's lines go to files, at any time
         making = true;
         g_console.value = gc::Pointer<Console>(new Console);
         making = false;
@@ -65,8 +79,10 @@ namespace {
 Console::Console()
     : m_messages(&Message::create), m_task("console", *this, &Console::main, Thread::PRIORITY_NORMAL, false) {
     static constexpr char const* labels[] = {"TRACE", "DEBUG", "ERROR", "ASSERT"};
-    for (std::size_t i = 0; i < m_streams.size(); ++i)
+    for (std::size_t i = 0; i < m_streams.size(); ++i) {
         m_streams[i].label = labels[i];
+        m_streams[i].target = m_standardOutput;
+    }
     m_task.run(true);
 }
 
@@ -98,42 +114,38 @@ void Console::log(LogCategory category, String const& tag, String const& cls, in
 
 void Console::log(LogCategory category, String const& tag, String const& cls, String const& method,
                   String const& text) {
-    if (!m_running.load(std::memory_order_acquire) || m_task.isMyThread()) {
-        print(category, tag, cls, method, text);
+    bool const running = m_running.load(std::memory_order_acquire);
+    if (m_task.isMyThread() || (!running && join()))
+        return print(category, tag, cls, method, text);
+    if (!running)
         return;
-    }
     Message* const message = m_messages.take();
     message->category = category;
     // The line is printed later: bytes that belong to the caller are copied now.
-    message->tag = tag.owned();
-    message->text = text.owned();
-    message->cls = cls.owned();
-    message->method = method.owned();
+    message->tag = kept(tag);
+    message->text = kept(text);
+    message->cls = kept(cls);
+    message->method = kept(method);
     m_messages.push(message);
 }
 
 void Console::print(LogCategory category, String const& tag, String const& cls, String const& method,
                     String const& text) {
-    TSynchronize<Mutex> lock(m_streamsMutex);
-    Stream const& stream = m_streams[category];
+    Stream stream;
+    String home;
+    {
+        TSynchronize<Mutex> lock(m_streamsMutex);
+        stream = m_streams[category];
+        home = m_home;
+    }
     String const line = method.empty()
                             ? "[" + tag + "] " + stream.label + " " + cls + ": " + text
                             : "[" + tag + "] " + stream.label + " " + cls + "." + method + " " + text;
-    String const body = inOneLine(m_home.empty() ? line : line.replace(m_home, "~/"));
-    if (stream.file) {
-        using namespace std::chrono;
-        auto const now = system_clock::now();
-        std::time_t const seconds = system_clock::to_time_t(now);
-        auto const ms = duration_cast<milliseconds>(now.time_since_epoch()).count() % 1000;
-        std::tm local{};
-        localtime_r(&seconds, &local);
-        char time[26];
-        std::strftime(time, sizeof time, "%d-%m-%y %H:%M:%S", &local);
-        // Several categories may hold handles of their own on one file.
-        std::fseek(stream.file, 0, SEEK_END);
-        std::fprintf(stream.file, "%s.%d %s\n", time, static_cast<int>(ms), body.str());
-        std::fflush(stream.file);
-    }
+    String const known = inOneLine(home.empty() ? line : line.replace(home, "~/"));
+    String const body = cutText(visibleText(known), longestLine);
+    TSynchronize<Mutex> lock(m_printing);
+    if (stream.target)
+        stream.target->write(String(timeStamp() + " " + body + "\n").view());
     native::systemLog(category, body.str());
 }
 
@@ -185,33 +197,56 @@ void Console::quit() {
         m_messages.push(m_messages.take());
 }
 
-void Console::join() {
-    m_task.join(static_cast<unsigned long>(-1));
+bool Console::join() {
+    // Who comes later does not wait again.
+    m_givenUp = !m_task.join(m_givenUp ? 0 : joinMs);
+    return !m_givenUp;
 }
 
-void Console::quit_and_join() {
+bool Console::quit_and_join() {
     quit();
-    join();
+    return join();
 }
 
-void Console::setStream(LogCategory category, String const& name) {
-    setStream(category, computeStream(name), name);
+bool Console::setStream(LogCategory category, String const& name, String* reason) {
+    if (name == "null" || name == "stdout" || name == "stderr") {
+        setStream(category, name == "stdout" ? stdout : name == "stderr" ? stderr : nullptr, name);
+        return true;
+    }
+    String refusal;
+    std::shared_ptr<LogStream> const opened = LogStream::open(name, refusal);
+    if (!opened && reason)
+        *reason = refusal;
+    TSynchronize<Mutex> lock(m_streamsMutex);
+    install(category, opened, opened ? name : String("null"));
+    return opened != nullptr;
 }
 
 void Console::setStream(LogCategory category, FILE* file, String const& name) {
     TSynchronize<Mutex> lock(m_streamsMutex);
-    Stream& target = m_streams[category];
-    FILE* const old = target.file;
-    if (old && !isStandard(old) && old != file) {
-        for (Stream& other : m_streams)
-            if (&other != &target && other.file == old) {
-                other.file = stdout;
-                other.name = "stdout";
-            }
-        std::fclose(old);
-    }
-    target.file = file;
-    target.name = name.owned();
+    install(category, file ? streamOf(file) : nullptr, name);
+}
+
+std::shared_ptr<LogStream> Console::streamOf(FILE* file) const {
+    if (file == stdout)
+        return m_standardOutput;
+    for (Stream const& stream : m_streams)
+        if (stream.target && stream.target->file() == file)
+            return stream.target;
+    return std::make_shared<LogStream>(file);
+}
+
+void Console::install(LogCategory category, std::shared_ptr<LogStream> target, String const& name) {
+    Stream& stream = m_streams[category];
+    std::shared_ptr<LogStream> const old = std::exchange(stream.target, std::move(target));
+    stream.name = name.owned();
+    if (!old || old == stream.target || old->file() == stdout || old->file() == stderr)
+        return;
+    for (Stream& other : m_streams)
+        if (other.target == old) {
+            other.target = m_standardOutput;
+            other.name = "stdout";
+        }
 }
 
 void Console::setHome(String const& directory) {
@@ -222,52 +257,6 @@ void Console::setHome(String const& directory) {
 String Console::getFilename(LogCategory category) const {
     TSynchronize<Mutex> lock(m_streamsMutex);
     return m_streams[category].name;
-}
-
-void Console::infoSystem(bool logIt) {
-    utsname system{};
-    bool const known = uname(&system) == 0;
-    {
-        TSynchronize<Mutex> lock(m_osMutex);
-        m_osName = known ? String(system.sysname).clone() : String("uname error");
-        m_osVersion = known ? String(system.release).clone() : String();
-        m_osPatch = known ? String(system.version).clone() : String();
-    }
-    if (logIt && known)
-        log(TRACE, "Console", "infoSystem", getOs() + " " + system.nodename + " " + system.machine);
-    else if (logIt)
-        log(TRACE, "Console", "infoSystem", "can not read OS informations");
-}
-
-String Console::getOsName() {
-    {
-        TSynchronize<Mutex> lock(m_osMutex);
-        if (!m_osName.empty())
-            return m_osName;
-    }
-    infoSystem(false);
-    TSynchronize<Mutex> lock(m_osMutex);
-    return m_osName;
-}
-
-String Console::getOsVersion() {
-    getOsName();
-    TSynchronize<Mutex> lock(m_osMutex);
-    return m_osVersion;
-}
-
-String Console::getOsPatch() {
-    getOsName();
-    TSynchronize<Mutex> lock(m_osMutex);
-    return m_osPatch;
-}
-
-String Console::getOs() {
-    String os = getOsName().clone();
-    for (String const& part : {getOsVersion(), getOsPatch()})
-        if (!part.empty())
-            os.append(' ', part);
-    return os;
 }
 
 } // namespace quillon

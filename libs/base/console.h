@@ -3,6 +3,7 @@
 
 #include "base/cachefifo.h"
 #include "base/log.h"
+#include "base/logstream.h"
 #include "base/task.h"
 
 #include <array>
@@ -32,13 +33,28 @@ public:
     /// The text becomes "number text"; there is no method.
     void log(LogCategory category, String const& cls, int number, String const& text);
     void log(LogCategory category, String const& tag, String const& cls, int number, String const& text);
+    /// A method of one letter is no number.
+    template <std::same_as<char> C>
+    void log(LogCategory category, String const& cls, C method, String const& text) {
+        log(category, cls, String(method), text);
+    }
+    template <std::same_as<char> C>
+    void log(LogCategory category, String const& tag, String const& cls, C method, String const& text) {
+        log(category, tag, cls, String(method), text);
+    }
+
+    /// The longest line in bytes, its time not counted. A longer one is cut, as cutText() does it.
+    static constexpr unsigned longestLine = 8192;
 
     /// Sends a category to "null" (the system log alone), "stdout", "stderr" or a file, which is truncated.
-    /// Where the file cannot be opened the category goes to the system log alone.
-    void setStream(LogCategory category, String const& name);
-    /// Sends a category to an open stream. The console closes it, unless it is a standard stream, when the
-    /// category gets another one; categories that share it are then sent to standard output.
+    /// A file that LogStream::open() refuses sends the category to "null"; false then, with the reason.
+    bool setStream(LogCategory category, String const& name, String* reason = nullptr);
+    /// Sends a category to an open stream, or given null to the system log alone. The console closes it,
+    /// unless it is a standard stream, when the category gets another one; categories that share it are then
+    /// sent to standard output.
     void setStream(LogCategory category, FILE* file, String const& name);
+    /// Where the category's lines go: "null", "stdout", "stderr", a file's path, or what an open stream was
+    /// named. Any thread.
     String getFilename(LogCategory category) const;
 
     /// Writes paths below `directory`, which ends in no "/", as "~/..." in every line from now on: a home
@@ -57,12 +73,17 @@ public:
     bool drain(unsigned ms);
     /// Ends the task: from now on lines are printed on the caller's thread. Lines still queued are dropped.
     void quit();
-    void join();
-    void quit_and_join();
+    /// Waits for the task to end, at most two seconds. False when it has not: then something that takes its
+    /// lines hangs, the log is given up, and what is logged is lost.
+    bool join();
+    bool quit_and_join();
+
+    /// Whether `thread` is the task.
+    bool isTask(Thread const& thread) const noexcept { return &thread == &m_task; }
 
 private:
     struct Stream {
-        FILE* file = stdout;
+        std::shared_ptr<LogStream> target; // whoever prints holds it too, so that it is not closed meanwhile
         String name = "stdout";
         String label;
     };
@@ -81,15 +102,23 @@ private:
     void handle(Message const& message);
     void print(LogCategory category, String const& tag, String const& cls, String const& method,
                String const& text);
+    void install(LogCategory category, std::shared_ptr<LogStream> target, String const& name);
+    /// The stream that has this file already, or a new one. Under the streams' mutex.
+    std::shared_ptr<LogStream> streamOf(FILE* file) const;
 
-    mutable Mutex m_streamsMutex; // streams and home change at start-up while the task may be printing
+    // Streams and home change at start-up while the task may be printing. Nothing is written under this lock.
+    mutable Mutex m_streamsMutex;
+    std::shared_ptr<LogStream> const m_standardOutput = std::make_shared<LogStream>(stdout);
     std::array<Stream, 4> m_streams;
     String m_home; // with a "/" behind it; empty when paths are written as they are
+
+    Mutex m_printing; // one line at a time, when the task has ended
 
     Mutex m_osMutex;
     String m_osName, m_osVersion, m_osPatch;
 
     std::atomic<bool> m_running{true};
+    std::atomic<bool> m_givenUp{false}; // the task has been waited for in vain
     CacheFifoNoBlockPush<Message> m_messages;
 
     Mutex m_drainMutex;

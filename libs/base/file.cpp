@@ -29,6 +29,9 @@ char const* stdioMode(File::ModeOption mode) {
     return "r+be";
 }
 
+/// What fits into a String, with what its block is rounded up by.
+constexpr unsigned long longestText = String::npos - 2 * MemoryBlock::granularity;
+
 constexpr mode_t openToAll = S_IRWXU | S_IRWXG | S_IRWXO;
 
 } // namespace
@@ -121,8 +124,20 @@ void File::read(bool& value) {
     value = byte != 0;
 }
 
+unsigned File::restToRead() const {
+    if (m_size > m_position && m_size - m_position > longestText) {
+        log(ERROR, "File", "read", "too large to be read at once: " + m_path);
+        throwFile(__LINE__);
+    }
+    return sizeToRead();
+}
+
+void File::read(Memory& value) {
+    read(value, restToRead());
+}
+
 void File::read(String& value) {
-    unsigned const count = sizeToRead();
+    unsigned const count = restToRead();
     String text;
     char* const bytes = text.reserve(count);
     readBytes(bytes, count);

@@ -14,7 +14,8 @@ class EFile : public Exception {
     using Exception::Exception;
 };
 
-/// An open file as a stream, and static helpers on paths. Every operation takes "\" in a path for "/".
+/// An open file as a stream, and static helpers on paths. Every operation takes "\" in a path for "/", and
+/// a path with a NUL for one where nothing is or can be.
 ///
 /// As a stream: numbers are stored in the machine's own form, strings and buffers as their bytes; reading a
 /// String or a Memory without a count takes the rest of the file. A write that the disk refuses and a read
@@ -64,7 +65,7 @@ public:
     void read(unsigned char& value) override { readBytes(&value, sizeof value); }
     void read(char& value) override { readBytes(&value, sizeof value); }
     void read(String& value) override;
-    void read(Memory& value) override { read(value, sizeToRead()); }
+    void read(Memory& value) override;
     void read(ISerialize& object) override { object.write(static_cast<IReader&>(*this)); }
     void read(Memory& bytes, unsigned count) override;
     void read(char* bytes, unsigned count) override { readBytes(bytes, count); }
@@ -90,9 +91,15 @@ public:
     void write(char const* bytes, unsigned count) override { writeBytes(bytes, count); }
     void reserve(unsigned) override {}
 
-    /// The whole content; throws EFile, after a log line, when the file cannot be opened.
+    /// The whole content; throws EFile, after a log line, when the file cannot be opened or does not fit into
+    /// a String.
     static String readAllFile(String const& path);
     static void writeAllFile(String const& path, String const& content);
+    /// Writes the content beside the file, where its owner alone may read it, waits until it is on the disk
+    /// and puts it, with mode 0777, in the file's place: whatever happens, the file holds the old content or
+    /// the new. Several threads and processes may do that to one file; the last one wins. What one that was
+    /// killed has left beside the file is removed. Throws EFile after a log line; nothing is left then.
+    static void replaceAllFile(String const& path, String const& content);
 
     /// Whether it can be opened for reading; a directory counts as absent.
     static bool exists(String const& path);
@@ -154,6 +161,8 @@ private:
     static constexpr unsigned long unlimited = static_cast<unsigned long>(-1);
 
     bool seekTo(long offset, SeekDir from);
+    /// sizeToRead(), or EFile when that is not all.
+    unsigned restToRead() const;
     void readBytes(void* bytes, std::size_t count);
     void writeBytes(void const* bytes, std::size_t count);
 

@@ -28,7 +28,8 @@ void forEachEntry(String const& directory, char const* method, Use use) {
     struct Close {
         void operator()(DIR* open) const { closedir(open); }
     };
-    std::unique_ptr<DIR, Close> const open(opendir(directory.str()));
+    bool const isPath = directory.find('\0') == String::npos; // C code would list another directory
+    std::unique_ptr<DIR, Close> const open(isPath ? opendir(directory.str()) : nullptr);
     if (!open) {
         log(ERROR, "File", method, "unable to opendir() " + directory);
         return;

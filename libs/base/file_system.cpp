@@ -33,9 +33,24 @@ std::filesystem::path native(String const& path) {
     return std::filesystem::path(unified(path).view());
 }
 
+/// C code would take a path with a NUL for the one that ends there, and with it somebody else's file.
+bool isNoPath(String const& path) {
+    return path.find('\0') != String::npos;
+}
+
+void refuseNoPath(String const& path, char const* method, int line) {
+    if (isNoPath(path))
+        fail(method, path, EINVAL, line);
+}
+
+bool statPath(String const& path, struct stat& info) {
+    return !isNoPath(path) && stat(unified(path).str(), &info) == 0;
+}
+
 struct stat statOf(String const& path, char const* method, int line) {
     struct stat info {};
-    if (stat(unified(path).str(), &info) != 0)
+    refuseNoPath(path, method, line);
+    if (!statPath(path, info))
         fail(method, path, errno, line);
     return info;
 }
@@ -45,7 +60,7 @@ constexpr mode_t ownerOnly = S_IRWXU;
 } // namespace
 
 bool File::exists(String const& path) {
-    if (path.find('\0') != String::npos)
+    if (isNoPath(path))
         return false;
     int const descriptor = ::open(unified(path).str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
     if (descriptor < 0)
@@ -57,11 +72,13 @@ bool File::exists(String const& path) {
 }
 
 void File::remove(String const& path) {
-    if (std::remove(unified(path).str()) != 0)
+    if (isNoPath(path) || std::remove(unified(path).str()) != 0)
         throwFile(__LINE__);
 }
 
 void File::move(String const& from, String const& to) {
+    refuseNoPath(from, "move", __LINE__);
+    refuseNoPath(to, "move", __LINE__);
     if (std::rename(unified(from).str(), unified(to).str()) == 0)
         return;
     if (int const error = errno; error != EXDEV || isDirectory(from))
@@ -71,6 +88,8 @@ void File::move(String const& from, String const& to) {
 }
 
 void File::copy(String const& from, String const& to) {
+    refuseNoPath(from, "copy", __LINE__);
+    refuseNoPath(to, "copy", __LINE__);
     std::error_code error;
     std::filesystem::copy_file(native(from), native(to), std::filesystem::copy_options::overwrite_existing,
                                error);
@@ -80,10 +99,11 @@ void File::copy(String const& from, String const& to) {
 
 bool File::isDirectory(String const& path) {
     struct stat info {};
-    return stat(unified(path).str(), &info) == 0 && S_ISDIR(info.st_mode);
+    return statPath(path, info) && S_ISDIR(info.st_mode);
 }
 
 void File::createDirectory(String const& path) {
+    refuseNoPath(path, "createDirectory", __LINE__);
     String const whole = unified(path);
     for (unsigned slash = 0; slash != String::npos;) {
         slash = whole.find('/', slash + 1);
@@ -101,11 +121,13 @@ void File::ensureDirectory(String const& path) {
 }
 
 void File::removeDirectory(String const& path) {
+    refuseNoPath(path, "removeDirectory", __LINE__);
     if (rmdir(unified(path).str()) != 0)
         fail("removeDirectory", path, errno, __LINE__);
 }
 
 void File::eraseDirectory(String const& path) {
+    refuseNoPath(path, "eraseDirectory", __LINE__);
     std::error_code error;
     std::filesystem::remove_all(native(path), error);
     if (error)
@@ -138,7 +160,7 @@ String File::getSubPath(String const& path) {
 
 unsigned long File::getFileSize(String const& path) {
     struct stat info {};
-    return stat(unified(path).str(), &info) == 0 ? static_cast<unsigned long>(info.st_size) : 0;
+    return statPath(path, info) ? static_cast<unsigned long>(info.st_size) : 0;
 }
 
 unsigned long File::getSize(String const& path) {
@@ -189,6 +211,7 @@ DateTime File::getFileLastChange(String const& path) {
 namespace {
 
 void setTimes(String const& path, timespec access, timespec write, char const* method, int line) {
+    refuseNoPath(path, method, line);
     timespec const times[2] = {access, write};
     if (utimensat(AT_FDCWD, unified(path).str(), times, 0) != 0)
         fail(method, path, errno, line);

@@ -18,4 +18,14 @@ void log(LogCategory category, String const& tag, String const& cls, String cons
 void log(LogCategory category, String const& cls, int number, String const& text) noexcept;
 void log(LogCategory category, String const& tag, String const& cls, int number, String const& text) noexcept;
 
+/// A method or class of one letter is no number.
+template <std::same_as<char> C>
+void log(LogCategory category, String const& cls, C method, String const& text) noexcept {
+    log(category, cls, String(method), text);
+}
+template <std::same_as<char> C>
+void log(LogCategory category, String const& tag, String const& cls, C method, String const& text) noexcept {
+    log(category, tag, cls, String(method), text);
+}
+
 } // namespace quillon

@@ -98,7 +98,8 @@ public:
     bool operator==(char const* text) const noexcept { return equals(text); }
     bool operator<(String const& other) const noexcept { return view() < other.view(); }
     bool operator>(String const& other) const noexcept { return view() > other.view(); }
-    /// Whether `prefix` stands at `from`; a String from a char or a C string will do.
+    /// Whether `prefix` stands at `from`, which nothing does beyond the end; a String from a char or a C
+    /// string will do.
     bool starts(String const& prefix, unsigned from = 0) const noexcept;
     bool startsNoCase2(String const& prefix, unsigned from = 0) const noexcept;
     /// Whether the string, seen from `from` on, ends in `suffix`.

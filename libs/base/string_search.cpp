@@ -24,11 +24,11 @@ bool String::equalsNoCase2(String const& other) const noexcept {
 }
 
 bool String::starts(String const& prefix, unsigned from) const noexcept {
-    return range(from, prefix.m_length).equals(prefix);
+    return from <= m_length && range(from, prefix.m_length).equals(prefix);
 }
 
 bool String::startsNoCase2(String const& prefix, unsigned from) const noexcept {
-    return range(from, prefix.m_length).equalsNoCase2(prefix);
+    return from <= m_length && range(from, prefix.m_length).equalsNoCase2(prefix);
 }
 
 bool String::ends(String const& suffix, unsigned from) const noexcept {

@@ -3,10 +3,12 @@
 #include "base/console.h"
 #include "base/threadmanager.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <chrono>
 #include <csignal>
 #include <cstdlib>
+#include <limits>
 #include <thread>
 
 namespace quillon {
@@ -28,6 +30,11 @@ char const* startFailure(int error) {
     default:
         return nullptr;
     }
+}
+
+/// As conditions take it: a longer time is their longest, seven weeks.
+unsigned bounded(unsigned long ms) {
+    return static_cast<unsigned>(std::min<unsigned long>(ms, std::numeric_limits<unsigned>::max()));
 }
 
 [[noreturn]] void abortForStartFailure(int error) {
@@ -78,7 +85,7 @@ bool Thread::join(unsigned long timeoutMs) {
     while (self.m_running && !self.m_finished) {
         if (timeoutMs == noLimit)
             self.m_ended.wait(self.m_mutex);
-        else if (!self.m_ended.wait(static_cast<unsigned>(timeoutMs), self.m_mutex))
+        else if (!self.m_ended.wait(bounded(timeoutMs), self.m_mutex))
             return false;
     }
     self.reap();
@@ -112,14 +119,14 @@ void Thread::setStackSize(unsigned bytes) {
 
 bool Thread::sleep(unsigned long ms, IMutex& mutex) {
     if (ms != noLimit)
-        return m_private->m_woken.wait(static_cast<unsigned>(ms), mutex);
+        return m_private->m_woken.wait(bounded(ms), mutex);
     m_private->m_woken.wait(mutex);
     return true;
 }
 
 bool Thread::wait(unsigned long ms, IMutex& mutex) {
     using namespace std::chrono;
-    auto const deadline = steady_clock::now() + milliseconds(ms == noLimit ? 0 : ms);
+    auto const deadline = steady_clock::now() + milliseconds(bounded(ms));
     unsigned const before = m_private->m_wakeUps.load();
     while (m_private->m_wakeUps.load() == before) {
         if (ms == noLimit) {

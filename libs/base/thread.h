@@ -15,7 +15,7 @@ public:
     /// Scheduling classes; only the normal one changes nothing on every platform.
     enum Priority { PRIORITY_NORMAL = 0, PRIORITY_LOW = 1, PRIORITY_HIGH = 2 };
 
-    /// No time limit, in milliseconds.
+    /// No time limit, in milliseconds. A limit above 2^32 - 1, seven weeks, counts as that.
     static constexpr unsigned long noLimit = static_cast<unsigned long>(-1);
 
     /// A `synchronised` thread is named in log lines and is waited for, within bounds, when the process ends.

@@ -1,6 +1,6 @@
 #include "base/threadmanager.h"
 
-#include "base/log.h"
+#include "base/console.h"
 
 #include <cstdio>
 
@@ -66,8 +66,9 @@ std::vector<Thread*> ThreadManager::getRunningThreads() const {
 
 void ThreadManager::killAllThreads() {
     TSynchronize<CriticalSection> lock(m_lock);
+    Console const* const log = Console::instance().get();
     for (auto const& item : m_threads)
-        if (!pthread_equal(item.key, pthread_self()))
+        if (!pthread_equal(item.key, pthread_self()) && !(log && log->isTask(*item.value)))
             pthread_cancel(item.key);
 }
 

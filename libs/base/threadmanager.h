@@ -23,8 +23,8 @@ public:
     /// The toolkit thread that runs the caller, or null.
     Thread* getCurrentThread() const;
     std::vector<Thread*> getRunningThreads() const;
-    /// Asks the system to cancel every toolkit thread but the caller. What they hold is not released: for a
-    /// process about to end.
+    /// Asks the system to cancel every toolkit thread but the caller and the console's task, which has lines
+    /// to write to the last. What they hold is not released: for a process about to end.
     void killAllThreads();
 
 private:

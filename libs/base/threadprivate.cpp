@@ -120,17 +120,27 @@ void ThreadPrivate::end(bool synchronised) {
     // Nothing of the object is touched once the lock is free: its owner may destroy it then.
 }
 
+void ThreadPrivate::endSynchronised(void* self) {
+    static_cast<ThreadPrivate*>(self)->end(true);
+}
+
+void ThreadPrivate::endOther(void* self) {
+    static_cast<ThreadPrivate*>(self)->end(false);
+}
+
 void* ThreadPrivate::entry(void* argument) {
     Thread& thread = *static_cast<Thread*>(argument);
     bool const synchronised = thread.m_synchronised;
     ThreadPrivate& self = *thread.m_private;
     self.begin(synchronised);
+    // Runs also when the thread is cancelled, or whoever waits for it would wait for ever.
+    pthread_cleanup_push(synchronised ? &ThreadPrivate::endSynchronised : &ThreadPrivate::endOther, &self);
     try {
         thread.main();
     } catch (Exception const&) {
         log(ERROR, "Thread", "thread_func", "Exception caught in main()");
     }
-    self.end(synchronised);
+    pthread_cleanup_pop(true);
     return nullptr;
 }
 

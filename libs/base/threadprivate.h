@@ -61,6 +61,9 @@ private:
     static void* entry(void* thread);
     void begin(bool synchronised);
     void end(bool synchronised);
+    // The same as the system calls it; `self` is the ThreadPrivate.
+    static void endSynchronised(void* self);
+    static void endOther(void* self);
     void clearLocalData();
     /// Waits for the native thread of a finished run, so that nothing of it is left, its thread-specific data
     /// included. Under the mutex.

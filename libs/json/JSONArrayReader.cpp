@@ -18,9 +18,9 @@ unsigned JSONArrayReader::size(String const&) const {
 IKeyReader& JSONArrayReader::operator[](String const&) {
     if (m_next == m_end)
         fail("operator[]", "no element left");
-    m_element.emplace(*m_next);
+    IKeyReader& element = *m_given.emplace_back(*m_next);
     ++m_next;
-    return **m_element;
+    return element;
 }
 
 } // namespace quillon::json

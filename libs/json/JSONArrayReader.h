@@ -4,12 +4,13 @@
 #include "json/JSONPolyReader.h"
 #include "json/JSONWrapperConstIterator.h"
 
-#include <optional>
+#include <deque>
 
 namespace quillon::json {
 
 /// Gives the elements in order, one for each operator[], whatever the key: a list is read from an array under
-/// any item name. The elements already given are not given again.
+/// any item name. The elements already given are not given again; their readers live as long as this
+/// one, as the members' of an object do.
 class JSONArrayReader final : public JSONReader {
 public:
     explicit JSONArrayReader(JSONWrapper const& json);
@@ -27,7 +28,7 @@ private:
     JSONWrapper m_json;
     JSONWrapperConstIterator m_next;
     JSONWrapperConstIterator m_end;
-    std::optional<JSONPolyReader> m_element; // one at a time: an array may have millions
+    std::deque<JSONPolyReader> m_given; // never moved: callers hold references to what is in it
 };
 
 } // namespace quillon::json

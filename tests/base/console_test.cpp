@@ -1,11 +1,19 @@
 #include "base/console.h"
 
+#include "base/descriptor.h"
 #include "base/exception.h"
+#include "base/visibletext.h"
 #include "support/logcapture.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <chrono>
+#include <filesystem>
+#include <fstream>
+#include <functional>
 #include <regex>
 #include <thread>
 
@@ -37,8 +45,10 @@ TEST(Console, linesHaveOneForm) {
     log(DEBUG, "tag", "Class", "", "text");
     log(ERROR, "tag", "Class", 42, "text");
     log(ASSERT, "Class", 0, "%s%n");
+    log(TRACE, "Class", 'c', "text");
+    log(TRACE, "tag", "Class", 'c', "text");
     std::vector<std::string> const lines = capture.lines();
-    ASSERT_EQ(lines.size(), 4u);
+    ASSERT_EQ(lines.size(), 6u);
     for (std::string const& line : lines)
         EXPECT_TRUE(std::regex_match(
             line, std::regex(R"(\d\d-\d\d-\d\d \d\d:\d\d:\d\d\.(0|[1-9]\d{0,2}) \[.+\] [A-Z]+ Class.*)")))
@@ -47,14 +57,104 @@ TEST(Console, linesHaveOneForm) {
     EXPECT_EQ(body(lines[1]), "[tag] DEBUG Class: text");
     EXPECT_EQ(body(lines[2]), "[tag] ERROR Class: 42 text");
     EXPECT_EQ(body(lines[3]), ("[" + Thread::getMyIdString() + "] ASSERT Class: 0 %s%n").toString().view());
+    EXPECT_TRUE(lines[4].ends_with("] TRACE Class.c text")) << lines[4];
+    EXPECT_EQ(body(lines[5]), "[tag] TRACE Class.c text");
 }
 
 TEST(Console, aTextCannotForgeALineNorHideTheRestOfItsOwn) {
     test::LogCapture capture;
-    log(ERROR, "tag", "Class", "", String("a\r\n[tag] TRACE b\0c", 18));
+    log(ERROR, "tag", "Class", "", String("a\r\n[tag] TRACE b\0c\x1b[2J", 22));
     std::vector<std::string> const lines = capture.lines();
     ASSERT_EQ(lines.size(), 1u);
-    EXPECT_EQ(body(lines[0]), "[tag] ERROR Class: a  [tag] TRACE b c");
+    EXPECT_EQ(body(lines[0]), "[tag] ERROR Class: a  [tag] TRACE b c\\x1b[2J");
+}
+
+TEST(Console, aLineHasABound) {
+    constexpr unsigned head = 19; // "[tag] TRACE Class: "
+    static constexpr struct {
+        unsigned filling; // before the character
+        char const* character;
+        std::size_t kept; // of the line
+    } cases[] = {
+        {Console::longestLine - head - 1, "x", Console::longestLine},
+        {Console::longestLine - head, "x", Console::longestLine},
+        {Console::longestLine - head - 1, "\xC3\xA9", Console::longestLine - 1},
+        {Console::longestLine - head - 3, "\xF0\x9F\x98\x80", Console::longestLine - 3},
+        {20000000, "x", Console::longestLine},
+    };
+    for (auto const& [filling, character, kept] : cases) {
+        test::LogCapture capture;
+        log(TRACE, "tag", "Class", "", String().append(filling, 'a').append(character));
+        std::string const line = body(capture.lines().at(0));
+        bool const whole = head + filling + std::strlen(character) <= Console::longestLine;
+        EXPECT_EQ(line.size(), kept + (whole ? 0 : std::strlen(" [...]"))) << filling;
+        EXPECT_EQ(line.ends_with("a [...]"), !whole) << filling;
+    }
+}
+
+TEST(VisibleText, writesOutWhatTerminalsObeyAndLeavesTheRest) {
+    static constexpr char const* cases[][2] = {
+        {"", ""},
+        {"plain \t~ text", "plain \t~ text"},
+        {"\x1b[31m\x7f\x01", "\\x1b[31m\\x7f\\x01"},
+        {"a\r\nb", "a\\r\\nb"},
+        {"\xC2\x80 \xC2\x9B \xC2\x9F \xC2\xA0", "\\u0080 \\u009b \\u009f \xC2\xA0"},
+        {"\xD8\x9C \xD8\x9B", "\\u061c \xD8\x9B"},
+        {"\xE2\x80\x8D \xE2\x80\x8E \xE2\x80\x8F \xE2\x80\x90", "\xE2\x80\x8D \\u200e \\u200f \xE2\x80\x90"},
+        {"\xE2\x80\xA7 \xE2\x80\xA8 \xE2\x80\xAE \xE2\x80\xAF", "\xE2\x80\xA7 \\u2028 \\u202e \xE2\x80\xAF"},
+        {"\xE2\x81\xA5 \xE2\x81\xA6 \xE2\x81\xA9 \xE2\x81\xAA", "\xE2\x81\xA5 \\u2066 \\u2069 \xE2\x81\xAA"},
+        {"gr\xC3\xBC\xC3\x9F \xE6\x97\xA5 \xF0\x9F\x98\x80",
+         "gr\xC3\xBC\xC3\x9F \xE6\x97\xA5 \xF0\x9F\x98\x80"},
+        {"latin \xE9 \xE9", "latin \xE9 \xE9"},
+        {"\x9B\x33\x31m \x80 \x9F", "\\x9b31m \\x80 \\x9f"},
+        {"\xC0\x9B \xE0\x80\x9B", "\xC0\\x9b \xE0\\x80\\x9b"},
+        {"\xED\xA0\x80 \xF4\x90\x80\x80", "\xED\xA0\\x80 \xF4\\x90\\x80\\x80"},
+        {"\xE2\x80", "\xE2\\x80"},
+    };
+    for (auto const& [text, visible] : cases)
+        EXPECT_EQ(visibleText(text), visible) << testing::PrintToString(text);
+    String const plain("gr\xC3\xBC\xC3\x9F");
+    EXPECT_EQ(visibleText(plain).array(), plain.array()) << "uncopied";
+}
+
+// The name may stand in a directory that everybody writes to.
+TEST(Console, takesOnlyAPlainFileOfItsOwnForTheLog) {
+    test::LogCapture restoresTheStreams;
+    test::TemporaryDirectory directory;
+    String const path = directory.file("log"), victim = directory.file("victim");
+    struct {
+        char const* what;
+        std::function<bool()> put;
+    } const obstacles[] = {
+        {"link", [&] { return symlink(victim.str(), path.str()) == 0; }},
+        {"dangling link", [&] { return symlink(directory.file("none").str(), path.str()) == 0; }},
+        {"second name", [&] { return link(victim.str(), path.str()) == 0; }},
+        {"pipe", [&] { return mkfifo(path.str(), 0666) == 0; }},
+        {"directory", [&] { return mkdir(path.str(), 0777) == 0; }},
+        {"foreign file", [&] { return std::ofstream(path.str()) && chown(path.str(), 65534, 65534) == 0; }},
+    };
+    for (auto const& [what, put] : obstacles) {
+        test::writeFile(victim, "content");
+        String reason;
+        if (put()) { // not everybody can give files away
+            EXPECT_FALSE(Console::instance()->setStream(ERROR, path, &reason)) << what;
+            EXPECT_FALSE(reason.empty()) << what;
+            EXPECT_EQ(Console::instance()->getFilename(ERROR), "null") << what;
+        }
+        EXPECT_EQ(test::readFile(victim), "content") << what;
+        EXPECT_FALSE(std::filesystem::exists(directory.file("none").str())) << what;
+        std::filesystem::remove(path.str());
+    }
+    ASSERT_EQ(mkfifo(path.str(), 0666), 0);
+    Descriptor const reader(open(path.str(), O_RDONLY | O_NONBLOCK));
+    EXPECT_FALSE(Console::instance()->setStream(ERROR, path)) << "a pipe that somebody reads";
+    std::filesystem::remove(path.str());
+    test::writeFile(path, "old lines");
+    std::filesystem::permissions(path.str(), std::filesystem::perms::all);
+    EXPECT_TRUE(Console::instance()->setStream(ERROR, path));
+    EXPECT_EQ(Console::instance()->getFilename(ERROR), path);
+    EXPECT_EQ(test::readFile(path), "");
+    EXPECT_EQ(std::filesystem::status(path.str()).permissions(), std::filesystem::perms(0600));
 }
 
 TEST(Console, pathsInTheHomeDirectoryDoNotNameIt) {

@@ -20,8 +20,9 @@ Ending runProbe(std::string const& mode) {
     test::TemporaryDirectory directory;
     auto const start = std::chrono::steady_clock::now();
     // The probe leaves threads behind on purpose; that alone is nothing for a sanitizer to complain of.
-    std::string const command = "TSAN_OPTIONS=\"$TSAN_OPTIONS report_thread_leaks=0\" '" EXITPROBE "' '" +
-                                mode + "' >'" + directory.path() + "/out' 2>'" + directory.path() + "/err'";
+    std::string const command =
+        "timeout 60 env TSAN_OPTIONS=\"$TSAN_OPTIONS report_thread_leaks=0\" '" EXITPROBE "' '" + mode +
+        "' >'" + directory.path() + "/out' 2>'" + directory.path() + "/err'";
     int const status = std::system(command.c_str());
     std::chrono::duration<double> const took = std::chrono::steady_clock::now() - start;
     return {status, took.count(), test::readFile(directory.file("out")),
@@ -74,6 +75,24 @@ TEST(ProcessExit, givesUpOnASynchronisedThreadAfterFiveSeconds) {
                           "got 1 remaining threads\nSurvivors:\n * lingering\n");
     EXPECT_GE(ending.seconds, 4.9);
     EXPECT_LT(ending.seconds, 15);
+}
+
+// Each of them once hung for ever, or ended in a crash.
+TEST(ProcessExit, isPromptWhateverHappensBefore) {
+    static constexpr struct {
+        char const *mode, *said;
+    } cases[] = {
+        {"pipe that nobody empties", ""},
+        {"all threads killed", "[tag] TRACE main: ends\n"},
+        {"file that may not grow", "[tag] TRACE main: EFile\n"},
+    };
+    for (auto const& [mode, said] : cases) {
+        Ending const ending = runProbe(mode);
+        EXPECT_EQ(ending.status, 0) << mode;
+        EXPECT_EQ(ending.err, "") << mode;
+        EXPECT_LT(ending.seconds, 4) << mode;
+        EXPECT_TRUE(inOrder(ending.out, {said})) << ending.out;
+    }
 }
 
 TEST(ProcessExit, aThreadThatCannotBeStartedIsFatal) {

@@ -1,8 +1,12 @@
 // A program that ends in the way its argument says, for the tests to look at.
 #include "base/console.h"
+#include "base/file.h"
 #include "base/thread.h"
+#include "base/threadmanager.h"
 
+#include <fcntl.h>
 #include <sys/resource.h>
+#include <unistd.h>
 
 #include <atomic>
 #include <chrono>
@@ -43,6 +47,34 @@ void start(char const* name, bool synchronised, int ms) {
     std::abort();
 }
 
+/// Makes a pipe that is full, and whose reader never reads, the standard output.
+void fillStandardOutput() {
+    int ends[2];
+    if (pipe(ends) != 0 || fcntl(ends[1], F_SETFL, O_NONBLOCK) != 0)
+        std::abort();
+    while (write(ends[1], "x", 1) == 1) {
+    }
+    fcntl(ends[1], F_SETFL, 0);
+    dup2(ends[1], STDOUT_FILENO);
+    for (int i = 0; i < 1000; ++i)
+        log(TRACE, "tag", "main", "", "nobody reads this");
+    std::this_thread::sleep_for(std::chrono::milliseconds(100)); // the console's task waits by now
+    Console::instance()->setStream(ERROR, "null");
+}
+
+void writeBeyondTheLimit() {
+    rlimit limit{4096, 4096};
+    setrlimit(RLIMIT_FSIZE, &limit);
+    char path[] = "/tmp/tarvik-test-XXXXXX";
+    close(mkstemp(path));
+    try {
+        File::writeAllFile(path, String().append(1 << 20, 'x'));
+    } catch (EFile const& e) {
+        log(TRACE, "tag", "main", "", e.getName());
+    }
+    unlink(path);
+}
+
 } // namespace
 
 int main(int, char** arguments) {
@@ -57,5 +89,14 @@ int main(int, char** arguments) {
         Console::instance()->quit_and_join();
     else if (mode == "no thread")
         failToStart();
+    else if (mode == "pipe that nobody empties")
+        fillStandardOutput();
+    else if (mode == "file that may not grow")
+        writeBeyondTheLimit();
+    else if (mode == "all threads killed") {
+        start("synchronised", true, 60000);
+        start("other", false, 60000);
+        threadManager().killAllThreads();
+    }
     log(TRACE, "tag", "main", "", "ends");
 }

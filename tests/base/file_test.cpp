@@ -177,6 +177,60 @@ TEST_F(FileTest, wholeFilesThatCannotBeOpenedAreTraced) {
     EXPECT_EQ(log.count("TRACE File.writeAllFile cannot open /"), 1u);
 }
 
+TEST_F(FileTest, whatFitsIntoNoStringIsRefused) {
+    writeFile(path("file"), "");
+    for (unsigned long const size : {(1ul << 32) - 1, 1ul << 32, 1ul << 33}) { // sparse
+        std::filesystem::resize_file(path("file").str(), size);
+        test::LogCapture log;
+        EXPECT_THROW(File::readAllFile(path("file")), EFile) << size;
+        File file;
+        Memory bytes;
+        file.open(path("file"), File::in);
+        EXPECT_THROW(file.read(bytes), EFile) << size;
+        EXPECT_EQ(log.count("ERROR File.read too large to be read at once: /"), 2u) << size;
+    }
+}
+
+// C code takes "kept\0x" for "kept".
+TEST_F(FileTest, aNameWithANulIsNobodysName) {
+    static constexpr struct {
+        char const* what;
+        void (*tryIt)(String const& bad, String const& other);
+    } cases[] = {
+        {"remove", [](String const& bad, String const&) { File::remove(bad); }},
+        {"move", [](String const& bad, String const& other) { File::move(bad, other); }},
+        {"move to", [](String const& bad, String const& other) { File::move(other, bad); }},
+        {"copy", [](String const& bad, String const& other) { File::copy(bad, other); }},
+        {"copy to", [](String const& bad, String const& other) { File::copy(other, bad); }},
+        {"createDirectory", [](String const& bad, String const&) { File::createDirectory(bad + "/new"); }},
+        {"removeDirectory", [](String const& bad, String const&) { File::removeDirectory(bad); }},
+        {"eraseDirectory", [](String const& bad, String const&) { File::eraseDirectory(bad); }},
+        {"replaceAllFile", [](String const& bad, String const&) { File::replaceAllFile(bad, "x"); }},
+        {"getFileLastWrite", [](String const& bad, String const&) { File::getFileLastWrite(bad); }},
+        {"setFileLastWrite", [](String const& bad, String const&) { File::setFileLastWrite(bad, {}); }},
+    };
+    String const nul("\0x", 2), directory = path("kept"), file = path("kept/file"), empty = path("empty");
+    for (auto const& [what, tryIt] : cases)
+        for (String const& victim : {file, directory, empty}) {
+            File::ensureDirectory(directory);
+            File::ensureDirectory(empty);
+            writeFile(file, "content");
+            writeFile(path("other"), "other");
+            EXPECT_THROW(tryIt(victim + nul, path("other")), EFile) << what << " " << victim.str();
+            EXPECT_EQ(readFile(file), "content") << what;
+            EXPECT_EQ(readFile(path("other")), "other") << what;
+            EXPECT_TRUE(File::isDirectory(empty)) << what;
+            List<String> names;
+            File::getFullList(m_directory.toString(), names);
+            EXPECT_EQ(sorted(names), "empty kept other ") << what;
+        }
+    List<String> names;
+    File::getFullList(directory + nul, names);
+    EXPECT_EQ(names.size(), 0u);
+    EXPECT_FALSE(File::isDirectory(directory + nul));
+    EXPECT_EQ(File::getSize(file + nul), 0u);
+}
+
 TEST_F(FileTest, directoriesAndUnreadableNamesDoNotExistAsFiles) {
     writeFile(path("file"), "");
     EXPECT_TRUE(File::exists(path("file").replace('/', '\\')));

@@ -81,6 +81,8 @@ TEST(String, searchFindsPositionsFromTheStart) {
 
 TEST(String, comparisonIsByteForByte) {
     EXPECT_TRUE(String("abc").starts("bc", 1) && !String("abc").starts("bc", 2));
+    EXPECT_TRUE(String("abc").starts("", 3) && !String("abc").starts("", 4));
+    EXPECT_TRUE(String("abc").startsNoCase2("", 3) && !String("abc").startsNoCase2("", 4));
     EXPECT_TRUE(String("abc").ends('c') && !String("abc").ends("bc", 2));
     EXPECT_TRUE(String("abc").startsNoCase2("BC", 1) && !String("abc").startsNoCase2("ABCD"));
     EXPECT_TRUE(String("abc").endsNoCase2("BC") && !String("abc").endsNoCase2("BC", 2));

@@ -144,21 +144,35 @@ TEST(Thread, localDataEndsWithTheThreadAtTheLatest) {
 }
 
 TEST(Thread, sleepEndsWhenWoken) {
-    Mutex mutex;
-    bool asleep = false, woken = false;
-    FunctionThread thread("sleeper", true, [&] {
-        TSynchronize<Mutex> lock(mutex);
-        asleep = true;
-        woken = thread.wait(60000, mutex) && !thread.sleep(1, mutex);
-    });
-    thread.run();
-    for (bool ready = false; !ready;) {
-        TSynchronize<Mutex> lock(mutex);
-        if ((ready = asleep))
-            thread.wakeUp();
+    for (unsigned long const limit : {60000ul, 1ul << 32, Thread::noLimit - 1, Thread::noLimit}) {
+        Mutex mutex;
+        bool asleep = false, woken = false;
+        FunctionThread thread("sleeper", true, [&] {
+            TSynchronize<Mutex> lock(mutex);
+            asleep = true;
+            woken = thread.wait(limit, mutex) && !thread.sleep(1, mutex);
+            woken = woken && thread.sleep(limit, mutex);
+        });
+        thread.run();
+        for (bool ended = false; !ended; ended = thread.join(5)) {
+            TSynchronize<Mutex> lock(mutex);
+            if (asleep)
+                thread.wakeUp();
+        }
+        EXPECT_TRUE(woken) << limit;
     }
-    EXPECT_TRUE(thread.join(10000));
-    EXPECT_TRUE(woken);
+}
+
+TEST(Thread, longLimitsAreNotShort) {
+    Gate gate;
+    FunctionThread thread("long", true, [&] { gate.pass(); });
+    thread.run();
+    std::thread opener([&] {
+        std::this_thread::sleep_for(std::chrono::milliseconds(50));
+        gate.open();
+    });
+    EXPECT_TRUE(thread.join(1ul << 32));
+    opener.join();
 }
 
 TEST(Condition, timedWaitTellsSignalFromTimeout) {

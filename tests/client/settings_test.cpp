@@ -1,10 +1,19 @@
 // The settings file and the policy that follows from it.
 #include "base/confhelper.h"
+#include "base/console.h"
 #include "base/file.h"
 #include "support/logcapture.h"
 #include "tarvikclient/clientcurlsession.h"
+#include "tarvikclient/logplace.h"
 
 #include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <set>
+#include <thread>
 
 namespace quillon::test {
 
@@ -127,14 +136,81 @@ TEST(Settings, files_that_are_none_leave_the_defaults_and_are_named) {
     ClientLocalConfiguration().readFromFile(path);
 }
 
-TEST(Settings, a_save_that_fails_leaves_the_old_file) {
+/// The names in a directory, each with a blank behind it.
+std::string entriesOf(TemporaryDirectory const& directory) {
+    std::set<std::string> names;
+    for (auto const& entry : std::filesystem::directory_iterator(directory.path()))
+        names.insert(entry.path().filename());
+    std::string all;
+    for (std::string const& name : names)
+        all += name + " ";
+    return all;
+}
+
+TEST(Settings, a_save_that_fails_leaves_the_old_file_and_no_password_beside_it) {
     TemporaryDirectory directory;
-    String const path = directory.file("missing/settings");
-    EXPECT_THROW(ClientLocalConfiguration().save(path), EFile);
-    File::createDirectory(directory.file("settings.new"));
+    LogCapture log;
+    EXPECT_THROW(ClientLocalConfiguration().save(directory.file("missing/settings")), EFile);
+    File::createDirectory(directory.file("taken"));
+    EXPECT_THROW(ClientLocalConfiguration().save(directory.file("taken")), EFile);
     writeFile(directory.file("settings"), "old");
+    rlimit before{};
+    getrlimit(RLIMIT_FSIZE, &before);
+    rlimit const small{16, before.rlim_max};
+    Console::instance()->drain(10000);
+    setrlimit(RLIMIT_FSIZE, &small);
     EXPECT_THROW(ClientLocalConfiguration().save(directory.file("settings")), EFile);
+    Console::instance()->drain(10000);
+    setrlimit(RLIMIT_FSIZE, &before);
     EXPECT_EQ(readFile(directory.file("settings")), "old");
+    EXPECT_EQ(entriesOf(directory), "settings taken ");
+    EXPECT_EQ(log.count("ERROR ClientLocalConfiguration.save Can not write local configuration to /"), 2u);
+}
+
+TEST(Settings, what_a_killed_save_has_left_goes_with_the_next) {
+    TemporaryDirectory directory;
+    for (char const* const name : {"settings.new", "settings.newABCDEF", "settings.newer", "other.newABCDEF"})
+        writeFile(directory.file(name), "secret");
+    ASSERT_EQ(symlink("other.newABCDEF", directory.file("settings.newLINKED").str()), 0);
+    ClientLocalConfiguration().save(directory.file("settings"));
+    EXPECT_EQ(entriesOf(directory), "other.newABCDEF settings settings.newLINKED settings.newer ");
+    EXPECT_EQ(std::filesystem::status(directory.file("settings").str()).permissions(),
+              std::filesystem::perms::all);
+}
+
+TEST(Settings, several_may_save_at_once) {
+    TemporaryDirectory directory;
+    String const path = directory.file("settings");
+    ClientLocalConfiguration settings;
+    settings.setProxyCredentials(Credentials("l", "p", "d"));
+    std::vector<std::thread> savers;
+    for (int i = 0; i < 4; ++i)
+        savers.emplace_back([&] {
+            for (int round = 0; round < 50; ++round)
+                EXPECT_NO_THROW(settings.save(path));
+        });
+    for (std::thread& saver : savers)
+        saver.join();
+    ClientLocalConfiguration read;
+    read.readFromFile(path);
+    EXPECT_TRUE(sameSettings(read, settings));
+    EXPECT_EQ(entriesOf(directory), "settings ");
+}
+
+TEST(LogPlace, is_the_data_directory_where_the_first_is_not_ones_own) {
+    TemporaryDirectory directory;
+    LogCapture restoresTheStreams;
+    String const first = directory.file("first"), data = directory.file("data");
+    EXPECT_EQ(logTo(first), "");
+    EXPECT_EQ(Console::instance()->getFilename(DEBUG), first);
+    std::filesystem::remove(first.str());
+    ASSERT_EQ(mkfifo(first.str(), 0600), 0);
+    logToDataDirectory(data, first, logTo(first));
+    for (LogCategory const category : {TRACE, DEBUG, ERROR, ASSERT})
+        EXPECT_EQ(Console::instance()->getFilename(category), data + "/tarvikclient.log");
+    Console::instance()->drain(10000);
+    EXPECT_NE(readFile(data + "/tarvikclient.log").find(("Can not log to " + first + ": ").toString().view()),
+              std::string::npos);
 }
 
 TEST(Settings, positional_forms_are_refused) {

@@ -126,6 +126,13 @@ TEST(JsonArrayReader, givesItsElementsInOrderWhateverTheKey) {
     EXPECT_EQ(document.reader.size("a"), 4u);
 }
 
+TEST(JsonArrayReader, elementsKeepTheirReaders) {
+    Document document(R"([{"a":"first, long enough for a block of its own"},2])");
+    IKeyReader& first = document.reader["x"];
+    EXPECT_EQ(value<int>(document.reader["x"]), 2);
+    EXPECT_EQ(value<String>(first["a"]), "first, long enough for a block of its own");
+}
+
 TEST(JsonArrayReader, fillsLists) {
     static constexpr struct {
         char const* text;

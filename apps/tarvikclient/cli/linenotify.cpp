@@ -1,24 +1,16 @@
 #include "tarvikclient/cli/linenotify.h"
 
+#include "base/visibletext.h"
 #include "curl/requestinfo.h"
 
 #include <cstdio>
 
 namespace quillon::cli {
 
-namespace {
-
-/// One line stays one line: line breaks as the two characters a reader would type for them.
-String inOneLine(String const& text) {
-    return text.replace("\r", "\\r").replace("\n", "\\n");
-}
-
-} // namespace
-
 void LineNotify::print(char const* notification, String const& text) {
     String line(notification);
     if (!text.empty())
-        line.append(' ', inOneLine(text));
+        line.append(' ', visibleText(text));
     line.append('\n');
     std::fwrite(line.array(), 1, line.length(), stdout);
     std::fflush(stdout);

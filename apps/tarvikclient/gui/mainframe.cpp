@@ -1,7 +1,7 @@
 #include "tarvikclient/gui/mainframe.h"
 
+#include "base/console.h"
 #include "base/file.h"
-#include "base/log.h"
 #include "tarvikclient/gui/aboutdialog.h"
 #include "tarvikclient/gui/configurationdialog.h"
 #include "tarvikclient/gui/connectionerrordialog.h"
@@ -147,7 +147,7 @@ void TarvikMainFrame::showAbout() {
 
 void TarvikMainFrame::showLogs() {
     client->showLogs();
-    showLogWindow(this, TarvikClient::logPath);
+    showLogWindow(this, quillonToWxString(console->getFilename(TRACE)));
 }
 
 void TarvikMainFrame::showError(wxWindow* parent, wxString const& text, wxString const& okLabel) {
