@@ -47,8 +47,8 @@ std::shared_ptr<LogStream> LogStream::open(String const& path, String& reason) {
         reason = "the name is none";
         return nullptr;
     }
-    Descriptor descriptor(::open(path.str(), O_WRONLY | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC,
-                                 ownerOnly));
+    Descriptor descriptor(
+        ::open(path.str(), O_WRONLY | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC, ownerOnly));
     if (!descriptor) {
         reason = lastError();
         return nullptr;

@@ -48,9 +48,8 @@ Character characterAt(std::string_view text) {
 bool isObeyed(Character const& c) {
     if (c.code < 0xA0)
         return (c.code < 0x20 && c.code != '\t') || c.code >= 0x7F;
-    return c.isUtf8 &&
-           (c.code == 0x61C || c.code == 0x200E || c.code == 0x200F || (c.code >= 0x2028 && c.code <= 0x202E) ||
-            (c.code >= 0x2066 && c.code <= 0x2069));
+    return c.isUtf8 && (c.code == 0x61C || c.code == 0x200E || c.code == 0x200F ||
+                        (c.code >= 0x2028 && c.code <= 0x202E) || (c.code >= 0x2066 && c.code <= 0x2069));
 }
 
 void appendVisible(String& out, Character const& c) {

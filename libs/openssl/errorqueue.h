@@ -1,6 +1,8 @@
 // Keeps this library's failures out of OpenSSL's error queue.
 #pragma once
 
+#include "openssl/lifetime.h"
+
 #include <openssl/err.h>
 
 namespace quillon::tls {
@@ -9,7 +11,10 @@ namespace quillon::tls {
 /// Errors left there would be taken for those of the thread's next TLS connection.
 class ErrorQueueGuard {
 public:
-    ErrorQueueGuard() { ERR_set_mark(); }
+    ErrorQueueGuard() {
+        keepUntilTheEnd();
+        ERR_set_mark();
+    }
     ~ErrorQueueGuard() { ERR_pop_to_mark(); }
     ErrorQueueGuard(ErrorQueueGuard const&) = delete;
     ErrorQueueGuard& operator=(ErrorQueueGuard const&) = delete;

@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+
 using namespace quillon;
 
 TEST(Digest, ofKnownTexts) {
@@ -42,6 +44,17 @@ TEST(Digest, unknownNameIsLoggedAndThrown) {
     EXPECT_TRUE(log.contains("ERROR EVPDigest.initByName Cannot retrive digest \"no-such-digest\".\n"));
     evp_md_st const* const none = nullptr;
     EXPECT_THROW(tls::EVPDigest{none}, tls::EEVPDigest);
+}
+
+TEST(OpenSsl, computesUntilTheLastSynchronisedThreadHasEnded) {
+    test::TemporaryDirectory directory;
+    for (char const* const mode : {"hash", "sign", "after others"}) {
+        std::string const out = directory.path() + "/out";
+        EXPECT_EQ(std::system((std::string("'" EXITPROBE "' '") + mode + "' >'" + out + "'").c_str()), 0)
+            << mode;
+        EXPECT_NE(test::readFile(out.c_str()).find("[worker] TRACE Worker.main done"), std::string::npos)
+            << mode;
+    }
 }
 
 TEST(Digest, ofASourceDoesNotDependOnItsChunks) {
