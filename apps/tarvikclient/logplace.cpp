@@ -25,7 +25,7 @@ String logTo(String const& path) {
 
 void logToDataDirectory(String const& directory, String const& refused, String const& reason) {
     File::ensureDirectory(directory);
-    String const path = directory + "/" + name;
+    String const path = directory.trimRight('/') + "/" + name;
     String const refusal = logTo(path);
     String const text = "Can not log to " + refused + ": " + reason +
                         (refusal.empty() ? "; the log is " + path : ", nor to " + path + ": " + refusal);

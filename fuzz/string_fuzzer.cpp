@@ -1,0 +1,319 @@
+// Strings against std::string: a sequence of operations on a few strings that share their bytes. Both sides are
+// compared after each.
+#include "base/memory.h"
+#include "base/splitter.h"
+#include "base/visibletext.h"
+#include "fuzz/fuzzer.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+#include <string>
+
+using namespace quillon;
+
+namespace {
+
+/// Takes the input apart; an input that is used up gives zeros.
+class Choices {
+public:
+    Choices(std::uint8_t const* data, std::size_t size) : m_left(reinterpret_cast<char const*>(data), size) {}
+    bool end() const { return m_left.empty(); }
+    std::uint8_t byte() {
+        auto const first = static_cast<std::uint8_t>(m_left.empty() ? 0 : m_left.front());
+        m_left.remove_prefix(m_left.empty() ? 0 : 1);
+        return first;
+    }
+    char character() { return static_cast<char>(byte()); }
+    /// A position or count: mostly small, sometimes npos and its neighbours.
+    unsigned number() {
+        std::uint8_t const choice = byte();
+        return choice < 0xF8 ? choice : String::npos - (0xFF - choice);
+    }
+    std::string bytes() {
+        std::string_view const taken = m_left.substr(0, byte() % 100);
+        m_left.remove_prefix(std::min(taken.size(), m_left.size()));
+        return std::string(taken.substr(0, taken.size()));
+    }
+
+private:
+    std::string_view m_left;
+};
+
+void require(bool holds) {
+    if (!holds)
+        std::abort();
+}
+
+/// One string, in the toolkit's form and in the standard's.
+struct Pair {
+    String mine;
+    std::string model;
+
+    void check() const { require(mine.view() == model); }
+};
+
+std::size_t wide(unsigned n) {
+    return n == String::npos ? std::string::npos : n;
+}
+
+bool same(unsigned mine, std::size_t model) {
+    return wide(mine) == model;
+}
+
+std::string lowered(std::string text) {
+    for (char& c : text)
+        c = c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c;
+    return text;
+}
+
+std::string uppered(std::string text) {
+    for (char& c : text)
+        c = c >= 'a' && c <= 'z' ? static_cast<char>(c - 32) : c;
+    return text;
+}
+
+std::string piece(std::string const& text, unsigned from, unsigned count) {
+    return from >= text.size() ? std::string() : text.substr(from, wide(count));
+}
+
+std::string replacedAll(std::string const& text, std::string const& what, std::string const& with,
+                        bool foldsCase) {
+    std::string const seen = foldsCase ? lowered(text) : text;
+    std::string const wanted = foldsCase ? lowered(what) : what;
+    std::string out;
+    std::size_t at = 0;
+    for (std::size_t hit; (hit = seen.find(wanted, at)) != std::string::npos; at = hit + what.size())
+        out += text.substr(at, hit - at) + with;
+    return out + text.substr(at);
+}
+
+std::string trimmed(std::string const& text, char const* set, std::size_t setSize, bool left, bool right) {
+    std::string_view const white(set, setSize);
+    std::size_t const first = left ? text.find_first_not_of(white) : 0;
+    if (first == std::string::npos)
+        return {};
+    std::size_t const last = right ? text.find_last_not_of(white) : text.size() - 1;
+    return last == std::string::npos || text.empty() ? std::string() : text.substr(first, last - first + 1);
+}
+
+/// Bounded by `to`: the model is asked about the text that ends there.
+std::size_t findBounded(std::string const& text, std::string const& pattern, unsigned from, unsigned to) {
+    return text.substr(0, wide(to)).find(pattern, wide(from));
+}
+
+void change(Pair& a, Pair const& b, Choices& choices) {
+    char const c = choices.character();
+    switch (choices.byte() % 12) {
+    case 0:
+        a.mine.append(c), a.model += c;
+        break;
+    case 1:
+        a.model += b.model, a.mine.append(b.mine);
+        break;
+    case 2:
+        a.mine.append(b.mine.str()), a.model += std::string(b.model.c_str());
+        break;
+    case 3: {
+        unsigned const count = choices.byte();
+        a.mine.append(count, c), a.model.append(count, c);
+        break;
+    }
+    case 4: { // its own bytes, which growing may move
+        std::string const twice = a.model + c + a.model + b.model;
+        a.mine.append(c, a.mine, b.mine), a.model = twice;
+        break;
+    }
+    case 5: {
+        std::string const sum = a.model + b.model + c + a.model;
+        a.mine.append(b.mine + String(c) + a.mine), a.model = sum;
+        break;
+    }
+    case 6:
+        if (!a.model.empty()) {
+            unsigned const index = choices.byte() % a.mine.length();
+            a.mine.setAt(index, c), a.model[index] = c;
+        }
+        break;
+    case 7: {
+        unsigned const length = choices.number();
+        a.mine.cut(length), a.model.resize(std::min<std::size_t>(length, a.model.size()));
+        break;
+    }
+    case 8: {
+        std::string const bytes = choices.bytes();
+        char* const room = a.mine.reserve(static_cast<unsigned>(bytes.size()));
+        std::copy(bytes.begin(), bytes.end(), room);
+        a.mine.resize(a.mine.length() + static_cast<unsigned>(bytes.size())), a.model += bytes;
+        break;
+    }
+    case 9:
+        a.mine = c, a.model = std::string(1, c);
+        break;
+    case 10:
+        a.mine.append(Memory(b.mine)), a.model += b.model;
+        break;
+    default:
+        a.mine.append(a.mine.array(), a.mine.length() / 2), a.model += a.model.substr(0, a.model.size() / 2);
+    }
+}
+
+void derive(Pair& to, Pair const& a, Pair const& b, Choices& choices) {
+    char const c = choices.character(), d = choices.character();
+    unsigned const from = choices.number(), count = choices.number();
+    std::size_t const first = a.model.find(c), last = a.model.rfind(c);
+    bool const found = first != std::string::npos, strict = d & 1;
+    std::string const missing = strict ? std::string() : a.model;
+    Pair made;
+    switch (choices.byte() % 21) {
+    case 0:
+        made = {a.mine.range(from, count), piece(a.model, from, count)};
+        break;
+    case 1:
+        made = {a.mine.left(c, strict), found ? a.model.substr(0, first) : missing};
+        break;
+    case 2:
+        made = {a.mine.right(c, strict), found ? a.model.substr(first + 1) : missing};
+        break;
+    case 3:
+        made = {a.mine.rleft(c), found ? a.model.substr(0, last) : a.model};
+        break;
+    case 4:
+        made = {a.mine.rright(c), found ? a.model.substr(last + 1) : a.model};
+        break;
+    case 5:
+        made = {a.mine.upper(), uppered(a.model)};
+        break;
+    case 6:
+        made = {a.mine.lower(), lowered(a.model)};
+        break;
+    case 7:
+        made = {a.mine.trim(), trimmed(a.model, " \r\n\t\0", 5, true, true)};
+        break;
+    case 8:
+        made = {a.mine.trim(c), trimmed(a.model, &c, 1, true, true)};
+        break;
+    case 9:
+        made = {a.mine.trimLeft(c), trimmed(a.model, &c, 1, true, false)};
+        break;
+    case 10:
+        made = {a.mine.trimRight(c), trimmed(a.model, &c, 1, false, true)};
+        break;
+    case 11:
+        made = {a.mine.replace(c, d), a.model};
+        std::replace(made.model.begin(), made.model.end(), c, d);
+        break;
+    case 12:
+    case 13: {
+        Pair const what{String(c) + d, {c, d}};
+        made = {a.mine.replace(what.mine, b.mine), replacedAll(a.model, what.model, b.model, false)};
+        break;
+    }
+    case 14: {
+        Pair const what{String(c), {c}};
+        made = {a.mine.replaceNoCase2(what.mine, b.mine), replacedAll(a.model, what.model, b.model, true)};
+        break;
+    }
+    case 15: {
+        std::size_t const begin = std::min<std::size_t>(from, a.model.size());
+        std::size_t const end = std::clamp<std::size_t>(count, begin, a.model.size());
+        made = {a.mine.replaceBetween(from, count, b.mine), a.model.substr(0, begin) + b.model + a.model.substr(end)};
+        break;
+    }
+    case 16:
+        made = {a.mine.remove(c), a.model};
+        std::erase(made.model, c);
+        break;
+    case 17:
+        made = {a.mine.sort(), a.model};
+        std::sort(made.model.begin(), made.model.end(),
+                  [](unsigned char x, unsigned char y) { return x < y; });
+        break;
+    case 18: {
+        Strings list;
+        std::string joined;
+        for (unsigned i = 0; i < from % 20; ++i) {
+            list.add(i % 2 ? b.mine : String(c));
+            joined += (i ? a.model : std::string()) + (i % 2 ? b.model : std::string(1, c));
+        }
+        made = {a.mine.glue(list), joined};
+        break;
+    }
+    case 19:
+        made = {a.mine + b.mine + c + a.mine + "text", a.model + b.model + c + a.model + "text"};
+        break;
+    default: { // no text changes twice, and none is longer than its escapes
+        String const shown = visibleText(a.mine);
+        require(visibleText(shown) == shown && shown.length() <= 4 * a.mine.length());
+        require(cutText(a.mine, from).length() <= std::min<std::size_t>(a.model.size(), from + 6ul));
+        made = a;
+    }
+    }
+    to = made;
+}
+
+void ask(Pair const& a, Pair const& b, Choices& choices) {
+    char const c = choices.character();
+    unsigned const from = choices.number(), to = choices.number();
+    std::string const la = lowered(a.model), lb = lowered(b.model);
+    bool const inside = from <= a.model.size();
+    require(same(a.mine.find(c, from), a.model.find(c, wide(from))));
+    require(same(a.mine.find(b.mine, from), a.model.find(b.model, wide(from))));
+    require(same(a.mine.find(b.mine, from, to), findBounded(a.model, b.model, from, to)));
+    require(same(a.mine.findNoCase2(b.mine, from, to), findBounded(la, lb, from, to)));
+    require(same(a.mine.findNoCase2(c, from), la.find(lowered({c}), wide(from))));
+    require(same(a.mine.rfind(c, from), a.model.rfind(c, wide(from))));
+    require(same(a.mine.rfind(b.mine), a.model.rfind(b.model)));
+    require(same(a.mine.findFirstOf(b.mine.str(), from, to),
+                 a.model.substr(0, wide(to)).find_first_of(b.model.c_str(), wide(from))));
+    std::string_view const white(" \r\n\t\0", 5);
+    require(same(a.mine.searchSpace(from, to), a.model.substr(0, wide(to)).find_first_of(white, wide(from))));
+    require(same(a.mine.searchNoSpace(from, to),
+                 a.model.substr(0, wide(to)).find_first_not_of(white, wide(from))));
+    require((a.mine < b.mine) == (a.model < b.model) && (a.mine == b.mine) == (a.model == b.model));
+    require(a.mine.equalsNoCase2(b.mine) == (la == lb));
+    std::string const rest = inside ? a.model.substr(from) : std::string();
+    require(a.mine.starts(b.mine, from) == (inside && rest.starts_with(b.model)));
+    require(a.mine.startsNoCase2(b.mine, from) == (inside && lowered(rest).starts_with(lb)));
+    require(a.mine.ends(b.mine, from) == (inside && rest.ends_with(b.model)));
+    require(a.mine.endsNoCase2(b.mine, from) == (inside && lowered(rest).ends_with(lb)));
+    require(std::string_view(a.mine.str(), a.mine.length() + 1) == std::string_view(a.model.c_str(), a.model.size() + 1));
+    CharSplitter split(a.mine, c);
+    std::string joined;
+    while (split.valid())
+        joined.append(split.next().view()) += c;
+    require(joined.substr(0, a.model.size()) == a.model);
+}
+
+} // namespace
+
+int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size) {
+    constexpr std::size_t longest = 1 << 16;
+    Choices choices(data, size);
+    std::array<Pair, 4> pairs;
+    while (!choices.end()) {
+        std::uint8_t const which = choices.byte();
+        Pair &a = pairs[which & 3], &b = pairs[which >> 2 & 3], &to = pairs[which >> 4 & 3];
+        switch (which >> 6) {
+        case 0:
+            change(a, b, choices);
+            break;
+        case 1:
+            derive(to, Pair(a), Pair(b), choices);
+            break;
+        case 2:
+            ask(a, b, choices);
+            break;
+        default: {
+            std::string const bytes = choices.bytes();
+            to = {String::copyOf(bytes), bytes};
+        }
+        }
+        for (Pair& pair : pairs) {
+            pair.check();
+            if (pair.model.size() > longest)
+                pair = {};
+        }
+    }
+    return 0;
+}
