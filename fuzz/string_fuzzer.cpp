@@ -1,5 +1,5 @@
-// Strings against std::string: a sequence of operations on a few strings that share their bytes. Both sides are
-// compared after each.
+// Strings against std::string: a sequence of operations on a few strings that share their bytes. Both sides
+// are compared after each.
 #include "base/memory.h"
 #include "base/splitter.h"
 #include "base/visibletext.h"
@@ -217,7 +217,8 @@ void derive(Pair& to, Pair const& a, Pair const& b, Choices& choices) {
     case 15: {
         std::size_t const begin = std::min<std::size_t>(from, a.model.size());
         std::size_t const end = std::clamp<std::size_t>(count, begin, a.model.size());
-        made = {a.mine.replaceBetween(from, count, b.mine), a.model.substr(0, begin) + b.model + a.model.substr(end)};
+        made = {a.mine.replaceBetween(from, count, b.mine),
+                a.model.substr(0, begin) + b.model + a.model.substr(end)};
         break;
     }
     case 16:
@@ -277,7 +278,8 @@ void ask(Pair const& a, Pair const& b, Choices& choices) {
     require(a.mine.startsNoCase2(b.mine, from) == (inside && lowered(rest).starts_with(lb)));
     require(a.mine.ends(b.mine, from) == (inside && rest.ends_with(b.model)));
     require(a.mine.endsNoCase2(b.mine, from) == (inside && lowered(rest).ends_with(lb)));
-    require(std::string_view(a.mine.str(), a.mine.length() + 1) == std::string_view(a.model.c_str(), a.model.size() + 1));
+    require(std::string_view(a.mine.str(), a.mine.length() + 1) ==
+            std::string_view(a.model.c_str(), a.model.size() + 1));
     CharSplitter split(a.mine, c);
     std::string joined;
     while (split.valid())

@@ -90,7 +90,7 @@ TEST(ProcessExit, isPromptWhateverHappensBefore) {
         Ending const ending = runProbe(mode);
         EXPECT_EQ(ending.status, 0) << mode;
         EXPECT_EQ(ending.err, "") << mode;
-        EXPECT_LT(ending.seconds, 4) << mode;
+        EXPECT_LT(ending.seconds, 20) << mode;
         EXPECT_TRUE(inOrder(ending.out, {said})) << ending.out;
     }
 }

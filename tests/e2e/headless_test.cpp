@@ -139,7 +139,8 @@ TEST(Headless, signals_end_a_session_in_order_whose_url_nobody_sees) {
 
 TEST(Headless, a_gateways_text_cannot_steer_the_terminal) {
     TemporaryDirectory directory;
-    writeFile(directory.file("script"), R"([{"code":"5","status":"a\u001b[2J\u202eb\u009b\n\u00e9"}])" "\n");
+    writeFile(directory.file("script"), R"([{"code":"5","status":"a\u001b[2J\u202eb\u009b\n\u00e9"}])"
+                                        "\n");
     Site site({"--poll-script", std::string(directory.file("script").view())});
     ChildProcess session = start(site, site.url("plugindll"));
     EXPECT_TRUE(session.awaitOutput("onVpnStatus a\\x1b[2J\\u202eb\\u009b\\n\xC3\xA9\n")) << session.output();
