@@ -1,4 +1,4 @@
-// Reads the administrator's policy file as one must read what others would like to write.
+// The administrator's policy as a file.
 #pragma once
 
 #include "base/exception.h"
@@ -16,10 +16,8 @@ class EPolicy : public Exception {
 /// Logs why the policy at `path` cannot be followed, at ERROR, and throws EPolicy.
 [[noreturn]] void failPolicy(String const& path, String const& reason, int line);
 
-/// The file's content; nothing where there is no file, or no directory for it. Throws EPolicy for all else
-/// that is not a plain file of at most 64 KB, opened without following a link, in a directory, both of them
-/// the owner's and writable by nobody else: in a directory that others write in, an absent file proves
-/// nothing either. Any thread.
+/// The file's content; nothing where there is none. Throws EPolicy for one that readTrustedFile() does not
+/// trust. Any thread.
 std::optional<String> readPolicyFile(PolicyPlace const& place);
 
 } // namespace quillon

@@ -13,7 +13,8 @@ std::string const client = TEST_PROGRAMS "/tarvikclient-cli-policytest";
 TEST(HeadlessPolicy, decides_and_is_told) {
     Site site;
     ProgramPolicy policy;
-    std::string const gateways = "<gateways><allowed>*.corp.example</allowed><others>", end = "</others></gateways>";
+    std::string const gateways = "<gateways><allowed>*.corp.example</allowed><others>",
+                      end = "</others></gateways>";
     std::string const url = site.url("plugindllnotunnel"), session = "onDispatch 4\nonStatus 4\n";
     struct {
         char const* what;
@@ -27,7 +28,10 @@ TEST(HeadlessPolicy, decides_and_is_told) {
         {"refused", gateways + "refuse" + end, {"--yes", url}, 1, "onFatalError\n", ""},
         {"nobody to ask", gateways + "ask" + end, {url}, 1, "onFatalError\n", ""},
         {"agreed to", gateways + "ask" + end, {"--yes", url}, 0, session, ""},
-        {"shown", gateways + "ask" + end + "<companions>manifest</companions>", {"--policy"}, 0,
+        {"shown",
+         gateways + "ask" + end + "<companions>manifest</companions>",
+         {"--policy"},
+         0,
          "gateway allowed: *.corp.example\nother gateways: ask\ncertificate exceptions: allow\n"
          "companions: only by manifest\npublisher's key: ",
          ""},

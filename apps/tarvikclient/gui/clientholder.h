@@ -3,13 +3,14 @@
 
 #include "base/mutex.h"
 #include "tarvikclient/client.h"
+#include "tarvikclient/gui/clientconsent.h"
 #include "tarvikclient/gui/clientwxevent.h"
 
 #include <memory>
 
 namespace quillon {
 
-/// Takes the notifications' events to a window for as long as there is one. It outlives the client's thread,
+/// Takes the client's events to a window for as long as there is one. It outlives the client's thread,
 /// which the window need not.
 class NotifyRelay final : public wxEvtHandler {
 public:
@@ -33,8 +34,8 @@ private:
 /// which is then never destroyed. Interface thread only.
 class ClientHolder {
 public:
-    /// `target` receives the notifications' events until this object is destroyed. Throws what the client's
-    /// constructor throws.
+    /// `target` receives the notifications' and the questions' events until this object is destroyed. Throws
+    /// what the client's constructor throws.
     explicit ClientHolder(wxEvtHandler& target);
     /// Cuts off a session that is still running and waits some seconds for its end.
     ~ClientHolder();
@@ -54,7 +55,8 @@ private:
 
         NotifyRelay relay;
         TarvikClientGuiNotifyHandler notifyHandler{&relay};
-        TarvikClient client{notifyHandler};
+        TarvikClientGuiConsent consent{&relay};
+        TarvikClient client{notifyHandler, &consent};
     };
 
     std::unique_ptr<Parts> m_parts;

@@ -6,6 +6,7 @@
 #include "tarvikclient/gui/configurationdialog.h"
 #include "tarvikclient/gui/connectionerrordialog.h"
 #include "tarvikclient/gui/conversion.h"
+#include "tarvikclient/gui/gatewaydialog.h"
 #include "tarvikclient/gui/logwindow.h"
 #include "tarvikclient/gui/notificationpanel.h"
 #include "tarvikclient/gui/systray.h"
@@ -57,6 +58,7 @@ TarvikMainFrame::TarvikMainFrame(wxWindow* parent, int id, wxString const& title
     notificationPanel = std::make_unique<TarvikClientNotificationPanel>(this);
     Bind(wxEventTypeTag<wxThreadEvent>(EVT_TYPE_CLIENTNOTIFY), &TarvikClientNotificationPanel::onVpnStatus,
          notificationPanel.get(), CLIENTNOTIFY_VPN_STATUS);
+    Bind(EVT_GATEWAY_QUESTION, &TarvikMainFrame::onGatewayQuestion, this);
     Bind(wxEVT_TIMER, &TarvikMainFrame::onTimer, this, m_timer.GetId());
     showTaskBarIcon();
 }
@@ -155,6 +157,18 @@ void TarvikMainFrame::showError(wxWindow* parent, wxString const& text, wxString
     wxMessageDialog dialog(parent, text, _("Error"), wxOK | wxCENTRE | wxICON_ERROR);
     dialog.SetOKLabel(okLabel);
     dialog.ShowModal();
+}
+
+void TarvikMainFrame::onGatewayQuestion(wxThreadEvent& event) {
+    auto const question = event.GetPayload<std::shared_ptr<GatewayQuestion>>();
+    if (!question->isOpen())
+        return;
+    if (TarvikClientGatewayDialog(this, question->gateway()).ShowModal() == wxID_YES) {
+        TarvikClientGuiConsent::agree(*question);
+        return;
+    }
+    question->answer(GatewayQuestion::Answer::no);
+    stop(); // the user's own decision is no error to be told of
 }
 
 void TarvikMainFrame::onClientConnectError(wxThreadEvent& event) {

@@ -43,6 +43,7 @@ private:
     void onClientStatus(wxThreadEvent& event);
     void onFatalError(wxThreadEvent& event);
     void onClientDispatch(wxThreadEvent& event);
+    void onGatewayQuestion(wxThreadEvent& event);
     void onClose(wxCloseEvent& event);
     void onTimer(wxTimerEvent& event);
 

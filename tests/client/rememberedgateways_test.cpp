@@ -1,0 +1,87 @@
+// The list of gateways that the user has agreed to.
+#include "support/logcapture.h"
+#include "support/temporarydirectory.h"
+#include "tarvikclient/policyrules.h"
+#include "tarvikclient/rememberedgateways.h"
+
+#include <gtest/gtest.h>
+
+#include <sys/stat.h>
+
+#include <filesystem>
+#include <functional>
+
+namespace quillon::test {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+http::HostPort gatewayOf(std::string const& name) {
+    return *http::HostPort::parse(String::copyOf(name), gatewayPort);
+}
+
+TEST(RememberedGateways, knows_the_last_hundred_by_name_and_port) {
+    TemporaryDirectory directory;
+    RememberedGateways const gateways(directory.file("gateways.xml"));
+    EXPECT_FALSE(gateways.contains(gatewayOf("0.example")));
+    for (int i = 0; i <= 100; ++i)
+        gateways.add(gatewayOf(std::to_string(i) + ".example:8443"));
+    gateways.add(gatewayOf("1.example:8443")); // again
+    EXPECT_FALSE(gateways.contains(gatewayOf("0.example:8443")));
+    for (int i = 1; i <= 100; ++i)
+        EXPECT_TRUE(gateways.contains(gatewayOf(std::to_string(i) + ".EXAMPLE.:8443"))) << i;
+    EXPECT_FALSE(gateways.contains(gatewayOf("1.example")));
+    EXPECT_EQ(fs::status(directory.path() + "/gateways.xml").permissions(),
+              fs::perms::owner_read | fs::perms::owner_write);
+    EXPECT_EQ(std::distance(fs::directory_iterator(directory.path()), {}), 1);
+}
+
+TEST(RememberedGateways, a_list_that_is_damaged_or_not_the_users_alone_is_none_until_the_next_yes) {
+    std::string const good = "<gateways><gateway>gate.example</gateway></gateways>";
+    struct {
+        char const* what;
+        std::function<void(std::string const& file)> spoil;
+    } const cases[] = {
+        {"link",
+         [&](std::string const& file) {
+             fs::rename(file, file + ".real");
+             fs::create_symlink(file + ".real", file);
+         }},
+        {"pipe", [](std::string const& file) { fs::remove(file), mkfifo(file.c_str(), 0600); }},
+        {"writable", [](std::string const& file) { chmod(file.c_str(), 0620); }},
+        {"cut off", [&](std::string const& file) { fs::resize_file(file, good.size() - 3); }},
+        {"other root", [](std::string const& file) { writeFile(String::copyOf(file), "<g><gateway>gate.example</gateway></g>"); }},
+        {"large", [&](std::string const& file) {
+             writeFile(String::copyOf(file), good + std::string(64 * 1024, ' '));
+         }},
+    };
+    for (auto const& [what, spoil] : cases) {
+        SCOPED_TRACE(what);
+        TemporaryDirectory directory;
+        String const file = directory.file("gateways.xml");
+        writeFile(file, good);
+        chmod(file.str(), 0600);
+        RememberedGateways const gateways(file);
+        EXPECT_TRUE(gateways.contains(gatewayOf("gate.example")));
+        spoil(std::string(file.view()));
+        EXPECT_FALSE(gateways.contains(gatewayOf("gate.example")));
+        gateways.add(gatewayOf("other.example"));
+        EXPECT_TRUE(gateways.contains(gatewayOf("other.example")));
+        EXPECT_FALSE(gateways.contains(gatewayOf("gate.example")));
+    }
+}
+
+TEST(RememberedGateways, a_list_that_cannot_be_written_is_logged_and_leaves_nothing_behind) {
+    TemporaryDirectory directory;
+    String const file = directory.file("gateways.xml");
+    fs::create_directory(std::string(file.view()));
+    LogCapture const log;
+    RememberedGateways(file).add(gatewayOf("gate.example"));
+    EXPECT_TRUE(log.contains("Cannot remember gate.example"));
+    EXPECT_EQ(std::distance(fs::directory_iterator(directory.path()), {}), 1);
+}
+
+} // namespace
+
+} // namespace quillon::test
