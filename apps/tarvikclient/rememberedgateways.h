@@ -7,8 +7,8 @@
 
 namespace quillon {
 
-/// Kept in "gateways.xml" in the user's data directory, mode 0600, which is replaced in one step. A file that is
-/// damaged, a link, or not the user's alone counts as none. Any thread.
+/// Kept in "gateways.xml" in the user's data directory, mode 0600, which is replaced in one step. A file that
+/// is damaged, a link, or not the user's alone counts as none. Any thread.
 class RememberedGateways {
 public:
     /// Of the user's data directory.

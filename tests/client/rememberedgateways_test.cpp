@@ -51,8 +51,12 @@ TEST(RememberedGateways, a_list_that_is_damaged_or_not_the_users_alone_is_none_u
         {"pipe", [](std::string const& file) { fs::remove(file), mkfifo(file.c_str(), 0600); }},
         {"writable", [](std::string const& file) { chmod(file.c_str(), 0620); }},
         {"cut off", [&](std::string const& file) { fs::resize_file(file, good.size() - 3); }},
-        {"other root", [](std::string const& file) { writeFile(String::copyOf(file), "<g><gateway>gate.example</gateway></g>"); }},
-        {"large", [&](std::string const& file) {
+        {"other root",
+         [](std::string const& file) {
+             writeFile(String::copyOf(file), "<g><gateway>gate.example</gateway></g>");
+         }},
+        {"large",
+         [&](std::string const& file) {
              writeFile(String::copyOf(file), good + std::string(64 * 1024, ' '));
          }},
     };

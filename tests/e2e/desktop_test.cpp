@@ -1,6 +1,7 @@
 // The desktop program against the development gateway, both as they are deployed, driven through the
 // accessibility bus: what these tests find is also what a screen reader would say.
 #include "desktop/uidriver.h"
+#include "e2e/policyfixture.h"
 #include "e2e/site.h"
 
 #include <gtest/gtest.h>
@@ -221,6 +222,56 @@ TEST_F(Desktop, without_a_url_it_idles_until_one_is_handed_over) {
     EXPECT_EQ(second.wait(), 0);
     ASSERT_TRUE(ui.click({button, text("Quit")}));
     EXPECT_EQ(idle.wait(), 0) << idle.errors();
+}
+
+/// Under a policy that asks about each gateway.
+class DesktopPolicy : public Desktop {
+protected:
+    DesktopPolicy() { m_policy.write("<gateways><others>ask</others></gateways>"); }
+
+    std::vector<std::string> command() { return {program + "-policytest", site().url("plugindll")}; }
+    ChildProcess::Environment environment() { return {{"HOME", site().home()}}; }
+
+    ProgramPolicy m_policy;
+};
+
+TEST_F(DesktopPolicy, asks_in_one_window_however_many_links_are_opened) {
+    siteWithPolls(repeated(999, R"([{"code":"5","status":"connected"}])"));
+    ChildProcess client(command(), environment());
+    std::string const question = text("GATEWAY_QUESTION");
+    ASSERT_TRUE(ui.awaitShown({"label", question.substr(0, question.find(" {")) + "*"})) << ui.describe();
+    std::list<ChildProcess> others;
+    for (int i = 0; i < 5; ++i)
+        others.emplace_back(command(), environment());
+    for (ChildProcess& other : others)
+        EXPECT_EQ(other.wait(), 0) << other.errors();
+    std::string const screen = ui.describe(), yes = button + " '" + text("&Yes") + "'";
+    EXPECT_NE(screen.find(yes), std::string::npos) << screen;
+    EXPECT_EQ(screen.find(yes), screen.rfind(yes)) << screen;
+    EXPECT_EQ(site().moduleLog("Plugin/sample-plugin.log"), "");
+    EXPECT_TRUE(ui.click({button, text("&Yes")}));
+    ASSERT_TRUE(ui.awaitShown({"label", text("VPN_CONNECTED")})) << ui.describe();
+    choose(text("VPN_CONNECTED"), text("&Quit"));
+    EXPECT_EQ(client.wait(), 0) << client.errors();
+}
+
+TEST_F(DesktopPolicy, a_question_ends_with_a_signal_and_with_the_display) {
+    std::string const no = text("&No");
+    {
+        ChildProcess client(command(), environment());
+        ASSERT_TRUE(ui.awaitShown({button, no})) << ui.describe();
+        client.signal(SIGTERM);
+        EXPECT_EQ(client.wait(), 0) << client.errors();
+    }
+    ChildProcess display({"/usr/bin/Xvfb", "-displayfd", "1", "-nolisten", "tcp"});
+    ASSERT_TRUE(display.awaitOutput("\n")) << display.errors();
+    auto elsewhere = environment();
+    elsewhere["DISPLAY"] = ":" + display.output().substr(0, display.output().find("\n"));
+    ChildProcess client(command(), elsewhere);
+    ASSERT_TRUE(ui.awaitShown({button, no})) << ui.describe();
+    display.signal(SIGTERM);
+    EXPECT_GT(client.wait(), 0) << client.errors();
+    EXPECT_EQ(site().moduleLog("Plugin/sample-plugin.log"), "");
 }
 
 TEST_F(Desktop, a_start_that_cannot_succeed_says_so_and_ends) {

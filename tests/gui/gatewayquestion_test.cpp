@@ -101,8 +101,8 @@ protected:
 TEST(GatewayDialog, shows_the_whole_name_in_ascii_and_keeps_its_buttons_on_a_small_screen) {
     wxLocale locale;
     initLanguage(locale, wxLANGUAGE_ENGLISH);
-    std::string const longest = std::string(60, 'w') + "." + std::string(60, 'w') + "." + std::string(60, 'w') +
-                                "." + std::string(57, 'w') + ".evil.example:65535";
+    std::string const longest = std::string(60, 'w') + "." + std::string(60, 'w') + "." +
+                                std::string(60, 'w') + "." + std::string(57, 'w') + ".evil.example:65535";
     struct {
         std::string name, shown;
     } const cases[] = {
@@ -119,7 +119,8 @@ TEST(GatewayDialog, shows_the_whole_name_in_ascii_and_keeps_its_buttons_on_a_sma
         TarvikClientGatewayDialog dialog(nullptr, gatewayOf(name));
         dialog.Show();
         wxTheApp->Yield();
-        EXPECT_TRUE(textsOf(dialog).Contains(withoutBlanks(wxString::FromUTF8(shown)))) << textsOf(dialog).utf8_string();
+        EXPECT_TRUE(textsOf(dialog).Contains(withoutBlanks(wxString::FromUTF8(shown))))
+            << textsOf(dialog).utf8_string();
         EXPECT_LE(dialog.GetSize().GetWidth(), 800);
         EXPECT_LE(dialog.GetSize().GetHeight(), 600);
         for (int const id : {wxID_YES, wxID_NO})
@@ -158,7 +159,8 @@ TEST_F(GatewayQuestionWindow, no_ends_the_program_before_any_request_and_is_not_
 
 TEST_F(GatewayQuestionWindow, yes_is_remembered_for_this_gateway_as_long_as_the_policy_asks) {
     EXPECT_TRUE(asksAfter([](wxDialog& dialog) { press(dialog, wxID_YES); }));
-    EXPECT_NE(remembered().find("<gateway>" + gateway.server().authority() + "</gateway>"), std::string::npos);
+    EXPECT_NE(remembered().find("<gateway>" + gateway.server().authority() + "</gateway>"),
+              std::string::npos);
     frame->stop();
     ASSERT_TRUE(goes());
     int const asked = dialogs.otherDialogs;
@@ -181,7 +183,8 @@ TEST_F(GatewayQuestionWindow, the_end_of_the_program_is_the_end_of_the_question)
         {"stop", [this] { frame->stop(); }},
         {"close", [this] { frame->Close(); }},
         {"forced", [this] { frame->Close(true); }},
-        {"display", [this] {
+        {"display",
+         [this] {
              frame->stopWithoutDisplay();
              frame->stop();
          }},

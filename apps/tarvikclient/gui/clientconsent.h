@@ -11,8 +11,8 @@ namespace quillon {
 /// The payload is a std::shared_ptr<GatewayQuestion>.
 wxDECLARE_EVENT(EVT_GATEWAY_QUESTION, wxThreadEvent);
 
-/// Answers for the gateways that the user has agreed to before, and queues an event for the others. The handler
-/// must outlive the client's thread.
+/// Answers for the gateways that the user has agreed to before, and queues an event for the others. The
+/// handler must outlive the client's thread.
 class TarvikClientGuiConsent final : public IGatewayConsent {
 public:
     explicit TarvikClientGuiConsent(wxEvtHandler* target) : m_target(target) {}
