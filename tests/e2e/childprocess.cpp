@@ -7,6 +7,7 @@
 #include <iterator>
 #include <spawn.h>
 #include <stdexcept>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -103,8 +104,10 @@ int ChildProcess::wait() {
             kill(m_pid, SIGKILL);
     }
     int status = 0;
-    waitpid(m_pid, &status, 0);
+    rusage usage{};
+    wait4(m_pid, &status, 0, &usage);
     m_pid = -1;
+    m_peakKiB = usage.ru_maxrss;
     return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
 }
 

@@ -29,6 +29,9 @@ public:
     /// Waits for the end and returns the exit code; minus the signal's number for a program that was killed.
     /// After half a minute the program is killed.
     int wait();
+    /// The most memory that the program held at once, in KiB; known after wait(). It counts from this
+    /// process's own peak at the start, so keep that low.
+    long peakKiB() const { return m_peakKiB; }
     /// Whether the program has closed its output, which it does by ending.
     bool hasEnded() const;
     /// Waits until `text` stands in the output; false at its end or after half a minute.
@@ -48,6 +51,7 @@ private:
     void collect(Stream& stream);
 
     pid_t m_pid = -1;
+    long m_peakKiB = 0;
     mutable std::mutex m_mutex; // of the streams' texts
     mutable std::condition_variable m_changed;
     Stream m_output;

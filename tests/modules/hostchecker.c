@@ -10,6 +10,7 @@ int InitHostCheckerDll(char const* reserved1, char const* reserved2, char const*
     recorder_format(recorder_directory, sizeof recorder_directory, "%s", directory);
     recorder_format(line, sizeof line, "[%s] [%s] %s %s", reserved1, reserved2, hostname, language);
     recorder_call(__func__, line);
+    recorder_companion();
     return 0;
 }
 

@@ -13,6 +13,7 @@ static int texts_out;
 void* DllCreatePluginFrontal(void) {
     recorder_directory[0] = recorder_pending[0] = '\0';
     recorder_call(__func__, NULL);
+    recorder_companion();
 #ifdef TEST_NULL_INSTANCE
     return NULL;
 #else

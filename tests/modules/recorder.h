@@ -2,6 +2,9 @@
 #ifndef TEST_MODULES_RECORDER_H
 #define TEST_MODULES_RECORDER_H
 
+#ifdef TEST_COMPANION
+#include <dlfcn.h>
+#endif
 #include <stdarg.h>
 #include <stdio.h>
 #include <string.h>
@@ -37,6 +40,27 @@ static void recorder_call(char const* function, char const* argument) {
     fputs(recorder_pending, file);
     recorder_pending[0] = '\0';
     fclose(file);
+}
+
+/* Writes down the companion that the linker found by $ORIGIN, and whether the directory that the module
+ * believes to be its own holds one. */
+static void recorder_companion(void) {
+#ifdef TEST_COMPANION
+    extern char const* companion_name(void);
+    char path[4200];
+    Dl_info own;
+    FILE* beside = NULL;
+    if (dladdr(recorder_pending, &own)) {
+        recorder_format(path, sizeof path, "%s", own.dli_fname);
+        *(strrchr(path, '/') ? strrchr(path, '/') : path) = '\0';
+        recorder_format(path + strlen(path), sizeof path - strlen(path), "/test_companion.so");
+        beside = fopen(path, "r");
+    }
+    recorder_call("companion", companion_name());
+    recorder_call("directory", beside ? "its own" : "not its own");
+    if (beside)
+        fclose(beside);
+#endif
 }
 
 #endif

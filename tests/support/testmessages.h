@@ -38,6 +38,10 @@ struct Reply {
     /// The raw bytes; status line, headers and body are the handler's to form. May be empty.
     std::string bytes;
     Ending ending = keepAlive;
+    /// Sent after `bytes`, so many times or until the peer has gone: answers that no test should hold in
+    /// memory.
+    std::string again;
+    std::size_t times = 0;
     /// To wait before sending; the server's end and release() cut it short.
     std::chrono::milliseconds delay{0};
 };

@@ -154,7 +154,9 @@ void TestServer::serve(Connection& connection) {
 
 bool TestServer::answer(Channel& channel, Connection const& connection, Reply const& reply) {
     waitFor(reply);
-    bool const sent = channel.write(reply.bytes);
+    bool sent = channel.write(reply.bytes);
+    for (std::size_t i = 0; sent && i < reply.times; ++i)
+        sent = channel.write(reply.again);
     if (reply.ending == Reply::hold) {
         std::unique_lock lock(m_mutex);
         m_changed.wait(lock, [this] { return m_released || m_stopping; });

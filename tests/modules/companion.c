@@ -1,0 +1,5 @@
+/* A library that a module brings along. */
+char const* companion_name(void);
+char const* companion_name(void) {
+    return "genuine";
+}
