@@ -17,8 +17,8 @@ enum class Kind { plugin, hostchecker };
 using Codes = std::set<int>;
 
 /// What every attack has in common: run() checks after each session that the mark module was not loaded, that
-/// the client's memory stayed bounded, that nothing but the data directory changed in the home, that little is
-/// left in it, and that standard output holds no control characters.
+/// the client's memory stayed bounded, that nothing but the data directory changed in the home, that little
+/// is left in it, and that standard output holds no control characters.
 class AttackTest : public ::testing::Test {
 protected:
     static constexpr long peakLimitKiB = 200 * 1024;
@@ -37,8 +37,8 @@ protected:
     ChildProcess start(String const& url) const;
     ChildProcess::Environment environment() const;
 
-    /// Serves a session of the kind whose module comes in this archive. `module` overrides keys of the download,
-    /// as JSON texts.
+    /// Serves a session of the kind whose module comes in this archive. `module` overrides keys of the
+    /// download, as JSON texts.
     void serve(Kind kind, std::string const& archive, JsonObject const& module = {});
     /// A session as it should be, with the module of that name: ends well and calls the module.
     void expectHonestSession(Kind kind, std::string const& module = "");
@@ -69,8 +69,8 @@ inline std::string honestArchive(Kind kind) {
 }
 /// A reply of `head`, then `piece` again and again, `megabytes` in all; then the connection is closed.
 Reply flood(std::string const& head, std::string const& piece, std::size_t megabytes);
-/// Whether a terminal that shows this text might obey it: control characters other than the line end, and those that
-/// turn the direction of writing.
+/// Whether a terminal that shows this text might obey it: control characters other than the line end, and
+/// those that turn the direction of writing.
 bool hasControlCharacters(std::string const& text);
 
 } // namespace quillon::test

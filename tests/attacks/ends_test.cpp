@@ -64,7 +64,8 @@ protected:
         std::string const output = client.output();
         if (!hadBegun() && code == -end.signals.front() && output.empty())
             return; // the signal came before the program was ready for it
-        EXPECT_TRUE(end.codes.contains(code)) << end.name << ": " << code << "\n" << output << client.errors();
+        EXPECT_TRUE(end.codes.contains(code)) << end.name << ": " << code << "\n"
+                                              << output << client.errors();
         EXPECT_TRUE(!end.tells || output.ends_with("onStatus 4\n")) << end.name << "\n" << output;
     }
 

@@ -64,7 +64,9 @@ TEST_F(InstallAttack, archives_that_are_not_the_publishers_and_stand_in_the_way_
             Codes codes = {1};
         } const cases[] = {
             {"unsigned", zipOf({{"module.so", hostileModule()}}), {}},
-            {"another's signature", zipOf({{"module.so", hostileModule()}, {"module.so.sig", signature}}), {}},
+            {"another's signature",
+             zipOf({{"module.so", hostileModule()}, {"module.so.sig", signature}}),
+             {}},
             {"a signature of something else", zipOf({{"module.so", genuine}, {"module.so.sig", other}}), {}},
             {"a spoiled signature", zipOf({{"module.so", genuine}, {"module.so.sig", spoiled}}), {}},
             {"no XML", zipOf({{"module.so", genuine}, {"module.so.sig", std::string(70000, '<')}}), {}},
@@ -77,7 +79,10 @@ TEST_F(InstallAttack, archives_that_are_not_the_publishers_and_stand_in_the_way_
              zipOf({{"7.1", "x"}, {"hostchecker", "x"}, {"PKIs", "x"}}),
              {{"version", quoted(".")}, {"pattern", quoted("7.1")}}},
             {"a download named as the version", honestArchive(kind), {{"filename", quoted("7.1")}}, {0, 1}},
-            {"one named as the certificates", honestArchive(kind), {{"filename", quoted("PKIs/acme")}}, {0, 1}},
+            {"one named as the certificates",
+             honestArchive(kind),
+             {{"filename", quoted("PKIs/acme")}},
+             {0, 1}},
             {"one named as the module",
              zipOf({{"module.so", hostileModule()}}),
              {{"filename", quoted(kind == Kind::plugin ? "plugindll.so" : "7.1/module.so")}}},
@@ -100,7 +105,7 @@ TEST_F(InstallAttack, what_was_there_stays_after_a_bad_archive) {
     expectHonestSession(Kind::hostchecker);
     serve(Kind::hostchecker, zipOf({{"module.so", hostileModule()}}));
     run();
-    EXPECT_EQ(readFile(String::copyOf(installed(Kind::hostchecker))), honestModule(Kind::hostchecker));
+    EXPECT_TRUE(readFile(String::copyOf(installed(Kind::hostchecker))) == honestModule(Kind::hostchecker));
 }
 
 TEST_F(InstallAttack, installed_modules_that_were_replaced) {
@@ -166,7 +171,7 @@ TEST_F(InstallAttack, what_stands_where_a_download_goes_is_never_written_into) {
                 place(path);
                 serve(kind, honestArchive(kind));
                 EXPECT_EQ(run().code, archive ? code : 0); // a session goes on without its certificates
-                EXPECT_EQ(readFile(String::copyOf(victim)), "precious");
+                EXPECT_TRUE(readFile(String::copyOf(victim)) == "precious");
                 EXPECT_FALSE(fs::exists(victim + "-new"));
             }
 }
@@ -214,29 +219,32 @@ TEST_F(InstallAttack, certificates_of_odd_names_and_sizes) {
 TEST_F(InstallAttack, companions_are_found_and_a_manifest_keeps_strangers_out) {
     std::string const companion = "test_companion.so";
     for (Kind const kind : {Kind::plugin, Kind::hostchecker}) {
-        std::string const name = kind == Kind::plugin ? "test_plugin_companion" : "test_hostchecker_companion";
+        std::string const name =
+            kind == Kind::plugin ? "test_plugin_companion" : "test_hostchecker_companion";
         std::string const module = readFile(testModule(name));
         std::string const genuine = readFile(testModule("test_companion"));
         restart();
         expectHonestSession(
-            kind, zipOf({{"module.so", module}, {"module.so.sig", signatureOf(module)}, {companion, genuine}}));
+            kind,
+            zipOf({{"module.so", module}, {"module.so.sig", signatureOf(module)}, {companion, genuine}}));
         std::string const record = calls(kind);
         EXPECT_NE(record.find("companion genuine\ndirectory its own\n"), std::string::npos) << record;
 
         std::string const signedFile = m_elsewhere.path() + "/module.so";
         put(signedFile, module);
         put(m_elsewhere.path() + "/" + companion, genuine);
-        ChildProcess tool({TEST_PROGRAMS "/tarvik-signmodule", "sign", "--key", TEST_PRIVATE_KEY, "--name", "n",
-                           "--version", "1", "--kind", kind == Kind::plugin ? "plugin" : "hostchecker",
-                           "--platform", "linux", "--companion", m_elsewhere.path() + "/" + companion,
+        ChildProcess tool({TEST_PROGRAMS "/tarvik-signmodule", "sign", "--key", TEST_PRIVATE_KEY, "--name",
+                           "n", "--version", "1", "--kind", kind == Kind::plugin ? "plugin" : "hostchecker",
+                           "--platform", "linux-x86_64", "--companion", m_elsewhere.path() + "/" + companion,
                            signedFile});
         ASSERT_EQ(tool.wait(), 0) << tool.errors();
         std::string const manifest = readFile(String::copyOf(signedFile + ".sig"));
         restart();
-        serve(kind, zipOf({{"module.so", module}, {"module.so.sig", manifest}, {companion, hostileModule()}}));
+        serve(kind,
+              zipOf({{"module.so", module}, {"module.so.sig", manifest}, {companion, hostileModule()}}));
         EXPECT_EQ(run().code, 1);
-        expectHonestSession(kind,
-                            zipOf({{"module.so", module}, {"module.so.sig", manifest}, {companion, genuine}}));
+        expectHonestSession(
+            kind, zipOf({{"module.so", module}, {"module.so.sig", manifest}, {companion, genuine}}));
         EXPECT_NE(calls(kind).find("companion genuine\n"), std::string::npos);
     }
 }

@@ -13,20 +13,20 @@ inline unsigned countFromEnvironment(char const* name, unsigned usual) {
     return text ? static_cast<unsigned>(std::strtoul(text, nullptr, 10)) : usual;
 }
 
-/// Random numbers from the seed that TARVIK_SEED names, or one that is printed. One thread.
+/// Random numbers, from the seed in TARVIK_SEED or from one of its own, which it prints. One thread.
 class Random {
 public:
-    Random() : Random(countFromEnvironment("TARVIK_SEED", std::random_device()())) {
-        std::printf("TARVIK_SEED=%u\n", m_seed);
+    Random() {
+        unsigned const seed = countFromEnvironment("TARVIK_SEED", std::random_device()());
+        std::printf("TARVIK_SEED=%u\n", seed);
+        m_engine.seed(seed);
     }
-    explicit Random(unsigned seed) : m_seed(seed), m_engine(seed) {}
+    explicit Random(unsigned seed) : m_engine(seed) {}
 
-    unsigned seed() const noexcept { return m_seed; }
     /// 0 to `limit` - 1; `limit` is not 0.
     unsigned below(unsigned limit) { return static_cast<unsigned>(m_engine() % limit); }
 
 private:
-    unsigned m_seed;
     std::mt19937 m_engine;
 };
 

@@ -1,5 +1,5 @@
-/* What no client may ever load: its constructor makes the file that TARVIK_TEST_MARK names. It answers as a companion
- * does, too. */
+/* What no client may ever load: its constructor makes the file that TARVIK_TEST_MARK names. It answers as a
+ * companion does, too. */
 #include <stdio.h>
 #include <stdlib.h>
 
