@@ -5,7 +5,7 @@ set -euo pipefail
 . "$(dirname "${BASH_SOURCE[0]}")/common.sh"
 
 preset=${1:-release}
-install_missing "${packages[@]}" "${display_packages[@]}"
+install_missing "${packages[@]}" "${display_packages[@]}" strace
 build "$preset"
 cd "$project"
 ctest --preset "$preset" --parallel "$(nproc)"

@@ -32,6 +32,7 @@ ChildProcess AttackTest::start(String const& url) const {
 }
 
 AttackTest::Outcome AttackTest::run(String const& url) {
+    ++m_sessions;
     ChildProcess client = start(url);
     Outcome const outcome{client.wait(), client.output(), client.errors()};
     EXPECT_FALSE(fs::exists(mark())) << "a stranger's code ran";

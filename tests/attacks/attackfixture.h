@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdio>
 #include <set>
 
 namespace quillon::test {
@@ -25,6 +26,7 @@ protected:
     static constexpr std::uintmax_t homeLimit = 17 << 20; // an archive goes; a certificate may have 16 MB
 
     AttackTest();
+    ~AttackTest() override { std::printf("sessions: %u\n", m_sessions); }
 
     /// A session with the headless client.
     struct Outcome {
@@ -59,6 +61,7 @@ private:
     void checkHome() const;
 
     std::unique_ptr<TemporaryDirectory> m_home;
+    unsigned m_sessions = 0;
 };
 
 /// The mark module without a signature that fits it.

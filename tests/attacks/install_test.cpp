@@ -166,6 +166,7 @@ TEST_F(InstallAttack, what_stands_where_a_download_goes_is_never_written_into) {
                 SCOPED_TRACE(std::string(name) + " at " + file);
                 restart();
                 writeFile(String::copyOf(victim), "precious");
+                fs::remove(victim + "-new");
                 std::string const path = directory(kind) + "/" + file;
                 fs::create_directories(fs::path(path).parent_path());
                 place(path);

@@ -1,4 +1,5 @@
-// The client under every call of its interface at once, from several threads: worth most under ThreadSanitizer.
+// The client under every call of its interface at once, from several threads: worth most under
+// ThreadSanitizer.
 #include "attacks/random.h"
 #include "client/clientfixture.h"
 
@@ -17,8 +18,8 @@ protected:
         m_gateway.serve("/hostcheck", json(R"({"success":true,"result":{"continue":true}})"));
     }
 
-    /// What the gateway does in a round: a session that goes on until it is stopped, one that ends at once, one whose
-    /// answer never comes, one whose answer is none.
+    /// What the gateway does in a round: a session that goes on until it is stopped, one that ends at once,
+    /// one whose answer never comes, one whose answer is none.
     void prepare() {
         switch (m_random.below(4)) {
         case 0:

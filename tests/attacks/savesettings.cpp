@@ -1,5 +1,5 @@
-// savesettings FILE PASSWORD: reads the user's settings, changes the password for the proxy, and saves them. What the
-// settings dialog does, for attacks on every system call of it.
+// savesettings FILE PASSWORD: reads the user's settings, changes the password for the proxy, and saves them.
+// What the settings dialog does, for attacks on every system call of it.
 #include "tarvikclient/clientlocalconfiguration.h"
 
 #include <cstdio>
