@@ -128,7 +128,8 @@ TEST_F(SignedDllTest, only_the_signed_manifest_verifies) {
         {with("FU=</sha256>", "FV=</sha256>"), unreadable},
         {with("FU=</sha256>", "FU</sha256>"), unreadable},
         {with("FU=</sha256>", "F U=</sha256>"), unreadable},
-        {with("FU=</sha256>", "</sha256>"), unreadable},
+        {with("<sha256>47DEQpj8HBSa+/TImW+5JCeuQeRkm5NMpJWZG3hSuFU=", "<sha256>47DE"), unreadable},
+        {record + std::string(65536 - record.size() + 1, ' '), unreadable},
         {with("</manifest>", many + "</manifest>"), unreadable},
     };
     for (auto const& [xml, logged] : cases) {
