@@ -1,6 +1,6 @@
-// instanceprobe PATIENCE URL [COUNT [fork]]: a process that claims the place of the running client. The exit code
-// is ten and its role. With a COUNT a first one says "first" and prints as many URLs as they come, for ten
-// seconds at most; with "fork" it has a child that outlives it and starts no program.
+// instanceprobe PATIENCE URL [COUNT [fork]]: a process that claims the place of the running client. The exit
+// code is ten and its role. With a COUNT a first one says "first" and prints as many URLs as they come, for
+// ten seconds at most; with "fork" it has a child that outlives it and starts no program.
 #include "tarvikclient/gui/singleinstance.h"
 
 #include <unistd.h>

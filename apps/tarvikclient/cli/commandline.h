@@ -7,8 +7,8 @@ struct CommandLine {
     enum class Task { session, showPolicy, wrongUsage };
 
     Task task = Task::wrongUsage;
-    char* url = nullptr;       ///< of a session; one of the arguments
-    bool yes = false;          ///< whether the answer is yes where the policy asks about a gateway
+    char* url = nullptr; ///< of a session; one of the arguments
+    bool yes = false;    ///< whether the answer is yes where the policy asks about a gateway
 };
 
 /// Takes the program's arguments apart: "URL", "--yes URL" or "--policy".

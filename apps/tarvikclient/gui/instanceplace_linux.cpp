@@ -131,7 +131,8 @@ bool Place::listen() {
 
 /// By the directory's descriptor: its path may be longer than an address can be.
 sockaddr_un Place::address() const {
-    std::string const path = "/proc/self/fd/" + std::to_string(m_directory.number()) + "/" + m_name + ".socket";
+    std::string const path =
+        "/proc/self/fd/" + std::to_string(m_directory.number()) + "/" + m_name + ".socket";
     sockaddr_un result{};
     result.sun_family = AF_UNIX;
     path.copy(result.sun_path, sizeof result.sun_path - 1);
