@@ -246,7 +246,8 @@ void derive(Pair& to, Pair const& a, Pair const& b, Choices& choices) {
     default: { // no text changes twice, and none is longer than its escapes
         String const shown = visibleText(a.mine);
         require(visibleText(shown) == shown && shown.length() <= 4 * a.mine.length());
-        require(cutText(a.mine, from).length() <= std::min<std::size_t>(a.model.size(), from + 6ul));
+        require(a.mine.length() <= from ? cutText(a.mine, from) == a.mine
+                                        : cutText(a.mine, from).length() <= from + 6ul);
         made = a;
     }
     }
