@@ -161,13 +161,6 @@ TEST_F(SessionTest, nothing_is_asked_of_another_gateway_or_without_the_ticket) {
     EXPECT_FALSE(m_log->contains("SECRET")) << m_log->text();
 }
 
-TEST_F(SessionTest, a_ticket_of_the_greatest_length_is_sent) {
-    std::string const ticket(4096 - std::string("Tarvik-Id").size(), 't');
-    runSession(m_gateway.launchUrl(ticket));
-    ASSERT_EQ(m_gateway.server().requests().size(), 1u);
-    EXPECT_TRUE(m_gateway.server().lastRequest().header("Cookie") == "Tarvik-Id=" + ticket);
-}
-
 TEST_F(SessionTest, a_megabyte_of_launch_url_comes_to_an_end) {
     m_gateway.serve("/mediation", json(R"({"success":false})"));
     String url = m_gateway.launchUrl();
