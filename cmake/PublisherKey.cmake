@@ -5,7 +5,7 @@
 # is generated once in the build tree; its private half signs the sample modules.
 # Sets TARVIK_PUBLIC_KEY_FILE, the first of them, TARVIK_PRIVATE_KEY_FILE where its private half is known, and
 # TARVIK_PUBLIC_KEYS_SOURCE, the keys as C++ initialisers.
-set(TARVIK_PUBLISHER_KEY "" CACHE STRING "The publisher's public keys (PEM, SubjectPublicKeyInfo, RSA 2048)")
+set(TARVIK_PUBLISHER_KEY "" CACHE FILEPATH "The publisher's public keys (PEM, SubjectPublicKeyInfo, RSA 2048)")
 
 if(TARVIK_PUBLISHER_KEY)
   set(public_key_files "${TARVIK_PUBLISHER_KEY}")
