@@ -8,7 +8,7 @@ set -euo pipefail
 
 programs=$(realpath "$1")
 count=${2:-all}
-limit=20 # seconds for one run
+limit=10 # seconds for one run, and again for its end by SIGTERM
 strace -f --seccomp-bpf -qq -o /dev/null -e trace=uname true 2>/dev/null ||
   { echo "skipped: strace is not installed or may not trace here"; exit 77; }
 
@@ -42,16 +42,24 @@ start_gateway() {
   export url authority
 }
 
-# Both run in the directory where all their files are. What they print goes to the file "output".
-run_session() { HOME=$PWD "$@" "$programs/tarvikclient-cli" "$url" >output 2>&1; }
-run_save() { "$@" "$programs/savesettings" "$PWD/.Tarvik/tarvikclient.xml" new-secret >output 2>&1; }
+# Both replace the shell, in the directory where all their files are. What they print goes to the file "output".
+run_session() { HOME=$PWD exec "$@" "$programs/tarvikclient-cli" "$url" >output 2>&1; }
+run_save() { exec "$@" "$programs/savesettings" "$PWD/.Tarvik/tarvikclient.xml" new-secret >output 2>&1; }
 
-# error_of CALL: what it fails with when the machine is at its limits.
+# fault_of CALL: how it fails when the machine is at its limits. brk() tells by the break that it leaves.
+fault_of() {
+  local error
+  case $1 in
+    brk) echo retval=0 && return ;;
+    *) error=$(error_of "$1") && echo "error=$error" ;;
+  esac
+}
+
 error_of() {
   case $1 in
     open | openat | socket* | pipe* | dup* | memfd_create | fcntl) echo EMFILE ;;
     write* | pwrite* | mkdir* | ftruncate | fsync | fdatasync) echo ENOSPC ;;
-    mmap | mprotect | munmap | mremap | brk | madvise) echo ENOMEM ;;
+    mmap | mprotect | munmap | mremap | madvise) echo ENOMEM ;;
     clone*) echo EAGAIN ;;
     connect) echo ECONNREFUSED ;;
     send* | recv* | getpeername | getsockname | getsockopt | setsockopt) echo ECONNRESET ;;
@@ -78,21 +86,21 @@ points() {
     }' "$work/trace.$1" | sort
 }
 
-finding() { echo "FINDING $point: $*"; }
+finding() { echo "FINDING $point: $* $(grep -m 1 INJECTED trace | cut -c -150)"; }
 
 # A password stands in the settings alone.
 check_files() {
   local settings=.Tarvik/tarvikclient.xml others
   cmp -s "$settings" "$work/old.xml" || { [ "$what" = save ] && cmp -s "$settings" "$work/new.xml"; } ||
     finding "the settings are neither the old nor the new ones"
-  others=$(grep -rlE 'old-secret|new-secret' --exclude=tarvikclient.xml . || true)
+  others=$(grep -rlE 'old-secret|new-secret' --exclude=tarvikclient.xml --exclude=trace . || true)
   [ -z "$others" ] || [ "$1" = killed ] || finding "a password is left in" $others
 }
 
+# What cannot go on may end itself, by abort() too; it may not go astray.
 check_end() {
   case $1 in
-    132 | 134 | 135 | 136 | 139) finding "crashed with code $1: $(tail -n 1 output)" ;;
-    137) [ "$way" = kill ] || finding "killed" ;;
+    132 | 135 | 136 | 139) finding "crashed with code $1: $(tail -n 1 output)" ;;
   esac
   [ "$what" != save ] || [ "$1" -ne 0 ] || cmp -s .Tarvik/tarvikclient.xml "$work/new.xml" ||
     finding "success, but the settings are not saved"
@@ -100,7 +108,7 @@ check_end() {
 
 check_next() {
   local code=0
-  "run_$what" timeout -s KILL "$limit" || code=$?
+  ("run_$what" timeout -s KILL "$limit") || code=$?
   [ "$code" -eq 0 ] || finding "the next time ends with code $code: $(tail -n 1 output)"
   if [ "$what" = session ]; then
     [ "$(tail -n 1 output)" = "onStatus 4" ] || finding "the next session says $(tail -n 1 output)"
@@ -110,29 +118,42 @@ check_next() {
   check_files whole
 }
 
+# guard STRACE-PID: a session may stay up, where it is the module that failed, but not longer than it is asked to.
+guard() {
+  local client never
+  exec {never}<> <(:) # nothing ever comes here: reading from it is a sleep that ends with this shell
+  read -r -t "$limit" -u "$never" || true
+  client=$(cat /proc/"$1"/task/"$1"/children) && kill -TERM $client || return 0
+  read -r -t "$limit" -u "$never" || true
+  echo hung >hung
+  kill -KILL $client "$1"
+}
+
 # attack WHAT WAY CALL N
 attack() {
-  local point="$*" what=$1 way=$2 call=$3 n=$4 injected code=0 begin room
-  injected=error=$(error_of "$call")
-  [ "$way" = fail ] || injected=signal=KILL
-  room=$(mktemp -d -p "$work")
-  cd "$room"
+  local point="$*" what=$1 way=$2 call=$3 n=$4 injected code=0 room traced watch
+  injected=("$(fault_of "$call")" --seccomp-bpf)
+  [ "$way" = fail ] || injected=(signal=KILL) # which strace does not send with seccomp
+  room=$(mktemp -d -p "$work") && cd "$room" || return
   mkdir .Tarvik
   cp "$work/old.xml" .Tarvik/tarvikclient.xml
-  begin=$SECONDS
-  "run_$what" timeout -s KILL "$limit" strace -f --seccomp-bpf -q -o trace -e trace="$call" \
-    -e inject="$call:$injected:when=$n" || code=$?
-  [ $((SECONDS - begin)) -lt "$limit" ] || finding "hung"
+  "run_$what" strace -f -q -o trace -e trace="$call" -e inject="$call:${injected[0]}:when=$n" \
+    "${injected[@]:1}" &
+  traced=$!
+  guard "$traced" 2>/dev/null &
+  watch=$!
+  wait "$traced" || code=$?
+  kill "$watch" 2>/dev/null || true
+  [ ! -e hung ] || finding "hung"
   check_end "$code"
   if [ "$way" = kill ]; then check_files killed; else check_files whole; fi
-  if grep -qE 'INJECTED|SIGKILL' trace; then echo reached; fi
-  rm -f trace
+  if grep -qE 'INJECTED|killed by SIGKILL' trace; then echo reached; fi
   check_next
   cd "$work"
   rm -rf "$room"
 }
 
-export -f run_session run_save error_of finding check_files check_end check_next attack
+export -f guard run_session run_save fault_of error_of finding check_files check_end check_next attack
 
 start_gateway
 write_settings "$work/old.xml" old-secret
