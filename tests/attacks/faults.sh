@@ -9,8 +9,9 @@ set -euo pipefail
 programs=$(realpath "$1")
 count=${2:-all}
 limit=10 # seconds for one run, and again for its end by SIGTERM
-strace -f --seccomp-bpf -qq -o /dev/null -e trace=uname true 2>/dev/null ||
-  { echo "skipped: strace is not installed or may not trace here"; exit 77; }
+sleep 5 &
+timeout 1 strace -o /dev/null -p $! 2>/dev/null || [ $? -eq 124 ] ||
+  { echo "skipped: strace is not installed or may not attach here"; exit 77; }
 
 work=$(mktemp -d)
 gateway=
@@ -68,12 +69,51 @@ error_of() {
   esac
 }
 
+# await PID PATTERN: a line of the process's status.
+await() {
+  until grep -qE "$2" "/proc/$1/status" 2>/dev/null; do
+    kill -0 "$1" 2>/dev/null || return 0
+    sleep 0.01
+  done
+}
+
+# guard PID: a session may stay up, where it is the module that failed, but not longer than it is asked to.
+guard() {
+  local never
+  exec {never}<> <(:) # nothing ever comes here: reading from it is a sleep that ends with this shell
+  read -r -t "$limit" -u "$never" || true
+  kill -TERM "$1" || return 0
+  read -r -t "$limit" -u "$never" || true
+  echo hung >hung
+  kill -KILL "$1"
+}
+
+# traced STRACE-ARGUMENT...: runs $what with strace attached before its main(): what the dynamic linker did until then
+# is not tried, and is not counted. Returns the program's exit code.
+traced() {
+  local program tracer watch code=0
+  LD_PRELOAD=$programs/stopped.so "run_$what" &
+  program=$!
+  await "$program" '^State:.*stopped'
+  strace -f -q -o trace "$@" -p "$program" &
+  tracer=$!
+  await "$program" '^TracerPid:.*[1-9]'
+  kill -CONT "$program"
+  guard "$program" 2>/dev/null &
+  watch=$!
+  wait "$program" || code=$?
+  kill "$watch" 2>/dev/null || true
+  wait "$tracer" || true
+  return "$code"
+}
+
 # points WHAT: a line "WHAT WAY CALL N" for each. Synchronisation does not fail, and without a program there is nothing
 # to try.
 points() {
+  local what=$1
   mkdir -p "$work/$1/.Tarvik"
   write_settings "$work/$1/.Tarvik/tarvikclient.xml" old-secret
-  (cd "$work/$1" && "run_$1" strace -f -o "$work/trace.$1")
+  (cd "$work/$1" && traced)
   awk -v what="$1" '
     $2 ~ /^[a-z_0-9]+\(/ { call = substr($2, 1, index($2, "(") - 1); if (++seen[$1, call] > most[call]) ++most[call] }
     END {
@@ -83,7 +123,7 @@ points() {
           print what, "kill", call, n
           if (call != "futex") print what, "fail", call, n
         }
-    }' "$work/trace.$1" | sort
+    }' "$work/$1/trace" | sort
 }
 
 finding() { echo "FINDING $point: $* $(grep -m 1 INJECTED trace | cut -c -150)"; }
@@ -118,32 +158,15 @@ check_next() {
   check_files whole
 }
 
-# guard STRACE-PID: a session may stay up, where it is the module that failed, but not longer than it is asked to.
-guard() {
-  local client never
-  exec {never}<> <(:) # nothing ever comes here: reading from it is a sleep that ends with this shell
-  read -r -t "$limit" -u "$never" || true
-  client=$(cat /proc/"$1"/task/"$1"/children) && kill -TERM $client || return 0
-  read -r -t "$limit" -u "$never" || true
-  echo hung >hung
-  kill -KILL $client "$1"
-}
-
 # attack WHAT WAY CALL N
 attack() {
-  local point="$*" what=$1 way=$2 call=$3 n=$4 injected code=0 room traced watch
-  injected=("$(fault_of "$call")" --seccomp-bpf)
-  [ "$way" = fail ] || injected=(signal=KILL) # which strace does not send with seccomp
+  local point="$*" what=$1 way=$2 call=$3 n=$4 injected code=0 room
+  injected=$(fault_of "$call")
+  [ "$way" = fail ] || injected=signal=KILL
   room=$(mktemp -d -p "$work") && cd "$room" || return
   mkdir .Tarvik
   cp "$work/old.xml" .Tarvik/tarvikclient.xml
-  "run_$what" strace -f -q -o trace -e trace="$call" -e inject="$call:${injected[0]}:when=$n" \
-    "${injected[@]:1}" &
-  traced=$!
-  guard "$traced" 2>/dev/null &
-  watch=$!
-  wait "$traced" || code=$?
-  kill "$watch" 2>/dev/null || true
+  traced -e trace="$call" -e inject="$call:$injected:when=$n" || code=$?
   [ ! -e hung ] || finding "hung"
   check_end "$code"
   if [ "$way" = kill ]; then check_files killed; else check_files whole; fi
@@ -153,7 +176,7 @@ attack() {
   rm -rf "$room"
 }
 
-export -f guard run_session run_save fault_of error_of finding check_files check_end check_next attack
+export -f await guard traced run_session run_save fault_of error_of finding check_files check_end check_next attack
 
 start_gateway
 write_settings "$work/old.xml" old-secret
