@@ -11,6 +11,7 @@
 
 #include <cerrno>
 #include <cstdlib>
+#include <string>
 #include <system_error>
 
 namespace quillon {
