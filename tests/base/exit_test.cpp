@@ -87,6 +87,10 @@ TEST(ProcessExit, isPromptWhateverHappensBefore) {
         {"file that may not grow", "[tag] TRACE main: EFile\n"},
     };
     for (auto const& [mode, said] : cases) {
+        // A sanitizer that a thread is cancelled in loses sight of the locks that the thread takes from then
+        // on.
+        if (SANITIZED && std::string_view(mode) == "all threads killed")
+            continue;
         Ending const ending = runProbe(mode);
         EXPECT_EQ(ending.status, 0) << mode;
         EXPECT_EQ(ending.err, "") << mode;
