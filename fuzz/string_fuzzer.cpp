@@ -31,9 +31,10 @@ public:
         return choice < 0xF8 ? choice : String::npos - (0xFF - choice);
     }
     std::string bytes() {
-        std::string_view const taken = m_left.substr(0, byte() % 100);
-        m_left.remove_prefix(std::min(taken.size(), m_left.size()));
-        return std::string(taken.substr(0, taken.size()));
+        std::size_t const wanted = byte() % 100;
+        std::string const taken(m_left.substr(0, wanted));
+        m_left.remove_prefix(taken.size());
+        return taken;
     }
 
 private:
@@ -61,15 +62,9 @@ bool same(unsigned mine, std::size_t model) {
     return wide(mine) == model;
 }
 
-std::string lowered(std::string text) {
+std::string lowered(std::string text, char first = 'A', int by = 'a' - 'A') {
     for (char& c : text)
-        c = c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c;
-    return text;
-}
-
-std::string uppered(std::string text) {
-    for (char& c : text)
-        c = c >= 'a' && c <= 'z' ? static_cast<char>(c - 32) : c;
+        c = c >= first && c < first + 26 ? static_cast<char>(c + by) : c;
     return text;
 }
 
@@ -176,44 +171,36 @@ void derive(Pair& to, Pair const& a, Pair const& b, Choices& choices) {
         made = {a.mine.right(c, strict), found ? a.model.substr(first + 1) : missing};
         break;
     case 3:
-        made = {a.mine.rleft(c), found ? a.model.substr(0, last) : a.model};
-        break;
     case 4:
-        made = {a.mine.rright(c), found ? a.model.substr(last + 1) : a.model};
+        made = strict ? Pair{a.mine.rleft(c), found ? a.model.substr(0, last) : a.model}
+                      : Pair{a.mine.rright(c), found ? a.model.substr(last + 1) : a.model};
         break;
     case 5:
-        made = {a.mine.upper(), uppered(a.model)};
-        break;
     case 6:
-        made = {a.mine.lower(), lowered(a.model)};
+        made = strict ? Pair{a.mine.upper(), lowered(a.model, 'a', 'A' - 'a')}
+                      : Pair{a.mine.lower(), lowered(a.model)};
         break;
     case 7:
         made = {a.mine.trim(), trimmed(a.model, " \r\n\t\0", 5, true, true)};
         break;
     case 8:
-        made = {a.mine.trim(c), trimmed(a.model, &c, 1, true, true)};
-        break;
     case 9:
-        made = {a.mine.trimLeft(c), trimmed(a.model, &c, 1, true, false)};
-        break;
     case 10:
-        made = {a.mine.trimRight(c), trimmed(a.model, &c, 1, false, true)};
+        made = strict     ? Pair{a.mine.trimLeft(c), trimmed(a.model, &c, 1, true, false)}
+               : from & 1 ? Pair{a.mine.trimRight(c), trimmed(a.model, &c, 1, false, true)}
+                          : Pair{a.mine.trim(c), trimmed(a.model, &c, 1, true, true)};
         break;
     case 11:
         made = {a.mine.replace(c, d), a.model};
         std::replace(made.model.begin(), made.model.end(), c, d);
         break;
     case 12:
-    case 13: {
-        Pair const what{String(c) + d, {c, d}};
-        made = {a.mine.replace(what.mine, b.mine), replacedAll(a.model, what.model, b.model, false)};
+    case 13:
+        made = {a.mine.replace(String(c) + d, b.mine), replacedAll(a.model, {c, d}, b.model, false)};
         break;
-    }
-    case 14: {
-        Pair const what{String(c), {c}};
-        made = {a.mine.replaceNoCase2(what.mine, b.mine), replacedAll(a.model, what.model, b.model, true)};
+    case 14:
+        made = {a.mine.replaceNoCase2(c, b.mine), replacedAll(a.model, {c}, b.model, true)};
         break;
-    }
     case 15: {
         std::size_t const begin = std::min<std::size_t>(from, a.model.size());
         std::size_t const end = std::clamp<std::size_t>(count, begin, a.model.size());
@@ -291,7 +278,7 @@ void ask(Pair const& a, Pair const& b, Choices& choices) {
 } // namespace
 
 int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size) {
-    constexpr std::size_t longest = 1 << 16;
+    constexpr std::size_t longest = 1 << 12;
     Choices choices(data, size);
     std::array<Pair, 4> pairs;
     while (!choices.end()) {
