@@ -64,8 +64,8 @@ String CookieLine::getPair() const {
 // libcurl, as does every path without a "/".
 String CookieLine::getLine(std::uint64_t expiry) const {
     String const path = m_path == "TRUE" || m_path == "FALSE" ? m_path.lower() : m_path;
-    return m_listedDomain + "\t" + m_subdomains + "\t" + path + "\t" + m_secure + "\t" + toString(expiry) +
-           "\t" + m_name + "\t" + m_value;
+    return m_listedDomain + "\t" + m_subdomains + "\t" + path + "\t" + m_secure + "\t" +
+           toString(static_cast<unsigned long>(expiry)) + "\t" + m_name + "\t" + m_value;
 }
 
 bool CookieLine::matches(CookieTarget const& target) const {

@@ -37,7 +37,8 @@ public:
     bool precedes(CookieLine const& other) const;
     /// Whether it is no longer to be sent; `now` in seconds since 1970. A cookie of the session never is.
     bool isExpired(std::uint64_t now) const { return m_expiry != 0 && m_expiry <= now; }
-    /// A line that puts the cookie into a store.
+    /// A line that puts the cookie into a store. It cannot carry an empty path, which becomes "/": the same
+    /// requests get the cookie, but perhaps in another place among others.
     String getLine() const { return getLine(m_expiry); }
     /// A line that removes the cookie from the store it is put into.
     String getExpired() const { return getLine(1); }
