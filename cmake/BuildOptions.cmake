@@ -5,7 +5,7 @@ target_compile_options(tarvik_build_options INTERFACE -Wall -Wextra -Werror
   "-ffile-prefix-map=${PROJECT_SOURCE_DIR}/=")
 target_include_directories(tarvik_build_options INTERFACE
   "${PROJECT_SOURCE_DIR}/libs" "${PROJECT_SOURCE_DIR}/apps" "${PROJECT_SOURCE_DIR}/sdk/include")
-
+include(Hardening)
 
 # Sanitizers reach every target, third-party headers included, so that a container that
 # crosses a library boundary is laid out alike on both sides.
