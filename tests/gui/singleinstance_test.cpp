@@ -125,9 +125,7 @@ TEST_F(RunningInstance, is_handed_the_second_ones_url) {
 
 TEST_F(RunningInstance, is_not_waited_for_without_a_url_nor_handed_one_that_is_too_long) {
     EXPECT_EQ(Claimant("").role(), Role::second); // though the first never looks
-    Claimant tooLong(std::string(SingleInstance::maxUrl + 1, 'u'));
-    EXPECT_EQ(tooLong.role(), Role::unheard);
-    EXPECT_NE(tooLong.output().find("too long"), std::string::npos);
+    EXPECT_EQ(Claimant(std::string(SingleInstance::maxUrl + 1, 'u')).role(), Role::unheard);
     first.receive([](String const&) { ADD_FAILURE() << "a URL"; }, 0ms);
 }
 
@@ -193,7 +191,7 @@ TEST_F(SingleInstanceTest, the_place_is_free_once_the_first_was_killed_though_it
     killed.wait();
     Claimant next("tarvik://x/", 2s);
     EXPECT_EQ(next.role(), Role::first);
-    EXPECT_EQ(next.output(), "");
+    EXPECT_EQ(next.output(), ""); // no word of a stranger
 }
 
 TEST_F(SingleInstanceTest, who_waits_takes_the_place_of_a_process_that_ends) {
@@ -206,11 +204,9 @@ TEST_F(SingleInstanceTest, who_waits_takes_the_place_of_a_process_that_ends) {
     ending = Descriptor();
     lock = Descriptor();
     EXPECT_EQ(second.role(), Role::first);
-    EXPECT_EQ(second.output(), "");
 }
 
 TEST_F(SingleInstanceTest, what_cannot_be_asked_does_not_keep_the_user_from_the_client) {
-    std::string const socketPath = runtime + "/" + name + ".socket";
     std::string const other = m_home.path() + "/other";
     Descriptor lock, squatter;
     struct {
@@ -231,7 +227,8 @@ TEST_F(SingleInstanceTest, what_cannot_be_asked_does_not_keep_the_user_from_the_
              test::writeFile(String::copyOf(lockPath()), "");
              return chown(lockPath().c_str(), 65534, 65534) == 0 || geteuid() != 0;
          }},
-        {"a directory for a socket", [&] { return mkdir(socketPath.c_str(), 0700) == 0; }},
+        {"a directory for a socket",
+         [&] { return mkdir((runtime + "/" + name + ".socket").c_str(), 0700) == 0; }},
         {"a socket of another kind",
          [&] {
              lock = locked();
@@ -239,13 +236,7 @@ TEST_F(SingleInstanceTest, what_cannot_be_asked_does_not_keep_the_user_from_the_
              return bind(squatter.number(), place(), sizeof m_place) == 0 &&
                     listen(squatter.number(), 5) == 0;
          }},
-        {"nobody behind the name",
-         [&] {
-             lock = locked();
-             squatter = bound();
-             return true;
-         },
-         200ms},
+        {"nobody behind the name", [&] { return (lock = locked()) && (squatter = bound()); }, 200ms},
     };
     for (auto const& [what, squat, patience] : cases) {
         SCOPED_TRACE(what);
