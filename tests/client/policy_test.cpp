@@ -4,6 +4,8 @@
 
 #include "tarvikclient/publisherkeys.h"
 
+#include <future>
+
 namespace quillon::test {
 
 namespace {
@@ -136,11 +138,10 @@ TEST_F(PolicyTest, an_open_question_ends_with_the_session) {
         m_consent = &consent;
         m_client.reset();
         makeClient();
-        std::atomic<bool> asked = false;
-        consent.onAsked = [&] { asked = true; };
+        std::promise<void> asked;
+        consent.onAsked = [&] { asked.set_value(); };
         m_client->run(m_gateway.launchUrl());
-        while (!asked)
-            std::this_thread::yield();
+        ASSERT_EQ(asked.get_future().wait_for(std::chrono::seconds(10)), std::future_status::ready);
         EXPECT_FALSE(m_client->join(100)) << what << ": nobody has answered";
         end();
         EXPECT_TRUE(m_client->join(5000)) << what;
