@@ -111,31 +111,30 @@ TEST_F(InstallAttack, what_was_there_stays_after_a_bad_archive) {
 TEST_F(InstallAttack, installed_modules_that_were_replaced) {
     std::string const kept = m_elsewhere.path() + "/module.so";
     for (Kind const kind : {Kind::plugin, Kind::hostchecker}) {
-        std::string const module = installed(kind);
         put(kept, honestModule(kind));
         struct {
             char const* name;
-            std::function<void()> replace;
-            Codes codes;
+            std::function<void(std::string const&)> replace;
         } const cases[] = {
-            {"by a stranger's", [&] { put(module, hostileModule()); }, {0, 1}},
-            {"in its signature", [&] { put(module + ".sig", signatureOf("x")); }, {0, 1}},
-            {"by a directory", [&] { fs::remove(module), fs::create_directory(module); }, {0, 1}},
-            {"by a FIFO", [&] { fs::remove(module), mkfifo(module.c_str(), 0600); }, {0, 1}},
-            {"by an empty file", [&] { put(module, ""); }, {0, 1}},
+            {"by a stranger's", [&](auto& module) { put(module, hostileModule()); }},
+            {"in its signature", [&](auto& module) { put(module + ".sig", signatureOf("x")); }},
+            {"by a directory", [&](auto& module) { fs::remove(module), fs::create_directory(module); }},
+            {"by a FIFO", [&](auto& module) { fs::remove(module), mkfifo(module.c_str(), 0600); }},
+            {"by an empty file", [&](auto& module) { put(module, ""); }},
         };
-        for (auto const& [name, replace, codes] : cases) {
+        for (auto const& [name, replace] : cases) {
             SCOPED_TRACE(std::string(name) + (kind == Kind::plugin ? ", plug-in" : ", host checker"));
             restart();
             expectHonestSession(kind);
-            replace();
+            replace(installed(kind));
             int const code = run().code;
-            EXPECT_TRUE(codes.contains(code)) << code;
+            EXPECT_TRUE(code == 0 || code == 1) << code; // fetched anew, or refused
         }
         // A link to a genuine module could lead to another file by the time it is loaded.
         for (bool const hard : {false, true}) {
             restart();
             expectHonestSession(kind);
+            std::string const module = installed(kind);
             fs::remove(module);
             hard ? fs::create_hard_link(kept, module) : fs::create_symlink(kept, module);
             m_gateway.serve("/modules/module.zip", status(503));
