@@ -86,13 +86,14 @@ protected:
 TEST_F(RacesAttack, start_stop_cancel_restart_and_query) {
     makeClient();
     unsigned const rounds = countFromEnvironment("TARVIK_ROUNDS", 100);
-    for (unsigned i = 0; i < rounds && !HasFatalFailure(); ++i) {
-        SCOPED_TRACE(i);
+    unsigned done = 0;
+    for (; done < rounds && !HasFatalFailure(); ++done) {
+        SCOPED_TRACE(done);
         if (m_random.below(8) == 0)
             makeClient(); // the one before goes, with what it still holds
         round();
     }
-    std::printf("rounds: %u\n", rounds);
+    std::printf("rounds: %u\n", done);
     // After all of it, a session is as it should be.
     m_gateway.serve("/hostcheck", json(R"({"success":true,"result":{}})"));
     m_gateway.serveResult(m_gateway.hostcheckerConfiguration());
