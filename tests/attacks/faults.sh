@@ -107,8 +107,8 @@ traced() {
   return "$code"
 }
 
-# points WHAT: a line "WHAT WAY CALL N" for each. Synchronisation does not fail, and without a program there is nothing
-# to try.
+# points WHAT: a line "WHAT WAY CALL N" for each. What threads are made of does not fail, and without a program there is
+# nothing to try.
 points() {
   local what=$1
   mkdir -p "$work/$1/.Tarvik"
@@ -121,7 +121,7 @@ points() {
         for (n = 1; n <= most[call]; ++n) {
           if (call ~ /^(execve|exit|exit_group|rt_sigreturn)$/) continue
           print what, "kill", call, n
-          if (call != "futex") print what, "fail", call, n
+          if (call !~ /^(futex|rseq|set_robust_list)$/) print what, "fail", call, n
         }
     }' "$work/$1/trace" | sort
 }
