@@ -27,12 +27,22 @@ void logFailure(String const& text) {
     log(ERROR, "DownloadManager", "downloadFileTo", text);
 }
 
-/// Takes away what a download replaces. False for what no download has made.
-bool makeWay(String const& path) {
+/// The kind of what stands at a path, a link for itself; 0 when there is nothing.
+mode_t kindOf(String const& path) {
     struct stat info {};
-    if (lstat(path.str(), &info) != 0)
-        return errno == ENOENT;
-    return (S_ISREG(info.st_mode) || S_ISLNK(info.st_mode)) && unlink(path.str()) == 0;
+    return lstat(path.str(), &info) == 0 ? info.st_mode & S_IFMT : 0;
+}
+
+/// Takes away what a download replaces. False for what it must not: directories, and the system's devices.
+bool makeWay(String const& path) {
+    switch (kindOf(path)) {
+    case S_IFDIR:
+    case S_IFCHR:
+    case S_IFBLK:
+        return false;
+    default:
+        return unlink(path.str()) == 0 || errno == ENOENT;
+    }
 }
 
 /// A file that is empty at the end of a scope unless it is to be kept. Whoever had it open has closed it.
@@ -168,7 +178,8 @@ bool DownloadManager::fill(File& file, String const& url, String const& path) {
 }
 
 bool DownloadManager::isPresent(DownloadConfig const& config, String const& path) {
-    return File::exists(path) && computeFileMd5(path) == config.md5;
+    // A FIFO would be waited for.
+    return kindOf(path) == S_IFREG && File::exists(path) && computeFileMd5(path) == config.md5;
 }
 
 String DownloadManager::downloadFromConfig(DownloadConfig const& config, String const& directory,

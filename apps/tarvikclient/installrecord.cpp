@@ -4,7 +4,6 @@
 #include "base/log.h"
 #include "base/safepath.h"
 #include "base/splitter.h"
-#include "tarvikclient/moduledirectory.h"
 
 #include <unistd.h>
 
@@ -91,9 +90,7 @@ void InstallRecord::save() const {
             text.append(file, '\0');
         text.append('\0');
     }
-    String const fresh = m_directory + "/" + ModuleDirectory::freshName("record");
-    File::writeAllFile(fresh, text);
-    File::move(fresh, m_directory + fileName);
+    File::replaceAllFile(m_directory + fileName, text);
 }
 
 Strings InstallRecord::filesOf(char kind, String const& name) const {

@@ -7,6 +7,7 @@
 #include "tarvikclient/verifiedmodule.h"
 #include "zlib/zip.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <set>
 
@@ -75,6 +76,20 @@ ModuleInstall::~ModuleInstall() {
     } catch (EFile const&) {
         // The next install takes the directory away, the next download the archive.
     }
+}
+
+bool ModuleInstall::isOutdated() const {
+    if (!m_policy.companionsOnlyByManifest())
+        return false;
+    SignedDll record;
+    record.loadFromFile(m_shownPath + SignedDll::fileSuffix);
+    std::set<String> allowed{belowBase(m_place.path), belowBase(m_place.path + SignedDll::fileSuffix)};
+    if (record.manifest) // which is verified when the module is loaded
+        for (ModuleCompanion const& companion : record.manifest->companions)
+            allowed.insert(belowBase(installed(companion.name)));
+    Strings const files = InstallRecord(m_place.base).filesOf(InstallRecord::module, group());
+    return std::any_of(files.begin(), files.end(),
+                       [&](String const& file) { return !allowed.contains(file); });
 }
 
 void ModuleInstall::fetch(DownloadManager& downloads, DownloadManager::DownloadConfig const& archive) {
@@ -174,17 +189,16 @@ bool ModuleInstall::isTaken(String const& name) const {
 }
 
 void ModuleInstall::moveIntoPlace(Moves const& moves) const {
-    String const group = belowBase(File::getFolderName(m_place.path));
     Strings files;
     for (Move const& move : moves)
         files.add(belowBase(move.to));
     LockedBase base(m_place.base);
-    Strings const before = base.record.filesOf(InstallRecord::module, group);
+    Strings const before = base.record.filesOf(InstallRecord::module, group());
     Strings both = files;
     for (String const& file : before)
         both.add(file);
     base.record.makeRoom(files, true);
-    base.record.set(InstallRecord::module, group, both);
+    base.record.set(InstallRecord::module, group(), both);
     base.record.save();
     REMOVE(m_place.path + SignedDll::fileSuffix);
     std::set<String> const wanted(files.begin(), files.end());
@@ -196,8 +210,13 @@ void ModuleInstall::moveIntoPlace(Moves const& moves) const {
         File::ensureDirectory(File::getFolderName(move.to));
         File::move(move.from, move.to);
     }
-    base.record.set(InstallRecord::module, group, files);
+    base.record.set(InstallRecord::module, group(), files);
     base.record.save();
+}
+
+/// The name under which the record knows what belongs to the module.
+String ModuleInstall::group() const {
+    return belowBase(File::getFolderName(m_place.path));
 }
 
 String ModuleInstall::installed(String const& name) const {

@@ -34,6 +34,8 @@ public:
     ModuleInstall(ModuleInstall const&) = delete;
     ModuleInstall& operator=(ModuleInstall const&) = delete;
 
+    /// Whether an earlier install has put files beside the module that the policy does not allow any more.
+    bool isOutdated() const;
     /// Fetches the archive, unless it is there with its MD5, and unpacks it; its name is safe. A failure is
     /// logged, and nothing is unpacked or not all. Throws EFile, after a log line, when the directory cannot
     /// be used.
@@ -60,6 +62,7 @@ private:
     bool isTaken(String const& name) const;
     void moveIntoPlace(Moves const& moves) const;
     String unpacked(String const& name) const { return m_fresh + "/content/" + name; }
+    String group() const;
     String installed(String const& name) const;
     String belowBase(String const& path) const;
 

@@ -22,7 +22,8 @@ String PluginDllInstaller::getDllSigPath(Dll const& dll, String const& directory
 void PluginDllInstaller::downloadDll(Dll const& dll, String const& directory, bool force) {
     String const modulePath = getDllPath(dll, directory);
     String const sigPath = getDllSigPath(dll, directory);
-    if (!force && File::exists(modulePath) && File::exists(sigPath)) {
+    ModuleInstall install({ModuleManifest::plugin, directory, dll.pattern, modulePath}, m_client.policy());
+    if (!force && File::exists(modulePath) && File::exists(sigPath) && !install.isOutdated()) {
         log(TRACE, "TarvikClient", "downloadWindowsDll",
             modulePath + " and " + sigPath + " are already present.");
         return;
@@ -32,7 +33,6 @@ void PluginDllInstaller::downloadDll(Dll const& dll, String const& directory, bo
         if (!staysInDirectory(name, "TarvikClientPluginDll", "downloadDll"))
             return;
     log(TRACE, "TarvikClient", "downloadWindowsDll", "Downloading dll.");
-    ModuleInstall install({ModuleManifest::plugin, directory, dll.pattern, modulePath}, m_client.policy());
     install.fetch(m_downloads, dll);
     if (String const missing = install.missing(); !missing.empty()) {
         log(ERROR, "TarvikClient", "downloadWindowsDll",

@@ -1,6 +1,6 @@
 #include "base/logstream.h"
 
-#include "base/descriptor.h"
+#include "base/ownfile.h"
 
 #include <fcntl.h>
 #include <poll.h>
@@ -23,12 +23,6 @@ bool isPlainFile(int descriptor) {
     return fstat(descriptor, &info) == 0 && S_ISREG(info.st_mode);
 }
 
-bool isOwnFile(int descriptor) {
-    struct stat info {};
-    return fstat(descriptor, &info) == 0 && S_ISREG(info.st_mode) && info.st_uid == geteuid() &&
-           info.st_nlink == 1;
-}
-
 String lastError() {
     return String::copyOf(std::generic_category().message(errno));
 }
@@ -47,14 +41,10 @@ std::shared_ptr<LogStream> LogStream::open(String const& path, String& reason) {
         reason = "the name is none";
         return nullptr;
     }
-    Descriptor descriptor(
-        ::open(path.str(), O_WRONLY | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC, ownerOnly));
+    Descriptor descriptor = openOwnFile(AT_FDCWD, path.str(), O_WRONLY | O_CREAT, ownerOnly);
     if (!descriptor) {
-        reason = lastError();
-        return nullptr;
-    }
-    if (!isOwnFile(descriptor.number())) {
-        reason = "it is not a plain file of this user's own with one name";
+        reason =
+            errno == EPERM ? String("it is not a plain file of this user's own with one name") : lastError();
         return nullptr;
     }
     // Cut only now that it is known to be no one else's.

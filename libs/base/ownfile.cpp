@@ -9,7 +9,7 @@ namespace quillon {
 
 Descriptor openOwnFile(int directory, char const* name, int flags, unsigned mode) {
     // A FIFO would be waited for, and what a link leads to is not this user's choice.
-    Descriptor file(::openat(directory, name, flags | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, mode));
+    Descriptor file(::openat(directory, name, flags | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC, mode));
     struct stat info {};
     if (!file || fstat(file.number(), &info) != 0)
         return Descriptor();

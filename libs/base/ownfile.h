@@ -7,7 +7,7 @@ namespace quillon {
 
 /// Opens `name`, relative to `directory` (a descriptor, or AT_FDCWD), with open()'s `flags` and, where they
 /// create it, `mode`; never waits and follows no link in the last component. None, with errno set, unless it
-/// is a plain file of the process's user with this one name. Any thread.
+/// is (EPERM) a plain file of the process's user with this one name. Any thread.
 Descriptor openOwnFile(int directory, char const* name, int flags, unsigned mode = 0);
 
 } // namespace quillon

@@ -4,6 +4,7 @@
 
 #include "tarvikclient/publisherkeys.h"
 
+#include <filesystem>
 #include <future>
 
 namespace quillon::test {
@@ -54,6 +55,22 @@ protected:
 
 Lines const fatal{"onFatalError "};
 Lines const session{"onDispatch 4", "onStatus 4"};
+
+TEST_F(PolicyTest, without_a_manifest_no_companion_is_installed_nor_stays) {
+    std::string const content = readFile(testModule("test_plugin"));
+    m_gateway.serve(
+        "/modules/module.zip",
+        zipOf({{"module.so", content}, {"module.so.sig", signatureOf(content)}, {"companion.so", "x"}}));
+    std::string const companion = pluginDirectory() + "/companion.so";
+    EXPECT_EQ(runSession().back(), "onStatus 4");
+    EXPECT_TRUE(std::filesystem::exists(companion));
+    m_policy.write(gatewaysWithThis("refuse") + "<companions>manifest</companions>");
+    for (bool const present : {true, false}) {
+        EXPECT_EQ(runSession().back(), "onStatus 4") << present;
+        EXPECT_FALSE(std::filesystem::exists(companion)) << present;
+        std::filesystem::remove(pluginDirectory() + "/plugindll.so");
+    }
+}
 
 TEST_F(PolicyTest, decides_before_the_first_request) {
     std::string const authority = m_gateway.server().authority();

@@ -1,5 +1,6 @@
 #include "tarvikclient/gui/mainframe.h"
 
+#include "base/descriptor.h"
 #include "client/fakegateway.h"
 #include "gui/traymanager.h"
 #include "gui/windowtest.h"
@@ -15,6 +16,8 @@
 #include <wx/weakref.h>
 
 #include <fcntl.h>
+#include <sys/file.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -122,25 +125,21 @@ TEST_F(MainFrame, a_session_that_hangs_in_its_first_request_ends_soon_however_th
     EXPECT_EQ(dialogs.otherDialogs, 0);
 }
 
-// A named pipe where the module's archive belongs keeps the session in a call that nothing cuts off, until
-// the other end is opened.
+// Another process that installs keeps the session in a call that nothing cuts off.
 TEST_F(MainFrame, a_session_that_cannot_be_ended_is_left_behind_unharmed) {
     gateway.serveResult(gateway.pluginConfiguration());
-    std::string const pipe = data + "/Plugin/module.zip";
-    std::filesystem::create_directory(data + "/Plugin");
-    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+    ASSERT_EQ(mkdir((data + "/Plugin").c_str(), 0700), 0);
+    Descriptor held(open((data + "/Plugin").c_str(), O_RDONLY));
+    ASSERT_EQ(flock(held.number(), LOCK_EX), 0);
     test::LogCapture const log;
     start();
     EXPECT_TRUE(eventually([&] { return log.contains("downloadWindowsDll Downloading dll."); }));
-    EXPECT_FALSE(goes(0.5)) << "the session does not hang in the pipe";
+    EXPECT_FALSE(goes(0.5)) << "the session does not wait for the lock";
     frame->Close(true);
     EXPECT_TRUE(goes());
     EXPECT_TRUE(log.contains("is left behind"));
 
-    std::filesystem::rename(pipe, pipe + ".read"); // so that a file can be written in its place
-    int const end = open((pipe + ".read").c_str(), O_WRONLY | O_NONBLOCK);
-    EXPECT_GE(end, 0) << "nobody waits at the pipe";
-    close(end);
+    held = Descriptor();
     EXPECT_TRUE(Thread::waitAllThread(10000));
 }
 
@@ -229,12 +228,15 @@ TEST_F(MainFrame, stop_ends_a_message_box_too) {
 TEST_F(MainFrame, only_confirmed_settings_are_saved_and_a_failure_is_told_and_keeps_the_file) {
     editAndPress(wxID_CANCEL);
     EXPECT_EQ(test::readFile(settings), oldSettings);
-    std::filesystem::create_directory(data + "/tarvikclient.xml.new"); // in the way
+    rlimit const nothing{0, RLIM_INFINITY};
+    rlimit before{};
+    getrlimit(RLIMIT_FSIZE, &before);
+    setrlimit(RLIMIT_FSIZE, &nothing);
     editAndPress(wxID_OK);
+    setrlimit(RLIMIT_FSIZE, &before);
     ASSERT_EQ(dialogs.texts.size(), 1u);
     EXPECT_TRUE(dialogs.texts[0].StartsWith("SETTINGS_NOT_SAVED ")) << dialogs.texts[0];
     EXPECT_EQ(test::readFile(settings), oldSettings);
-    std::filesystem::remove(data + "/tarvikclient.xml.new");
     editAndPress(wxID_OK);
     EXPECT_NE(test::readFile(settings).find("<login>edited</login>"), std::string::npos);
 }

@@ -3,6 +3,7 @@
 #include "base/exception.h"
 #include "base/file.h"
 #include "base/log.h"
+#include "base/ownfile.h"
 #include "openssl/md5_wrapper.h"
 
 #include <fcntl.h>
@@ -67,8 +68,7 @@ Descriptor dataDirectory(String const& path) {
 }
 
 Descriptor openLock(Descriptor const& directory, std::string const& name) {
-    int const flags = O_RDWR | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
-    return ifOwn(Descriptor(openat(directory.number(), name.c_str(), flags, fileMode)), S_IFREG);
+    return openOwnFile(directory.number(), name.c_str(), O_RDWR | O_CREAT, fileMode);
 }
 
 /// The kind of lock that belongs to the process: one that belongs to the open file would live on in a child
@@ -125,8 +125,8 @@ bool Place::listen() {
     if (!m_listener ||
         bind(m_listener.number(), reinterpret_cast<sockaddr const*>(&where), sizeof where) != 0)
         return false;
-    fchmodat(m_directory.number(), name.c_str(), fileMode, 0);
-    return ::listen(m_listener.number(), SOMAXCONN) == 0;
+    return fchmodat(m_directory.number(), name.c_str(), fileMode, 0) == 0 &&
+           ::listen(m_listener.number(), SOMAXCONN) == 0;
 }
 
 /// By the directory's descriptor: its path may be longer than an address can be.
