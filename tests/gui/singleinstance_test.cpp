@@ -272,12 +272,12 @@ TEST_F(SingleInstanceTest, strangers_are_told_nothing_and_turned_away) {
     constexpr uid_t stranger = 65534;
     if (seteuid(stranger) != 0)
         GTEST_SKIP() << "only the administrator can act as two users";
-    seteuid(0);
+    ASSERT_EQ(seteuid(0), 0);
     Descriptor lock = locked();
     Descriptor owner = bound();
     ASSERT_EQ(seteuid(stranger), 0); // who listens is who is asked
     EXPECT_EQ(listen(owner.number(), 5), 0);
-    seteuid(0);
+    ASSERT_EQ(seteuid(0), 0);
     Claimant claimant("tarvik://ticket@gateway/");
     EXPECT_EQ(claimant.role(), Role::first);
     EXPECT_NE(claimant.output().find("stranger"), std::string::npos);
@@ -294,7 +294,7 @@ TEST_F(SingleInstanceTest, strangers_are_told_nothing_and_turned_away) {
     std::filesystem::permissions(runtime + "/" + name + ".socket", std::filesystem::perms::all);
     ASSERT_EQ(seteuid(stranger), 0);
     Descriptor const peer = connected();
-    seteuid(0);
+    ASSERT_EQ(seteuid(0), 0);
     std::string_view const packet = "tarvikclient URL 1\ntarvik://evil/";
     EXPECT_EQ(send(peer.number(), packet.data(), packet.size(), 0), ssize_t(packet.size()));
     for (int rounds = 0; rounds < 50 && !log.contains("turned away"); ++rounds)
