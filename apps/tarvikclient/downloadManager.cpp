@@ -45,14 +45,13 @@ bool makeWay(String const& path) {
     }
 }
 
-/// A file that is empty at the end of a scope unless it is to be kept. Whoever had it open has closed it.
+/// Leaves a file empty at the end of a scope unless it is to be kept.
 class Emptied {
 public:
-    explicit Emptied(String const& path) : m_path(path) {}
+    explicit Emptied(File& file) : m_file(file) {}
     ~Emptied() {
-        if (m_kept || truncate(m_path.str(), 0) == 0)
-            return;
-        logFailure("Cannot empty file \"" + m_path + "\"");
+        if (!m_kept)
+            m_file.closeEmpty();
     }
     Emptied(Emptied const&) = delete;
     Emptied& operator=(Emptied const&) = delete;
@@ -60,7 +59,7 @@ public:
     void keep() { m_kept = true; }
 
 private:
-    String const m_path;
+    File& m_file;
     bool m_kept = false;
 };
 
@@ -160,21 +159,20 @@ bool DownloadManager::transfer(String const& url, String const& path, unsigned l
         return false;
     }
     file.limitSize(limit);
-    if (fill(file, fullUrl, path))
+    if (fill(file, fullUrl))
         return true;
     logFailure("Error while downloding '" + path + "' from '" + http::loggableUri(fullUrl) + "'");
     return false;
 }
 
-bool DownloadManager::fill(File& file, String const& url, String const& path) {
-    Emptied guard(path);
+bool DownloadManager::fill(File& file, String const& url) {
+    Emptied guard(file);
     RequestInfo information;
-    bool const transferred = m_session.request(url, file, information);
-    bool const stored = file.close();
-    if (!transferred || !stored || information.getResponseHeader().getResponseCode() != statusOk)
+    if (!m_session.request(url, file, information) ||
+        information.getResponseHeader().getResponseCode() != statusOk || !file.flush())
         return false;
     guard.keep();
-    return true;
+    return file.close();
 }
 
 bool DownloadManager::isPresent(DownloadConfig const& config, String const& path) {

@@ -65,7 +65,7 @@ public:
 private:
     String urlOf(String const& url) const;
     bool transfer(String const& url, String const& path, unsigned long limit);
-    bool fill(File& file, String const& url, String const& path);
+    bool fill(File& file, String const& url);
 
     TarvikClientCurlSession m_session;
     mutable Mutex m_serverMutex;

@@ -73,7 +73,7 @@ void TarvikClientHostchecker::downloadDll() {
         m_client.policy());
     install.fetch(m_downloads, dll);
     // Without a module in the archive the one that was there is used.
-    if (install.missing().empty())
+    if (!install.missing())
         install.commit();
 }
 

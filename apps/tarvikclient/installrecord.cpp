@@ -8,6 +8,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <set>
 
 namespace quillon {
@@ -127,10 +128,10 @@ void InstallRecord::prune(char kind) {
     }
 }
 
-bool InstallRecord::isOfModule(String const& path) const {
+bool InstallRecord::isOfModule(String const& path, String const* but) const {
     InTheWay const inTheWay({path});
     for (Group const& group : m_groups)
-        if (group.name.starts(module))
+        if (group.name.starts(module) && !(but && group.name.range(1) == *but))
             for (String const& file : group.files)
                 if (file == path || inTheWay(file))
                     return true;
@@ -150,7 +151,8 @@ void InstallRecord::makeRoom(Strings const& paths, bool modulesToo) {
 }
 
 void InstallRecord::remove(String const& path) const {
-    if (!isSafeRelativePath(path) || unlink((m_directory + "/" + path).toString().str()) != 0)
+    if (!isSafeRelativePath(path) ||
+        (unlink((m_directory + "/" + path).toString().str()) != 0 && errno != ENOENT))
         return;
     for (String parent = File::getFolderName(path); !parent.empty(); parent = File::getFolderName(parent))
         if (rmdir((m_directory + "/" + parent).toString().str()) != 0)

@@ -27,8 +27,9 @@ public:
     /// From now on the group is the newest one and has these files, paths below the directory. The oldest
     /// groups of the kind beyond its bound are removed from the list and the disk.
     void set(char kind, String const& name, Strings const& files);
-    /// Whether `path` is a module's file, or cannot be a file because of one.
-    bool isOfModule(String const& path) const;
+    /// Whether `path` is a module's file, or cannot be a file because of one; modules of the group `but` do
+    /// not count.
+    bool isOfModule(String const& path, String const* but = nullptr) const;
     /// Removes recorded files, those of modules only with `modulesToo`, that keep one of `paths`, below the
     /// directory, from being a file: those below it and those that stand where its directories go; then the
     /// directories that are empty by that.

@@ -7,6 +7,9 @@
 #include "tarvikclient/verifiedmodule.h"
 #include "zlib/zip.h"
 
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <algorithm>
 #include <filesystem>
 #include <set>
@@ -17,6 +20,8 @@ namespace {
 
 constexpr char freshPurpose[] = "install";
 constexpr unsigned long maxCertificateSize = 16UL * 1024 * 1024;
+/// The sum of the lengths of all paths of one module; the record of all of them stays readable.
+constexpr unsigned long maxNames = 1024UL * 1024;
 
 [[noreturn]] void fail(char const* method, String const& reason, int line) {
     log(ERROR, "ModuleInstall", method, reason);
@@ -27,6 +32,20 @@ constexpr unsigned long maxCertificateSize = 16UL * 1024 * 1024;
 String normalised(String const& path) {
     std::filesystem::path const native(path.replace('\\', '/').view());
     return String::copyOf(native.lexically_normal().native());
+}
+
+/// Whether a name of a download can be a file's; logs one that is a directory's.
+bool isFileName(String const& name) {
+    String const last = File::getFileName(name);
+    if (!last.empty() && last != ".")
+        return true;
+    log(ERROR, "DownloadManager", "downloadFromConfig", "Name is no file's: '" + name + "'");
+    return false;
+}
+
+/// Whether two paths cannot be files both.
+bool collide(String const& one, String const& other) {
+    return one == other || one.starts(other + "/") || other.starts(one + "/");
 }
 
 /// The directory of all modules of a kind, which one process at a time changes, and its record.
@@ -68,13 +87,12 @@ ModuleInstall::ModuleInstall(ModulePlace const& place, Policy const& policy)
       m_policy(policy) {}
 
 ModuleInstall::~ModuleInstall() {
+    removeFetched();
     try {
-        if (!m_fetched.empty() && File::exists(m_fetched))
-            File::remove(m_fetched);
         if (!m_fresh.empty())
             File::eraseDirectory(m_fresh);
     } catch (EFile const&) {
-        // The next install takes the directory away, the next download the archive.
+        // The next install takes it away.
     }
 }
 
@@ -93,20 +111,45 @@ bool ModuleInstall::isOutdated() const {
 }
 
 void ModuleInstall::fetch(DownloadManager& downloads, DownloadManager::DownloadConfig const& archive) {
+    if (!isFileName(archive.filename))
+        return;
     String path = prepare(normalised(archive.filename));
     if (path.empty()) {
         path = m_fresh + "/archive";
         if (!downloads.downloadFileTo(archive.urlpath + archive.filename, path))
             return;
     } else if (!DownloadManager::isPresent(archive, path)) {
-        m_fetched = path = downloads.downloadFromConfig(archive, m_place.base);
+        path = downloads.downloadFromConfig(archive, m_place.base);
+        rememberFetched(path);
     }
-    if (!path.empty())
-        zlib::Zip::unzip(path, unpacked(""));
+    m_unpacked = !path.empty() && zlib::Zip::unzip(path, unpacked(""));
 }
 
-/// Where the archive is, or is to go; empty where an installed module is, which what has not been verified
-/// must not cost anybody.
+void ModuleInstall::rememberFetched(String const& path) {
+    struct stat info {};
+    if (path.empty() || lstat(path.str(), &info) != 0)
+        return;
+    m_fetched = path;
+    m_fetchedFile = {info.st_dev, info.st_ino};
+}
+
+/// What another session has fetched there meanwhile stays.
+void ModuleInstall::removeFetched() const {
+    struct stat info {};
+    if (!m_fetched.empty() && lstat(m_fetched.str(), &info) == 0 &&
+        std::pair(info.st_dev, info.st_ino) == m_fetchedFile)
+        InstallRecord(m_place.base).remove(belowBase(normalised(m_fetched)));
+}
+
+/// Whether an archive of that name would be where a module is, this one will be or the certificates are: what
+/// has not been verified must not cost anybody those, nor be taken for them.
+bool ModuleInstall::isDisputed(InstallRecord const& record, String const& archiveName) const {
+    String const module = belowBase(m_place.path);
+    return record.isOfModule(archiveName) || collide(archiveName, module) ||
+           collide(archiveName, module + SignedDll::fileSuffix) || collide(archiveName, certificatesName);
+}
+
+/// Where the archive is, or is to go; empty where its name is disputed.
 String ModuleInstall::prepare(String const& archiveName) {
     LockedBase base(m_place.base);
     removeLeftovers(base.directory);
@@ -114,10 +157,9 @@ String ModuleInstall::prepare(String const& archiveName) {
     File::createDirectory(m_fresh);
     m_inUse = std::make_unique<ModuleDirectory>(m_fresh);
     m_inUse->lock();
-    if (base.record.isOfModule(archiveName))
+    if (isDisputed(base.record, archiveName))
         return String();
-    if (!archiveName.empty())
-        expect(base.record, InstallRecord::archive, archiveName);
+    expect(base.record, InstallRecord::archive, archiveName);
     return m_place.base + "/" + archiveName;
 }
 
@@ -134,16 +176,19 @@ void ModuleInstall::removeLeftovers(ModuleDirectory const& base) const {
     }
 }
 
-String ModuleInstall::missing() const {
+std::optional<String> ModuleInstall::missing() const {
+    if (!m_unpacked || m_place.pattern.empty())
+        return m_place.pattern;
     for (String const& name : {m_place.pattern, String(m_place.pattern + SignedDll::fileSuffix)})
         if (!File::exists(unpacked(name)))
             return name;
-    return String();
+    return std::nullopt;
 }
 
 void ModuleInstall::commit() {
     verify();
-    moveIntoPlace(moves());
+    LockedBase base(m_place.base);
+    moveIntoPlace(moves(base.record), base.record);
     m_fetched.clear();
 }
 
@@ -156,11 +201,11 @@ void ModuleInstall::verify() {
     verifyManifest(directory, m_record, m_place.kind, m_shownPath);
 }
 
-ModuleInstall::Moves ModuleInstall::moves() const {
+ModuleInstall::Moves ModuleInstall::moves(InstallRecord const& record) const {
     Moves moves;
     String const staged = unpacked(m_place.pattern);
     if (!m_record.manifest && !m_policy.companionsOnlyByManifest())
-        addUnlisted(moves);
+        addUnlisted(moves, record);
     if (m_record.manifest)
         for (ModuleCompanion const& companion : m_record.manifest->companions)
             moves.push_back({File::getFolderName(staged) + "/" + companion.name, installed(companion.name)});
@@ -169,13 +214,15 @@ ModuleInstall::Moves ModuleInstall::moves() const {
     return moves;
 }
 
-/// All that the archive brings: what of it belongs to the module nobody has said.
-void ModuleInstall::addUnlisted(Moves& moves) const {
+/// All that the archive brings: what of it belongs to the module nobody has said, and so it may not take the
+/// place of what belongs to another one.
+void ModuleInstall::addUnlisted(Moves& moves, InstallRecord const& record) const {
+    String const own = group();
     List<String> names;
     File::getRecursiveFilesList(unpacked(""), names);
     for (String const& name : names) {
         bool const isModule = name == m_place.pattern || name == m_place.pattern + SignedDll::fileSuffix;
-        if (!isModule && !isTaken(name))
+        if (!isModule && !isTaken(name) && !record.isOfModule(belowBase(installed(name)), &own))
             moves.push_back({unpacked(name), installed(name)});
     }
 }
@@ -188,30 +235,35 @@ bool ModuleInstall::isTaken(String const& name) const {
            ModuleDirectory::isReserved(name);
 }
 
-void ModuleInstall::moveIntoPlace(Moves const& moves) const {
+void ModuleInstall::moveIntoPlace(Moves const& moves, InstallRecord& record) const {
     Strings files;
-    for (Move const& move : moves)
+    unsigned long length = 0;
+    for (Move const& move : moves) {
         files.add(belowBase(move.to));
-    LockedBase base(m_place.base);
-    Strings const before = base.record.filesOf(InstallRecord::module, group());
+        length += move.to.length();
+    }
+    if (length > maxNames)
+        fail("moveIntoPlace", "the names in the archive are too long", __LINE__);
+    Strings const before = record.filesOf(InstallRecord::module, group());
     Strings both = files;
     for (String const& file : before)
         both.add(file);
-    base.record.makeRoom(files, true);
-    base.record.set(InstallRecord::module, group(), both);
-    base.record.save();
+    record.makeRoom(files, true);
+    record.set(InstallRecord::module, group(), both);
+    record.save();
     REMOVE(m_place.path + SignedDll::fileSuffix);
     std::set<String> const wanted(files.begin(), files.end());
     for (String const& file : before)
         if (!wanted.contains(file))
-            base.record.remove(file);
+            record.remove(file);
     for (Move const& move : moves) {
         sync(move.from);
         File::ensureDirectory(File::getFolderName(move.to));
+        rmdir(move.to.str()); // one that is empty
         File::move(move.from, move.to);
     }
-    base.record.set(InstallRecord::module, group(), files);
-    base.record.save();
+    record.set(InstallRecord::module, group(), files);
+    record.save();
 }
 
 /// The name under which the record knows what belongs to the module.
@@ -230,13 +282,12 @@ String ModuleInstall::belowBase(String const& path) const {
 void fetchCertificate(DownloadManager& downloads, DownloadManager::DownloadConfig const& certificate,
                       String const& base, String const& directory) {
     String const path = directory + "/" + certificate.filename;
-    if (!staysInDirectory(certificate.filename, "DownloadManager", "downloadFromConfig"))
+    if (!staysInDirectory(certificate.filename, "DownloadManager", "downloadFromConfig") ||
+        !isFileName(certificate.filename))
         return;
     try {
         LockedBase locked(base);
-        String const name = normalised(path.range(base.length() + 1));
-        if (!certificate.filename.empty())
-            expect(locked.record, InstallRecord::certificate, name);
+        expect(locked.record, InstallRecord::certificate, normalised(path.range(base.length() + 1)));
     } catch (EFile const&) {
         return; // the module reports what it misses
     }

@@ -4,11 +4,16 @@
 #include "tarvikclient/downloadManager.h"
 #include "tarvikclient/signeddll.h"
 
+#include <sys/types.h>
+
 #include <memory>
+#include <optional>
+#include <utility>
 #include <vector>
 
 namespace quillon {
 
+class InstallRecord;
 class ModuleDirectory;
 class Policy;
 
@@ -40,9 +45,9 @@ public:
     /// logged, and nothing is unpacked or not all. Throws EFile, after a log line, when the directory cannot
     /// be used.
     void fetch(DownloadManager& downloads, DownloadManager::DownloadConfig const& archive);
-    /// Which of the module and its signature file the archive lacks, by its name there; empty when both are
-    /// unpacked.
-    String missing() const;
+    /// Which of the module and its signature file the archive lacks, by its name there; none when all that it
+    /// holds is unpacked, and both are among that.
+    std::optional<String> missing() const;
     /// Checks the module and moves it, its signature file and its companions into place. Throws EBadSignature
     /// when it does not verify and EFile when it is missing or cannot be moved, after log lines.
     void commit();
@@ -55,12 +60,15 @@ private:
     using Moves = std::vector<Move>;
 
     String prepare(String const& archiveName);
+    bool isDisputed(InstallRecord const& record, String const& archiveName) const;
+    void rememberFetched(String const& path);
+    void removeFetched() const;
     void removeLeftovers(ModuleDirectory const& base) const;
     void verify();
-    Moves moves() const;
-    void addUnlisted(Moves& moves) const;
+    Moves moves(InstallRecord const& record) const;
+    void addUnlisted(Moves& moves, InstallRecord const& record) const;
     bool isTaken(String const& name) const;
-    void moveIntoPlace(Moves const& moves) const;
+    void moveIntoPlace(Moves const& moves, InstallRecord& record) const;
     String unpacked(String const& name) const { return m_fresh + "/content/" + name; }
     String group() const;
     String installed(String const& name) const;
@@ -72,6 +80,8 @@ private:
     String m_fresh;                           // the directory; empty until it is made
     std::unique_ptr<ModuleDirectory> m_inUse; // the same, locked
     String m_fetched;                         // an archive to take away again; empty when there is none
+    std::pair<dev_t, ino_t> m_fetchedFile{};  // as it was fetched
+    bool m_unpacked = false;
     SignedDll m_record;
 };
 

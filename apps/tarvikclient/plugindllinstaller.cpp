@@ -34,9 +34,9 @@ void PluginDllInstaller::downloadDll(Dll const& dll, String const& directory, bo
             return;
     log(TRACE, "TarvikClient", "downloadWindowsDll", "Downloading dll.");
     install.fetch(m_downloads, dll);
-    if (String const missing = install.missing(); !missing.empty()) {
+    if (auto const missing = install.missing()) {
         log(ERROR, "TarvikClient", "downloadWindowsDll",
-            "missing " + directory + "/" + missing + " in archive");
+            "missing " + directory + "/" + *missing + " in archive");
         throw EFile("EFile", "apps/tarvikclient/plugindllinstaller.cpp", __LINE__);
     }
     install.commit();
@@ -54,8 +54,14 @@ void PluginDllInstaller::downloadWindowsDlls() {
 void PluginDllInstaller::loadDll() {
     String const path = getDllPath(m_dlls.mac, getPluginDir());
     log(TRACE, "TarvikClient", "loadDll", "Load macosx module");
-    m_module = std::make_unique<PluginDllInstance>(m_client.verifyModule(path, ModuleManifest::plugin),
-                                                   m_dlls.mac.version, getPluginDir());
+    auto module = m_client.verifyModule(path, ModuleManifest::plugin);
+    try {
+        m_module = std::make_unique<PluginDllInstance>(std::move(module), m_dlls.mac.version, getPluginDir());
+    } catch (Exception const&) {
+        // The publisher's, but no plug-in: the next session is to fetch another one.
+        REMOVE(path + SignedDll::fileSuffix);
+        throw;
+    }
 }
 
 } // namespace quillon

@@ -11,6 +11,7 @@
 #include <fcntl.h>
 
 #include <cerrno>
+#include <optional>
 
 namespace quillon {
 
@@ -49,8 +50,9 @@ ssize_t readPiece(Descriptor const& file, Memory& piece) {
     return count;
 }
 
-/// SHA-256, in Base64, of the bytes that were read and, where there is a copy, written; empty on failure.
-String hashWhileCopying(Descriptor const& module, Descriptor const& copy) {
+/// SHA-256, in Base64, of the bytes that were read and, where there is a copy, written. None, which is like
+/// no hash that a record could hold, when not all of them were.
+std::optional<String> hashWhileCopying(Descriptor const& module, Descriptor const& copy) {
     tls::EVPDigest digest("sha256");
     Memory piece;
     unsigned long total = 0;
@@ -60,11 +62,13 @@ String hashWhileCopying(Descriptor const& module, Descriptor const& copy) {
         if (total > maxModuleSize || (copy && !writeAll(copy, piece.array(), piece.size()))) {
             log(ERROR, "VerifiedModule", "hashWhileCopying",
                 "the module is too large, or its copy for the disk");
-            return String();
+            return std::nullopt;
         }
         digest.update(piece);
     }
-    return count == 0 ? Base64::encode(digest.final()) : String();
+    if (count < 0)
+        return std::nullopt;
+    return Base64::encode(digest.final());
 }
 
 } // namespace
@@ -84,8 +88,9 @@ void verifyModule(ModuleDirectory const& directory, String const& name, SignedDl
                   String const& path, Policy const& policy, Descriptor const& copy) {
     PublisherKeys keys(policy);
     Descriptor const module = directory.open(name);
-    String const hash = module ? hashWhileCopying(module, copy) : String();
-    if (!record.verifyHash(keys, hash) || !policy.acceptsModule(record))
+    auto const hash = module ? hashWhileCopying(module, copy) : std::nullopt;
+    // A name that is empty is that of the directory.
+    if (!hash || !record.verifyHash(keys, *hash) || !policy.acceptsModule(record))
         failVerifying(path);
 }
 

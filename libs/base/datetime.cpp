@@ -2,14 +2,21 @@
 
 namespace quillon {
 
+namespace {
+
+constexpr unsigned textLength = 20;
+
+} // namespace
+
 std::optional<DateTime> DateTime::parse(String const& text) {
     std::tm utc{};
     String const copy = text.clone();
     if (!strptime(copy.str(), "%Y-%m-%dT%H:%M:%SZ", &utc))
         return std::nullopt;
-    // What the C library is lenient about, such as the 31st of June or a missing digit, does not come back.
+    // What the C library is lenient about, such as the 31st of June or a missing digit, does not come back; a
+    // year of fewer digits would.
     DateTime const read(timegm(&utc));
-    return read.toString() == text ? std::optional(read) : std::nullopt;
+    return text.length() == textLength && read.toString() == text ? std::optional(read) : std::nullopt;
 }
 
 String DateTime::toString() const {

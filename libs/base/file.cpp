@@ -1,8 +1,10 @@
 // The open file.
 #include "base/file.h"
 
+#include "base/descriptor.h"
 #include "base/log.h"
 
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -68,6 +70,14 @@ bool File::close() {
     return !file || std::fclose(file) == 0;
 }
 
+void File::closeEmpty() {
+    // What is still to be written is written when the stream is closed: the file is cut after that.
+    Descriptor const same(m_file ? fcntl(fileno(m_file), F_DUPFD_CLOEXEC, 0) : -1);
+    close();
+    if (same && ftruncate(same.number(), 0) != 0)
+        log(ERROR, "File", "closeEmpty", "cannot empty " + m_path);
+}
+
 bool File::seek(int offset, SeekDir from) {
     return seekTo(offset, from);
 }
@@ -81,6 +91,10 @@ bool File::seekTo(long offset, SeekDir from) {
 
 unsigned File::tell() const {
     return static_cast<unsigned>(m_position);
+}
+
+bool File::flush() {
+    return m_file && std::fflush(m_file) == 0;
 }
 
 bool File::sync() {

@@ -51,8 +51,12 @@ public:
     unsigned long size() const noexcept { return m_size; }
     bool seek(int offset, SeekDir from);
     unsigned tell() const;
+    /// Closes the file and leaves it empty, whatever has been written.
+    void closeEmpty();
     /// From now on a write that would make the file longer throws; in bytes.
     void limitSize(unsigned long bytes) noexcept { m_maxSize = bytes; }
+    /// Hands what was written to the system; false when it does not take it.
+    bool flush();
     /// Waits until what was written is on the disk; false when it cannot be.
     bool sync();
 
