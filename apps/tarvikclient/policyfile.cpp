@@ -1,6 +1,7 @@
 #include "tarvikclient/policyfile.h"
 
 #include "base/log.h"
+#include "base/visibletext.h"
 #include "tarvikclient/trustedfile.h"
 
 namespace quillon {
@@ -12,7 +13,11 @@ void failPolicy(String const& path, String const& reason, int line) {
 
 std::optional<String> readPolicyFile(PolicyPlace const& place) {
     try {
-        return readTrustedFile(place.path, place.owner);
+        auto const text = readTrustedFile(place.path, place.owner);
+        String const inOneLine = text ? text->remove('\n').remove('\r') : String();
+        if (visibleText(inOneLine) != inOneLine) // which an editor would not show
+            failPolicy(place.path, "it holds control characters", __LINE__);
+        return text;
     } catch (EUntrustedFile const& e) {
         failPolicy(place.path, e.reason(), __LINE__);
     }

@@ -34,8 +34,11 @@ public:
             fail("is too large", __LINE__);
         String const text = read(file);
         struct stat const after = trusted(file);
-        // Written in place meanwhile: half of the old policy and half of the new one is neither.
-        if (text.length() != after.st_size || before.st_mtime != after.st_mtime)
+        // Written in place meanwhile: half of the old policy and half of the new one is neither. The clock of
+        // files may stand still between two writes, and so the file is read again.
+        bool const rewritten = before.st_mtime != after.st_mtime || text.length() != after.st_size ||
+                               lseek(file.number(), 0, SEEK_SET) != 0 || read(file) != text;
+        if (rewritten)
             fail("changes while it is read", __LINE__);
         return text;
     }

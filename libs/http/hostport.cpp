@@ -103,8 +103,16 @@ char32_t nextCharacter(char const*& position) {
     return value;
 }
 
+/// Letters of other scripts that are drawn like Latin ones, or nearly so.
+bool looksLatin(char32_t c) {
+    static constexpr std::u32string_view letters = U"авгеёкмнопрстуфхьѕіїјԁһӏԛԝүѵґѓќўәөαβγεηικνορστυχωϲϳ";
+    return letters.find(c) != letters.npos;
+}
+
+/// A label that mixes scripts, is read from the right or could be drawn all in Latin letters is one that may
+/// be taken for another.
 bool canBeShown(String const& label) {
-    bool latin = false, other = false;
+    bool latin = false, other = false, distinct = false;
     String const text = label.clone(); // ends in a NUL once str() is asked
     for (char const* position = text.str(); *position != '\0';) {
         char32_t const c = nextCharacter(position);
@@ -112,8 +120,9 @@ bool canBeShown(String const& label) {
             return false;
         latin = latin || isLatin(c);
         other = other || (c >= 0x80 && !isLatin(c));
+        distinct = distinct || (c >= 0x80 && !isLatin(c) && !looksLatin(c));
     }
-    return !(latin && other);
+    return !(latin && other) && (!other || distinct);
 }
 
 } // namespace
@@ -128,6 +137,9 @@ std::optional<HostPort> HostPort::parse(String const& text, unsigned short defau
         return std::nullopt;
     String const host = inBrackets ? ipv6Of(written) : asciiOf(written);
     bool const isAddress = inBrackets || isIpv4(host);
+    // An address with a dot behind is looked up as a name.
+    if (isAddress && written.ends("."))
+        return std::nullopt;
     if (host.empty() || (!inBrackets && (!isName(host) || (isNumber(host) && !isAddress))))
         return std::nullopt;
     return HostPort(host, *port, isAddress);

@@ -1,6 +1,7 @@
 #include "tarvikclient/cli/policyreport.h"
 
 #include "base/console.h"
+#include "base/visibletext.h"
 #include "tarvikclient/policyfile.h"
 #include "tarvikclient/publisherkeys.h"
 
@@ -31,7 +32,7 @@ void describeRules(String& text, PolicyRules const& rules) {
     text.append("certificate exceptions: ", rules.certificateExceptions ? "allow" : "refuse", "\n");
     text.append("companions: ", rules.companionsOnlyByManifest ? "only by manifest" : "any", "\n");
     for (SigningRule const& rule : rules.signedSince)
-        text.append("module ", rule.name, ": signed since ", rule.since.toString(), "\n");
+        text.append("module ", visibleText(rule.name), ": signed since ", rule.since.toString(), "\n");
 }
 
 void describeKeys(String& text, Policy const& policy) {
