@@ -1,6 +1,7 @@
 #include "tarvikclient/cli/wakeups.h"
 
 #include <fcntl.h>
+#include <poll.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -65,8 +66,11 @@ void Wakeups::post(Wakeup reason) noexcept {
 }
 
 Wakeup Wakeups::wait() {
+    // A signal always ends poll(), where read() would be taken up again: ThreadSanitizer runs handlers between
+    // two calls only.
+    pollfd readable{m_ends[0], POLLIN, 0};
     char byte = 0;
-    while (read(m_ends[0], &byte, 1) != 1)
+    while (poll(&readable, 1, -1) != 1 || read(m_ends[0], &byte, 1) != 1)
         if (errno != EINTR)
             throw std::system_error(errno, std::generic_category(), "read");
     if (m_stop.exchange(false))
