@@ -153,70 +153,56 @@ void change(Pair& a, Pair const& b, Choices& choices) {
     }
 }
 
-void derive(Pair& to, Pair const& a, Pair const& b, Choices& choices) {
+Pair derived(Pair const& a, Pair const& b, Choices& choices) {
     char const c = choices.character(), d = choices.character();
     unsigned const from = choices.number(), count = choices.number();
     std::size_t const first = a.model.find(c), last = a.model.rfind(c);
     bool const found = first != std::string::npos, strict = d & 1;
     std::string const missing = strict ? std::string() : a.model;
-    Pair made;
+    std::string changed = a.model;
     switch (choices.byte() % 21) {
     case 0:
-        made = {a.mine.range(from, count), piece(a.model, from, count)};
-        break;
+        return {a.mine.range(from, count), piece(a.model, from, count)};
     case 1:
-        made = {a.mine.left(c, strict), found ? a.model.substr(0, first) : missing};
-        break;
+        return {a.mine.left(c, strict), found ? a.model.substr(0, first) : missing};
     case 2:
-        made = {a.mine.right(c, strict), found ? a.model.substr(first + 1) : missing};
-        break;
+        return {a.mine.right(c, strict), found ? a.model.substr(first + 1) : missing};
     case 3:
     case 4:
-        made = strict ? Pair{a.mine.rleft(c), found ? a.model.substr(0, last) : a.model}
+        return strict ? Pair{a.mine.rleft(c), found ? a.model.substr(0, last) : a.model}
                       : Pair{a.mine.rright(c), found ? a.model.substr(last + 1) : a.model};
-        break;
     case 5:
     case 6:
-        made = strict ? Pair{a.mine.upper(), lowered(a.model, 'a', 'A' - 'a')}
+        return strict ? Pair{a.mine.upper(), lowered(a.model, 'a', 'A' - 'a')}
                       : Pair{a.mine.lower(), lowered(a.model)};
-        break;
     case 7:
-        made = {a.mine.trim(), trimmed(a.model, " \r\n\t\0", 5, true, true)};
-        break;
+        return {a.mine.trim(), trimmed(a.model, " \r\n\t\0", 5, true, true)};
     case 8:
     case 9:
     case 10:
-        made = strict     ? Pair{a.mine.trimLeft(c), trimmed(a.model, &c, 1, true, false)}
+        return strict     ? Pair{a.mine.trimLeft(c), trimmed(a.model, &c, 1, true, false)}
                : from & 1 ? Pair{a.mine.trimRight(c), trimmed(a.model, &c, 1, false, true)}
                           : Pair{a.mine.trim(c), trimmed(a.model, &c, 1, true, true)};
-        break;
     case 11:
-        made = {a.mine.replace(c, d), a.model};
-        std::replace(made.model.begin(), made.model.end(), c, d);
-        break;
+        std::replace(changed.begin(), changed.end(), c, d);
+        return {a.mine.replace(c, d), changed};
     case 12:
     case 13:
-        made = {a.mine.replace(String(c) + d, b.mine), replacedAll(a.model, {c, d}, b.model, false)};
-        break;
+        return {a.mine.replace(String(c) + d, b.mine), replacedAll(a.model, {c, d}, b.model, false)};
     case 14:
-        made = {a.mine.replaceNoCase2(c, b.mine), replacedAll(a.model, {c}, b.model, true)};
-        break;
+        return {a.mine.replaceNoCase2(c, b.mine), replacedAll(a.model, {c}, b.model, true)};
     case 15: {
         std::size_t const begin = std::min<std::size_t>(from, a.model.size());
         std::size_t const end = std::clamp<std::size_t>(count, begin, a.model.size());
-        made = {a.mine.replaceBetween(from, count, b.mine),
+        return {a.mine.replaceBetween(from, count, b.mine),
                 a.model.substr(0, begin) + b.model + a.model.substr(end)};
-        break;
     }
     case 16:
-        made = {a.mine.remove(c), a.model};
-        std::erase(made.model, c);
-        break;
+        std::erase(changed, c);
+        return {a.mine.remove(c), changed};
     case 17:
-        made = {a.mine.sort(), a.model};
-        std::sort(made.model.begin(), made.model.end(),
-                  [](unsigned char x, unsigned char y) { return x < y; });
-        break;
+        std::ranges::sort(changed, {}, [](char each) { return static_cast<unsigned char>(each); });
+        return {a.mine.sort(), changed};
     case 18: {
         Strings list;
         std::string joined;
@@ -224,21 +210,18 @@ void derive(Pair& to, Pair const& a, Pair const& b, Choices& choices) {
             list.add(i % 2 ? b.mine : String(c));
             joined += (i ? a.model : std::string()) + (i % 2 ? b.model : std::string(1, c));
         }
-        made = {a.mine.glue(list), joined};
-        break;
+        return {a.mine.glue(list), joined};
     }
     case 19:
-        made = {a.mine + b.mine + c + a.mine + "text", a.model + b.model + c + a.model + "text"};
-        break;
+        return {a.mine + b.mine + c + a.mine + "text", a.model + b.model + c + a.model + "text"};
     default: { // no text changes twice, and none is longer than its escapes
         String const shown = visibleText(a.mine);
         require(visibleText(shown) == shown && shown.length() <= 4 * a.mine.length());
         require(a.mine.length() <= from ? cutText(a.mine, from) == a.mine
                                         : cutText(a.mine, from).length() <= from + 6ul);
-        made = a;
+        return a;
     }
     }
-    to = made;
 }
 
 void ask(Pair const& a, Pair const& b, Choices& choices) {
@@ -289,7 +272,7 @@ int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size) {
             change(a, b, choices);
             break;
         case 1:
-            derive(to, Pair(a), Pair(b), choices);
+            to = derived(Pair(a), Pair(b), choices);
             break;
         case 2:
             ask(a, b, choices);

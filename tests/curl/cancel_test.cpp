@@ -5,10 +5,6 @@ namespace quillon::test {
 
 namespace {
 
-TestServer::Handler answering(Reply const& reply) {
-    return [reply](Request const&) { return reply; };
-}
-
 TEST(Cancel, ends_a_transfer_that_waits_for_a_reply_or_its_rest) {
     for (Reply const& reply : {silent(Reply::hold), raw("HTTP/1.1 200 OK\r\n\r\n", Reply::trickle)}) {
         TestServer server(answering(reply));

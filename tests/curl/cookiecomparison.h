@@ -14,7 +14,6 @@ namespace quillon::test {
 class CookieComparison {
 public:
     CookieComparison();
-    ~CookieComparison();
 
     /// Requests `url`, whose reply sets `cookies`. Empty when both sent and now hold the same cookies in the
     /// same order, else what each did.
@@ -24,7 +23,6 @@ private:
     struct Cleanup {
         void operator()(CURL* handle) const;
     };
-    class Session;
 
     Reply answer(Request const& request) const;
     std::string requestPlainly(std::string const& url);
@@ -33,7 +31,7 @@ private:
 
     HeaderLines m_cookies; // set before a request, read by the server's thread during it
     TestServer m_server;
-    std::unique_ptr<Session> m_session;
+    ProxySession m_session;
     std::unique_ptr<CURL, Cleanup> m_plain;
 };
 

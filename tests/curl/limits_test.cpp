@@ -11,8 +11,8 @@ using namespace quillon::test;
 
 namespace {
 
-TestServer::Handler answering(Reply const& reply) {
-    return [reply](Request const&) { return reply; };
+std::string longTarget(std::size_t length) {
+    return "/" + std::string(length, 'a') + "?q";
 }
 
 } // namespace
@@ -60,11 +60,8 @@ TEST(TransferLimits, repliesAreBounded) {
     std::string interim;
     while (interim.size() < 256 << 10)
         interim += "HTTP/1.1 103 Hint\r\n\r\n";
-    struct {
-        char const* what;
-        std::string reply;
-        bool fitsMemory, fitsWriter;
-    } const cases[] = {
+    std::tuple<char const*, std::string, bool, bool> const cases[] = {
+        {"largest body", ok(std::string(4 << 20, 'b')).bytes, true, true},
         {"body", ok(std::string((4 << 20) + 1, 'b')).bytes, false, true},
         {"header", head + lines(255 << 10) + "Content-Length: 0\r\n\r\n", true, true},
         {"long header", head + lines(256 << 10) + "Content-Length: 0\r\n\r\n", false, false},
@@ -73,15 +70,62 @@ TEST(TransferLimits, repliesAreBounded) {
         {"coded", head + "transfer-encoding : gzip, chunked\r\n\r\n0\r\n\r\n", false, false},
         {"compressed", ok("zipped", {"Content-Encoding: gzip"}).bytes, true, true},
     };
-    for (auto const& c : cases) {
-        TestServer server(answering(raw(c.reply)), Tls::off);
+    for (auto const& [what, reply, fitsMemory, fitsWriter] : cases) {
+        TestServer server(answering(raw(reply)), Tls::off);
         CurlSession session;
         Memory body;
-        EXPECT_EQ(session.request(urlOf(server), body), c.fitsMemory) << c.what;
+        EXPECT_EQ(session.request(urlOf(server), body), fitsMemory) << what;
         String text;
         StringWriter writer(text);
         RequestInfo info;
-        EXPECT_EQ(session.request(urlOf(server), writer, info), c.fitsWriter) << c.what;
-        EXPECT_EQ(info.getCode(), c.fitsWriter ? 0 : 23) << c.what;
+        EXPECT_EQ(session.request(urlOf(server), writer, info), fitsWriter) << what;
+        EXPECT_EQ(info.getCode(), fitsWriter ? 0 : 23) << what;
     }
+}
+
+// libcurl 7.88 by itself never ends such a request: from 8190 bytes on when there is a cookie, over TLS from
+// 131072 bytes on in any case. Lengths around both limits, and some beyond.
+TEST(LongHead, arrivesWhole) {
+    for (Tls const tls : {Tls::on, Tls::off}) {
+        TestServer server(answering(ok()), tls);
+        TrustingSession session;
+        session.setCookie(cookie("Tarvik-Id", "user"));
+        for (std::size_t const length : {2900, 3100, 8000, 8150, 9000, 65536, 128000, 131072, 1000000}) {
+            std::string const target = longTarget(length);
+            EXPECT_TRUE(get(session, urlOf(server, target))) << length;
+            Request const request = server.requests().back();
+            EXPECT_TRUE(request.target == target) << length;
+            EXPECT_EQ(request.header("Cookie"), "Tarvik-Id=user") << length;
+        }
+    }
+}
+
+TEST(LongHead, bodyFollows) {
+    TestServer server(answering(ok()));
+    TrustingSession session;
+    session.setCookie(cookie("Tarvik-Id", ""));
+    String body;
+    body.append(4u << 20, 'b');
+    Memory reply;
+    EXPECT_TRUE(session.request(urlOf(server, longTarget(200000)), reply, body));
+    EXPECT_EQ(server.requests().back().body.size(), body.length());
+    EXPECT_EQ(server.requests().back().header("Cookie"), "Tarvik-Id=");
+}
+
+TEST(LongHead, manyLongCookiesAllArrive) {
+    TestServer server(answering(ok()));
+    TrustingSession session;
+    std::string const value(3000, 'v');
+    for (char const* name : {"a", "b", "c", "d"})
+        session.setCookie(cookie(name, value.c_str()));
+    EXPECT_TRUE(get(session, urlOf(server)));
+    EXPECT_EQ(server.requests().back().header("Cookie").size(), 4 * (2 + value.size()) + 3 * 2);
+}
+
+TEST(LongHead, beyondLibcurlsLimitFailsAtOnce) {
+    TestServer server(answering(ok()));
+    TrustingSession session;
+    for (std::size_t const length : {1100000, 9000000})
+        EXPECT_FALSE(get(session, urlOf(server, longTarget(length))));
+    EXPECT_TRUE(server.requests().empty());
 }
