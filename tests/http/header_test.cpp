@@ -1,4 +1,3 @@
-#include "http/knownheaders.h"
 #include "http/responseheader.h"
 
 #include "support/logcapture.h"
@@ -8,39 +7,17 @@
 using namespace quillon;
 using http::ResponseHeader;
 
-TEST(KnownHeaders, areMatchedThroughTheirKeys) {
-    EXPECT_EQ(http::knownHeaders().size(), 61u);
-    EXPECT_EQ(http::knownHeaders().front().name, "Accept-Charset");
-    EXPECT_EQ(http::knownHeaders().back().name, "Set-Cookie2");
-    static constexpr char const* cases[][2] = {
-        {"etag", "ETag"},
-        {"SSL_client_s_dn_cn", "SSL_CLIENT_S_DN_CN"},
-        {"X-TARVIK-TICKET64", "X-Tarvik-ticket64"},
-        {"x-forwarded-Proto", "X-Forwarded-Proto"},
-    };
-    for (auto const& [asked, name] : cases) {
-        http::KnownHeader const* const known = http::findKnownHeader(asked);
-        ASSERT_TRUE(known) << asked;
-        EXPECT_EQ(known->name, name);
-    }
-    EXPECT_FALSE(http::findKnownHeader("x-forwarded-proto"));
-    EXPECT_FALSE(http::findKnownHeader("X-Unheard-Of"));
-}
-
 TEST(ResponseHeader, statusLinesOfEveryVersionAreRead) {
-    static constexpr struct {
-        char const *line, *version;
-        unsigned code;
-    } cases[] = {
+    static constexpr std::tuple<char const*, char const*, unsigned> cases[] = {
         {"HTTP/1.1 200 OK\r\n", "1.1", 200}, {"HTTP/1.0 404 Not Found", "1.0", 404}, {"HTTP/2 200", "2", 200},
         {"HTTP/2 503 \r\n", "2", 503},       {"HTTP/3   301 Moved", "3", 301},
     };
-    for (auto const& expected : cases) {
-        ResponseHeader const header(expected.line);
+    for (auto const& [line, version, code] : cases) {
+        ResponseHeader const header(line);
         EXPECT_FALSE(header.isResponseCodeExtracted());
-        EXPECT_EQ(header.getResponseCode(), expected.code) << expected.line;
+        EXPECT_EQ(header.getResponseCode(), code) << line;
         EXPECT_TRUE(header.isResponseCodeExtracted());
-        EXPECT_EQ(header.getVersion(), expected.version);
+        EXPECT_EQ(header.getVersion(), version);
     }
 }
 
@@ -49,12 +26,7 @@ TEST(ResponseHeader, badStatusLinesThrow) {
                              "HTTP/1.1 -20", "FTP/1.1 200", "200 HTTP/1.1 200"}) {
         test::LogCapture log;
         ResponseHeader const header(line);
-        try {
-            header.getResponseCode();
-            FAIL() << line;
-        } catch (http::EBadHeader const& e) {
-            EXPECT_EQ(e.toString(), "EBadHeader:response.cpp:29");
-        }
+        EXPECT_THROW(header.getResponseCode(), http::EBadHeader) << line;
         EXPECT_TRUE(log.contains(std::string("ERROR http.Response.extractResponseCode bad header: ") + line));
         EXPECT_FALSE(header.isResponseCodeExtracted());
     }

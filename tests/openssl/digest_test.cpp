@@ -24,23 +24,11 @@ TEST(Digest, ofKnownTexts) {
             EXPECT_EQ(digest.final().toHex(), hex) << name << " round " << round;
         }
     }
-    tls::MD5 md5;
-    for (int round = 0; round < 2; ++round) {
-        md5.update(Memory(String("a")));
-        md5.update(Memory());
-        md5.update(Memory(String("bc")));
-        EXPECT_EQ(md5.final().toHex(), "900150983cd24fb0d6963f7d28e17f72") << "round " << round;
-    }
 }
 
 TEST(Digest, unknownNameIsLoggedAndThrown) {
     test::LogCapture log;
-    try {
-        tls::EVPDigest digest(String("no-such-digest"));
-        FAIL() << "nothing thrown";
-    } catch (tls::EEVPDigest const& e) {
-        EXPECT_EQ(e.toString(), "EEVPDigest:evp_digest_wrapper.cpp:30");
-    }
+    EXPECT_THROW(tls::EVPDigest(String("no-such-digest")), tls::EEVPDigest);
     EXPECT_TRUE(log.contains("ERROR EVPDigest.initByName Cannot retrive digest \"no-such-digest\".\n"));
     evp_md_st const* const none = nullptr;
     EXPECT_THROW(tls::EVPDigest{none}, tls::EEVPDigest);
