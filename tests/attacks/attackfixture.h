@@ -28,14 +28,9 @@ protected:
     AttackTest();
     ~AttackTest() override { std::printf("sessions: %u\n", m_sessions); }
 
-    /// A session with the headless client.
-    struct Outcome {
-        int code;
-        std::string output;
-        std::string errors;
-    };
-    Outcome run(String const& url);
-    Outcome run() { return run(m_gateway.launchUrl()); }
+    /// A session with the headless client. Its exit code.
+    int run(String const& url);
+    int run() { return run(m_gateway.launchUrl()); }
     ChildProcess start(String const& url) const;
     ChildProcess::Environment environment() const;
 

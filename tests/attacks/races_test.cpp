@@ -21,44 +21,25 @@ protected:
     /// What the gateway does in a round: a session that goes on until it is stopped, one that ends at once,
     /// one whose answer never comes, one whose answer is none.
     void prepare() {
-        switch (m_random.below(4)) {
-        case 0:
+        Reply const none[] = {json(R"({"success":false})"), silent(Reply::hold), silent(Reply::reset)};
+        if (unsigned const which = m_random.below(4))
+            m_gateway.serve("/mediation", none[which - 1]);
+        else
             m_gateway.serveResult(m_gateway.hostcheckerConfiguration());
-            break;
-        case 1:
-            m_gateway.serve("/mediation", json(R"({"success":false})"));
-            break;
-        case 2:
-            m_gateway.serve("/mediation", silent(Reply::hold));
-            break;
-        default:
-            m_gateway.serve("/mediation", silent(Reply::reset));
-        }
     }
 
     void call(Random& random) {
-        switch (random.below(7)) {
-        case 0:
-            m_client->run(m_gateway.launchUrl());
-            break;
-        case 1:
-            m_client->stop();
-            break;
-        case 2:
-            m_client->cancel();
-            break;
-        case 3:
-            m_client->restart();
-            break;
-        case 4:
-            m_client->isRunning();
-            break;
-        case 5:
-            m_client->getMediation();
-            break;
-        default:
-            m_client->join(random.below(3));
-        }
+        std::function<void()> const calls[] = {
+            [&] { m_client->run(m_gateway.launchUrl()); },
+            [&] { m_client->stop(); },
+            [&] { m_client->cancel(); },
+            [&] { m_client->restart(); },
+            [&] { m_client->isRunning(); },
+            [&] { m_client->getMediation(); },
+            [&] { m_client->showLogs(); },
+            [&] { m_client->join(random.below(3)); },
+        };
+        calls[random.below(std::size(calls))]();
     }
 
     void round() {

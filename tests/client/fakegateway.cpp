@@ -10,13 +10,6 @@ std::string download(std::string const& filename, std::string const& urlpath) {
     return toJson({{"filename", quoted(filename)}, {"urlpath", quoted(urlpath)}});
 }
 
-std::string modules() {
-    return toJson({{"mac", toJson({{"filename", quoted("module.zip")},
-                                   {"urlpath", quoted("/modules/")},
-                                   {"pattern", quoted("module.so")},
-                                   {"version", quoted("7.1")}})}});
-}
-
 } // namespace
 
 std::string toJson(JsonObject const& object) {
@@ -33,6 +26,14 @@ void FakeGateway::serve(std::string const& path, Reply reply) {
 
 void FakeGateway::serveResult(JsonObject const& result) {
     serve("/mediation", json(toJson({{"success", "true"}, {"result", toJson(result)}})));
+}
+
+std::string FakeGateway::modules(JsonObject values) {
+    values.merge(JsonObject{{"filename", quoted("module.zip")},
+                            {"urlpath", quoted("/modules/")},
+                            {"pattern", quoted("module.so")},
+                            {"version", quoted("7.1")}});
+    return toJson({{"mac", toJson(values)}});
 }
 
 JsonObject FakeGateway::pluginConfiguration() const {

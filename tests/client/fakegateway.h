@@ -28,6 +28,8 @@ public:
     void serveResult(JsonObject const& result);
 
     /// Configurations of each kind that the client accepts. Archives are expected at /modules/module.zip.
+    /// What a configuration says of modules; `values`, JSON texts, replace the usual ones.
+    static std::string modules(JsonObject values = {});
     JsonObject pluginConfiguration() const;
     JsonObject noTunnelConfiguration() const;
     JsonObject hostcheckerConfiguration() const;

@@ -42,47 +42,24 @@ protected:
         m_gateway.serveResult(configuration);
         return runSession().back();
     }
-    /// A configuration whose module record has these values in place of the usual ones.
-    static JsonObject changed(JsonObject configuration, char const* modules, JsonObject const& values) {
-        JsonObject record{{"filename", quoted("module.zip")},
-                          {"urlpath", quoted("/modules/")},
-                          {"pattern", quoted("module.so")},
-                          {"version", quoted("7.1")}};
-        for (auto const& [key, value] : values)
-            record[key] = quoted(value);
-        configuration[modules] = toJson({{"mac", toJson(record)}});
+    JsonObject pluginWith(JsonObject const& values) const {
+        JsonObject configuration = m_gateway.pluginConfiguration();
+        configuration["pluginDlls"] = FakeGateway::modules(values);
         return configuration;
     }
     JsonObject checkerWith(JsonObject const& values) const {
-        return changed(m_gateway.hostcheckerConfiguration(), "hostcheckerDlls", values);
+        JsonObject configuration = m_gateway.hostcheckerConfiguration();
+        configuration["hostcheckerDlls"] = FakeGateway::modules(values);
+        return configuration;
     }
     std::string checkerArchive() const {
         return signedArchive("module.so", readFile(testModule("test_hostchecker")));
     }
 };
 
-TEST_F(InstallTest, no_word_of_the_linker_in_a_name_leads_to_another_file) {
-    std::string const library = "lib/x86_64-linux-gnu";
-    std::pair<char const*, std::string> const cases[] = {{"$LIB", library},
-                                                         {"${LIB}", library},
-                                                         {"$PLATFORM", "x86_64"},
-                                                         {"a$LIB", "a" + library},
-                                                         {"$5", "x"}};
-    for (auto const& [version, leadsTo] : cases) {
-        // What the linker would load in place of the verified module: not even a host checker.
-        fs::path const decoy = dataDirectory() + "/hostchecker/" + leadsTo;
-        for (fs::path directory : {decoy, fs::path(dataDirectory() + "/hostchecker/lib64")}) {
-            fs::create_directories(directory);
-            fs::copy_file(testModule("test_plugin").str(), directory / "module.so",
-                          fs::copy_options::overwrite_existing);
-        }
-        EXPECT_EQ(runWith(checkerWith({{"version", version}}), checkerArchive()), "onStatus 4") << version;
-    }
-}
-
 TEST_F(InstallTest, load_errors_name_the_module_as_installed) {
     m_gateway.serve("/modules/module.zip", signedArchive("module.so", "no library"));
-    m_gateway.serveResult(checkerWith({{"version", "$LIB"}}));
+    m_gateway.serveResult(checkerWith({{"version", quoted("$LIB")}}));
     EXPECT_EQ(runSession().back(), "onFatalError ");
     std::string const path = dataDirectory() + "/hostchecker/$LIB/module.so";
     EXPECT_TRUE(m_log->contains("Unable to load \"" + path + "\": " + path + ": ")) << m_log->text();
@@ -90,20 +67,10 @@ TEST_F(InstallTest, load_errors_name_the_module_as_installed) {
 
 TEST_F(InstallTest, an_honest_session_succeeds_after_a_hostile_one) {
     std::string const bad = signatureOf(module() + "x");
-    std::string const script = "script.txt";
-    struct {
-        char const* what;
-        JsonObject configuration;
-        Entries archive;
-    } const cases[] = {
-        {"another module's signature", m_gateway.pluginConfiguration(), with({{"module.so.sig", bad}})},
-        {"no library", m_gateway.pluginConfiguration(), with({{"module.so", "x"}})},
-        {"no signature", m_gateway.pluginConfiguration(), {{"module.so", module()}}},
-        {"the installed names alone",
-         m_gateway.pluginConfiguration(),
-         {{"plugindll.so", "x"}, {"plugindll.so.sig", bad}}},
-        {"the archive under the module's name",
-         changed(m_gateway.pluginConfiguration(), "pluginDlls", {{"filename", "plugindll.so"}}),
+    std::tuple<char const*, JsonObject, Entries> const cases[] = {
+        {"no signature, and a way out", pluginWith({}), {{"module.so", "x"}, {"../../outside", "x"}}},
+        {"the installed names alone", pluginWith({}), {{"plugindll.so", "x"}, {"plugindll.so.sig", bad}}},
+        {"the archive under the module's name", pluginWith({{"filename", quoted("plugindll.so")}}),
          with({{"module.so.sig", bad}})},
         {"directories where files go", m_gateway.noTunnelConfiguration(),
          with({{"module.zip/x", "x"}, {"plugindll.so.sig/x", "x"}, {"PKIs", "x"}})},
@@ -129,6 +96,26 @@ TEST_F(InstallTest, an_honest_session_succeeds_after_a_hostile_one) {
     }
 }
 
+TEST_F(InstallTest, names_that_would_leave_the_directory_touch_nothing) {
+    writeFile(m_home.file("kept"), "kept");
+    // Certificates have names of their own, and are fetched.
+    Lines const before{".Tarvik/Plugin/PKIs/acme/ca.pem", ".Tarvik/Plugin/PKIs/acme/client.pem",
+                       ".Tarvik/Plugin/script.txt", ".Tarvik/tarvikclient.xml", "kept"};
+    for (std::string const& name :
+         {std::string("../../kept"), std::string("a/../../kept"), std::string("..\\\\kept"),
+          m_home.path() + "/kept", std::string("kept\\u0000")})
+        for (char const* const key : {"filename", "pattern", "version"})
+            for (JsonObject const& configuration :
+                 {pluginWith({{key, quoted(name)}}), checkerWith({{key, quoted(name)}})}) {
+                if (configuration.contains("pluginDlls") && *key == 'v')
+                    continue; // says nothing of where a plug-in goes
+                EXPECT_EQ(runWith(configuration, zipOf(honest())), "onFatalError ") << key << " " << name;
+                EXPECT_EQ(filesAtHome(), before) << key << " " << name;
+            }
+    EXPECT_EQ(readFile(m_home.file("kept")), "kept");
+    EXPECT_EQ(m_gateway.count("/modules/module.zip"), 0u);
+}
+
 TEST_F(InstallTest, what_was_there_stays_when_a_host_checker_does_not_verify) {
     ASSERT_EQ(runWith(checkerWith({}), checkerArchive()), "onStatus 4");
     Lines const before = filesAtHome();
@@ -137,7 +124,7 @@ TEST_F(InstallTest, what_was_there_stays_when_a_host_checker_does_not_verify) {
     Entries const hostile = {{"module.so", "x"}, {"module.so.sig", signatureOf("y")}, {"companion", "x"}};
     for (char const* const filename : {"evil.zip", "7.1", "7.1/companion", ".tarvik-record"}) {
         m_gateway.serve(std::string("/modules/") + filename, zipOf(hostile));
-        runWith(checkerWith({{"filename", filename}}), checkerArchive());
+        runWith(checkerWith({{"filename", quoted(filename)}}), checkerArchive());
         EXPECT_EQ(filesAtHome(), before) << filename;
         EXPECT_TRUE(readFile(String::copyOf(installed)) == content) << filename;
     }
@@ -185,7 +172,8 @@ TEST_F(InstallTest, what_killed_processes_left_goes_and_old_installs_are_bounded
     for (int i = 0; i < 12; ++i) {
         std::string const number = std::to_string(i);
         m_gateway.serve("/modules/" + number + ".zip", checkerArchive());
-        m_gateway.serveResult(checkerWith({{"version", "v" + number}, {"filename", number + ".zip"}}));
+        m_gateway.serveResult(
+            checkerWith({{"version", quoted("v" + number)}, {"filename", quoted(number + ".zip")}}));
         ASSERT_EQ(runSession().back(), "onStatus 4") << i;
     }
     EXPECT_FALSE(fs::exists(directory + ".tarvik-install-left"));

