@@ -3,8 +3,6 @@
 #include "fuzz/fuzzer.h"
 #include "zlib/zip.h"
 
-#include <cstdlib>
-
 using namespace quillon;
 
 namespace {
@@ -27,8 +25,7 @@ int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size) {
     zlib::Zip::unzip(archive, destination);
     List<String> beside;
     File::getFilesList(room(), beside);
-    if (beside.size() != 1)
-        std::abort();
+    fuzz::require(beside.size() == 1);
     if (File::isDirectory(room() + "/inner"))
         File::eraseDirectory(room() + "/inner");
     return 0;

@@ -5,16 +5,10 @@
 #include "tarvikclient/signeddll.h"
 #include "xml/writerkeywriter.h"
 
-#include <cstdlib>
-
 using namespace quillon;
+using fuzz::require;
 
 namespace {
-
-void require(bool holds) {
-    if (!holds)
-        std::abort();
-}
 
 /// The texts of the netstrings that `bytes` consists of.
 std::vector<String> netstringsOf(String const& bytes) {

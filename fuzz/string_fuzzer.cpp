@@ -7,10 +7,10 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdlib>
 #include <string>
 
 using namespace quillon;
+using fuzz::require;
 
 namespace {
 
@@ -40,11 +40,6 @@ public:
 private:
     std::string_view m_left;
 };
-
-void require(bool holds) {
-    if (!holds)
-        std::abort();
-}
 
 /// One string, in the toolkit's form and in the standard's.
 struct Pair {

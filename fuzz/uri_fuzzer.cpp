@@ -2,8 +2,6 @@
 #include "fuzz/fuzzer.h"
 #include "http/uri.h"
 
-#include <cstdlib>
-
 using namespace quillon;
 
 int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size) {
@@ -11,8 +9,7 @@ int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size) {
         http::Uri uri = http::Uri::parse(fuzz::inputOf(data, size), true);
         uri.setScheme("https");
         String const once = uri.getFullUri();
-        if (http::Uri::parse(once, true).getFullUri() != once)
-            std::abort();
+        fuzz::require(http::Uri::parse(once, true).getFullUri() == once);
     } catch (http::UriComponentException const&) {
     }
     return 0;

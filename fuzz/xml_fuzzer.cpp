@@ -3,15 +3,12 @@
 #include "xml/exceptions.h"
 #include "xml/stringparser.h"
 
-#include <cstdlib>
-
 using namespace quillon;
 
 int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size) {
     try {
         String const once = xml::StringParser::parse(fuzz::inputOf(data, size))->toXml("");
-        if (xml::StringParser::parse(once)->toXml("") != once)
-            std::abort();
+        fuzz::require(xml::StringParser::parse(once)->toXml("") == once);
     } catch (xml::EXmlNode const&) {
     } catch (xml::EParser const&) {
     }

@@ -18,9 +18,7 @@ void AttackTest::restart() {
     fs::create_directories(directory(Kind::plugin));
     // The module asks for the session's end at once.
     writeFile(String::copyOf(directory(Kind::plugin) + "/script.txt"), R"([{"code":"8","reason":"1"}])");
-    writeFile(String::copyOf(dataDirectory() + "/tarvikclient.xml"),
-              "<tarvikclient><sslcertignoredomains><domains>" + m_gateway.server().authority() +
-                  "</domains></sslcertignoredomains></tarvikclient>");
+    writeFile(String::copyOf(dataDirectory() + "/tarvikclient.xml"), m_gateway.settings());
 }
 
 ChildProcess::Environment AttackTest::environment() const {

@@ -3,6 +3,7 @@
 #include "attacks/random.h"
 #include "client/clientfixture.h"
 
+#include <functional>
 #include <thread>
 
 namespace quillon::test {

@@ -27,16 +27,13 @@ TEST_F(ReplyAttack, floods) {
         {"one text", "/mediation", flood(success + "\"", "\\u0041", 31), {1, 2}},
         {"one number", "/mediation", flood(success, "9", 31), {1, 2}},
         {"headers", "/mediation", flood(ok200, longLine, 300), {1, 2}},
-        {"one header", "/mediation", flood(ok200 + "X-a: ", "a", 300), {1, 2}},
         {"a status line", "/mediation", flood("HTTP/1.1 200 ", "a", 300), {1, 2}},
         {"cookies", "/mediation", flood(ok200, "Set-Cookie: a=b\r\n", 100), {1, 2}},
         {"interim replies", "/mediation", flood("", "HTTP/1.1 100 Continue\r\n\r\n", 100), {1, 2}},
         {"trailers", "/mediation", flood(chunked + "0\r\n", longLine, 300), {1, 2}},
-        {"no HTTP", "/mediation", flood("", "x", 300), {1, 2}},
         {"trailers of an archive", "/modules/module.zip", flood(chunked + "0\r\n", longLine, 300), {1}},
         {"an archive", "/modules/module.zip", flood(announced, "x", 573), {1}},
         {"a host check's answer", "/hostcheck", flood(ok200 + "\r\n", "x", 300), {0}},
-        {"its trailers", "/hostcheck", flood(chunked + "0\r\n", longLine, 300), {0}},
     };
     for (auto const& [name, path, reply, codes] : cases) {
         SCOPED_TRACE(name);
@@ -65,21 +62,6 @@ TEST_F(ReplyAttack, whole_replies_that_are_none) {
         m_gateway.serve("/mediation", reply);
         int const code = run();
         EXPECT_TRUE(code == 1 || code == 2) << code;
-    }
-}
-
-TEST_F(ReplyAttack, a_ticket_is_sent_whole_or_the_session_is_refused) {
-    std::vector<std::string> tickets{"a\tb", "a%09b", "a b", "a,b", "a\"b", "a=b"};
-    for (std::size_t const length : {3000, 4096, 5000, 60000})
-        tickets.emplace_back(length, 't');
-    for (std::string const& ticket : tickets) {
-        m_gateway.serve("/mediation", json(R"({"success":false})"));
-        std::size_t const before = m_gateway.server().requests().size();
-        EXPECT_EQ(run(m_gateway.launchUrl(ticket)), 1);
-        auto const requests = m_gateway.server().requests();
-        bool const sent = requests.size() > before;
-        EXPECT_TRUE(!sent || requests.back().header("Cookie") == "Tarvik-Id=" + ticket)
-            << ticket.substr(0, 40);
     }
 }
 

@@ -5,7 +5,6 @@
 
 #include <filesystem>
 #include <future>
-#include <thread>
 
 namespace quillon::test {
 

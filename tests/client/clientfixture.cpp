@@ -9,9 +9,7 @@ namespace quillon::test {
 ClientTest::ClientTest() {
     setenv("HOME", m_home.path().c_str(), 1);
     std::filesystem::create_directories(dataDirectory());
-    writeFile(m_home.file(".Tarvik/tarvikclient.xml"),
-              "<tarvikclient><sslcertignoredomains><domains>" + m_gateway.server().authority() +
-                  "</domains></sslcertignoredomains></tarvikclient>");
+    writeFile(m_home.file(".Tarvik/tarvikclient.xml"), m_gateway.settings());
 }
 
 ClientTest::~ClientTest() {

@@ -101,16 +101,6 @@ TEST_F(DownloadTest, the_delegate_works_from_any_thread_and_refuses_before_it_is
         thread.join();
 }
 
-TEST_F(DownloadTest, files_in_the_way_are_removed_and_missing_ones_named) {
-    String const path = m_directory.file("f");
-    REMOVE(path);
-    writeFile(path, "x");
-    RENAME(path, m_directory.file("g"));
-    REMOVE(m_directory.file("g"));
-    EXPECT_THROW(RENAME(path, m_directory.file("g")), EFile);
-    EXPECT_TRUE(m_log.contains("missing " + m_directory.path() + "/f in archive"));
-}
-
 } // namespace
 
 } // namespace quillon::test

@@ -34,6 +34,11 @@ public:
     JsonObject noTunnelConfiguration() const;
     JsonObject hostcheckerConfiguration() const;
 
+    /// A settings file that trusts this gateway.
+    std::string settings(std::string const& more = "") const {
+        return "<tarvikclient><sslcertignoredomains><domains>" + m_server.authority() +
+               "</domains></sslcertignoredomains>" + more + "</tarvikclient>";
+    }
     String launchUrl(std::string const& userInfo = "ticket-1") const;
     TestServer& server() { return m_server; }
     /// How many requests came for a path.

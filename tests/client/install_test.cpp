@@ -2,8 +2,6 @@
 // follows.
 #include "client/clientfixture.h"
 
-#include "base/exception.h"
-
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>

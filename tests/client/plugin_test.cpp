@@ -1,7 +1,6 @@
 // Sessions with a plug-in module.
 #include "client/clientfixture.h"
 
-#include "base/exception.h"
 #include "tarvikclient/plugindllclient.h"
 #include "tarvikclient/plugindllinstance.h"
 #include "tarvikclient/policy.h"
@@ -34,10 +33,10 @@ char const laterClose[] = R"([{"code":8,"reason":3}])"
                           "\n";
 
 TEST_F(PluginTest, configures_starts_polls_and_stops_the_module_in_order) {
-    writeFile(m_home.file(".Tarvik/tarvikclient.xml"),
-              "<tarvikclient><sslcertignoredomains><domains>" + m_gateway.server().authority() +
-                  "</domains></sslcertignoredomains><proxy><credentials><login>pl</login>"
-                  "<password>pw</password><domain>pd</domain></credentials></proxy></tarvikclient>");
+    writeFile(
+        m_home.file(".Tarvik/tarvikclient.xml"),
+        m_gateway.settings("<proxy><credentials><login>pl</login><password>pw</password><domain>pd</domain>"
+                           "</credentials></proxy>"));
     std::string const first = R"([{"code":"5","status":"init"},{"code":"99"}])"
                               "\n";
     script(first + close);
@@ -75,17 +74,6 @@ TEST_F(PluginTest, six_requests_to_close_in_a_row_stop_it_and_a_pause_starts_the
                             [](auto const& line) { return line.starts_with("DllGetErrors2"); }),
               5 + 1 + 6);
     EXPECT_EQ(m_log->count("TRACE TarvikClientPluginDll.processPluginStatus closeRequest canceled"), 1u);
-}
-
-TEST_F(PluginTest, stop_ends_the_wait_between_two_polls_at_once) {
-    script(R"([{"code":"5","status":"connected"}])");
-    makeClient();
-    m_client->run(m_gateway.launchUrl());
-    ASSERT_TRUE(m_notify.await("onVpnStatus connected"));
-    m_client->restart(); // of a running session: stops it
-    EXPECT_TRUE(m_notify.await("onStatus 4"));
-    m_client->join();
-    EXPECT_EQ(calls(pluginDirectory()).back(), "DllStop2 all texts returned");
 }
 
 TEST_F(PluginTest, installed_files_are_used_again_and_verified_again) {

@@ -40,25 +40,14 @@ TEST(Settings, what_is_saved_is_read_back_and_the_password_is_in_clear) {
     saved.setSslCertIgnoreDomains(domains({"b.example", "a.example:8443"}));
     saved.setProxyCredentials(Credentials("user", "p&q word ", ""));
     saved.save(path);
-    EXPECT_EQ(readFile(path), "<tarvikclient>\r\n"
-                              " <sslcertignoredomains>\r\n"
-                              "  <domains>b.example</domains>\r\n"
-                              "  <domains>a.example:8443</domains>\r\n"
-                              " </sslcertignoredomains>\r\n"
-                              " <proxy>\r\n"
-                              "  <credentials>\r\n"
-                              "   <login>user</login>\r\n"
-                              "   <password>p&q word </password>\r\n"
-                              "   <domain></domain>\r\n"
-                              "  </credentials>\r\n"
-                              " </proxy>\r\n"
-                              "</tarvikclient>");
+    EXPECT_EQ(readFile(path),
+              "<tarvikclient>\r\n <sslcertignoredomains>\r\n  <domains>b.example</domains>\r\n"
+              "  <domains>a.example:8443</domains>\r\n </sslcertignoredomains>\r\n <proxy>\r\n"
+              "  <credentials>\r\n   <login>user</login>\r\n   <password>p&q word </password>\r\n"
+              "   <domain></domain>\r\n  </credentials>\r\n </proxy>\r\n</tarvikclient>");
     ClientLocalConfiguration read;
     read.readFromFile(path);
-    EXPECT_EQ(read.getProxyCredentials(), saved.getProxyCredentials());
-    List<String> const ignored = read.getSslCertIgnoreDomains();
-    ASSERT_EQ(ignored.size(), 2u);
-    EXPECT_EQ(*ignored.begin(), "b.example");
+    EXPECT_TRUE(sameSettings(read, saved));
 }
 
 TEST(Settings, values_that_a_saved_file_would_not_give_back_are_known_before) {
@@ -86,18 +75,6 @@ TEST(Settings, values_that_a_saved_file_would_not_give_back_are_known_before) {
             }
             EXPECT_EQ(sameSettings(read, settings), survives) << value << " " << field;
         }
-}
-
-TEST(Settings, ten_thousand_domains_survive) {
-    ClientLocalConfiguration settings;
-    List<String> many;
-    for (unsigned i = 0; i < 10000; ++i)
-        many.add("host" + toString(i) + ".example:8443");
-    settings.setSslCertIgnoreDomains(many);
-    EXPECT_TRUE(settings.survivesSaving());
-    many.add("<");
-    settings.setSslCertIgnoreDomains(many);
-    EXPECT_FALSE(settings.survivesSaving());
 }
 
 TEST(Settings, files_that_are_none_leave_the_defaults_and_are_named) {

@@ -27,10 +27,7 @@ TEST(CookieComparison, longTicketsAndManyCookies) {
     std::vector<std::string> many;
     for (int i = 0; i < 160; ++i)
         many.push_back("c" + std::to_string(i) + "=" + std::string(10, 'v'));
-    struct {
-        std::string url;
-        std::vector<std::string> cookies;
-    } const steps[] = {
+    std::pair<std::string, std::vector<std::string>> const steps[] = {
         {gate, {ticket}},
         {"http://other.example/", {"Tarvik-Id=; Max-Age=0"}},
         {gate, {"Tarvik-Id=x; path=/a; domain=other.example", "tarvik-id=; Max-Age=0"}},
@@ -44,6 +41,6 @@ TEST(CookieComparison, longTicketsAndManyCookies) {
         {"http://127.0.0.1/", {}},
     };
     CookieComparison comparison;
-    for (auto const& step : steps)
-        EXPECT_EQ(comparison.request(step.url, step.cookies), "") << &step - steps;
+    for (auto const& [url, cookies] : steps)
+        EXPECT_EQ(comparison.request(url, cookies), "") << url;
 }

@@ -9,7 +9,7 @@
 #include <signal.h>
 #include <stdlib.h>
 
-#include <thread>
+#include <new>
 
 using namespace quillon;
 using namespace quillon::test;

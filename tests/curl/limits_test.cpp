@@ -19,24 +19,22 @@ std::string longTarget(std::size_t length) {
 
 TEST(TransferLimits, standstillEndsTheTransfer) {
     TestServer server(answering(silent(Reply::hold)));
-    TrustingSession session;
-    auto const handle = session.newHandle();
-    handle->setVerifySsl(false);
-    handle->setTimeLimits({std::chrono::seconds(5), std::chrono::seconds(1)});
+    CurlEasyWrapper handle;
+    handle.setVerifySsl(false);
+    handle.setTimeLimits({std::chrono::seconds(5), std::chrono::seconds(1)});
     Memory body;
-    EXPECT_FALSE(handle->request(urlOf(server), body));
-    EXPECT_EQ(handle->lastErrorCode(), 28);
+    EXPECT_FALSE(handle.request(urlOf(server), body));
+    EXPECT_EQ(handle.lastErrorCode(), 28);
 }
 
 TEST(TransferLimits, aBodyThatNeverEndsIsGivenUpInMemoryAndWaitedForByAWriter) {
     TestServer server(answering(raw("HTTP/1.1 200 OK\r\n\r\n", Reply::trickle)));
-    TrustingSession session;
-    auto const handle = session.newHandle();
-    handle->setVerifySsl(false);
-    handle->setTimeLimits({std::chrono::seconds(5), std::chrono::seconds(5), std::chrono::seconds(1)});
+    CurlEasyWrapper handle;
+    handle.setVerifySsl(false);
+    handle.setTimeLimits({std::chrono::seconds(5), std::chrono::seconds(5), std::chrono::seconds(1)});
     Memory body;
-    EXPECT_FALSE(handle->request(urlOf(server), body));
-    EXPECT_EQ(handle->lastErrorCode(), 28);
+    EXPECT_FALSE(handle.request(urlOf(server), body));
+    EXPECT_EQ(handle.lastErrorCode(), 28);
     EXPECT_GT(body.size(), 0u);
     std::thread end([&] {
         std::this_thread::sleep_for(std::chrono::milliseconds(1500));
@@ -44,7 +42,7 @@ TEST(TransferLimits, aBodyThatNeverEndsIsGivenUpInMemoryAndWaitedForByAWriter) {
     });
     String text;
     StringWriter writer(text);
-    EXPECT_TRUE(handle->request(urlOf(server), writer));
+    EXPECT_TRUE(handle.request(urlOf(server), writer));
     end.join();
 }
 

@@ -144,18 +144,8 @@ TEST_F(RsaTest, decryptsWhatThePublicKeyEncrypted) {
     EXPECT_FALSE(publicKey.decrypt(cipher, plain));
     cipher.array()[0] ^= 1;
     EXPECT_FALSE(pair.decrypt(cipher, plain));
-    cipher.resize(255);
-    EXPECT_FALSE(pair.decrypt(cipher, plain));
     longest.resize(longest.size() + 1);
     EXPECT_FALSE(publicKey.encrypt(longest, cipher));
-}
-
-TEST_F(RsaTest, refusesToMakeKeysOfAbsurdSizes) {
-    for (unsigned const bits : {0u, 8u, 100000u, 0xFFFFFFFFu}) {
-        Key key;
-        EXPECT_FALSE(key.generateKey(bits)) << bits;
-        EXPECT_FALSE(key.valid());
-    }
 }
 
 TEST_F(RsaTest, usingAnEmptyKeyIsFatal) {
