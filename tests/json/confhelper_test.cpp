@@ -17,16 +17,22 @@ constexpr unsigned required = ConfReadHelper::required;
 
 struct JsonDocument {
     json::JSONWrapperFromString json{
-        R"({"text":"t","number":-3,"list":["x","y"],"null":null,"flag":"maybe","outer":{"inner":"i"}})"};
+        R"({"text":"t","list":["x","y"],"null":null,"on":true,"bad":"maybe","outer":{"number":-3},"hollow":{}})"};
     json::JSONPolyReader poly = json.getReader();
     IKeyReader& record = *poly;
 };
 
 struct XmlDocument {
     xml::ParserReader document = xml::ParserReader::fromText(
-        "<r><text>t</text><number>-3</number><list><item>x</item><item>y</item></list><flag>maybe</flag>"
-        "<outer><inner>i</inner></outer></r>");
+        "<r><text>t</text><list><item>x</item><item>y</item></list><on>true</on><bad>maybe</bad>"
+        "<bad>maybe</bad><outer><number>-3</number></outer><hollow/></r>");
     IKeyReader& record = document["r"];
+};
+
+struct Record : IConf {
+    using IConf::write;
+    void write(IKeyReader& reader) override { ConfReadHelper::readKey(reader, "number", number, required); }
+    int number = 0;
 };
 
 template <class Document>
@@ -43,66 +49,62 @@ TYPED_TEST_SUITE(ConfHelper, Documents);
 
 } // namespace
 
-TYPED_TEST(ConfHelper, readsKeysThatArePresent) {
-    String text;
-    int number = 0;
-    Vector<String> list("item");
-    list.add("old");
-    EXPECT_TRUE(ConfReadHelper::readKey(this->record(), "text", text, required));
-    EXPECT_TRUE(ConfReadHelper::readKey(this->record(), "number", number, optional));
-    EXPECT_TRUE(ConfReadHelper::readKey(this->record(), "list", list, required));
-    EXPECT_EQ(text, "t");
-    EXPECT_EQ(number, -3);
-    ASSERT_EQ(list.size(), 2u);
-    EXPECT_EQ(list[1], "y");
-}
-
-TYPED_TEST(ConfHelper, anAbsentKeyKeepsTheDefaultOrIsReported) {
-    String text("default");
-    for (char const* const key : {"absent", "null"}) {
+TYPED_TEST(ConfHelper, keysAreRequiredOrOptional) {
+    static constexpr char const* unreadable =
+        "ERROR ConfReadHelper.readKey Error while reading key: \"bad\"\n";
+    static constexpr struct {
+        char const* key;
+        unsigned flags;
+        bool isRead, throws;
+        char const* logged;
+    } cases[] = {
+        {"on", required, true, false, ""},
+        {"absent", optional, false, false, ""},
+        {"null", optional, false, false, ""},
+        {"absent", required, false, true, "ERROR ConfReadHelper.readKey Missing tag: <absent>\n"},
+        {"bad", optional, false, false, unreadable},
+        {"null", required, false, true, "ERROR ConfReadHelper.readKey Missing tag: <null>\n"},
+        {"bad", required, false, true, unreadable},
+    };
+    for (auto const& c : cases) {
         test::LogCapture log;
-        EXPECT_FALSE(ConfReadHelper::readKey(this->record(), key, text, optional));
-        EXPECT_EQ(log.text(), "");
-        EXPECT_EQ(text, "default");
-        EXPECT_THROW(ConfReadHelper::readKey(this->record(), key, text, required), EConfMissingKey);
-        EXPECT_TRUE(log.contains("ERROR ConfReadHelper.readKey Missing tag: <" + std::string(key) + ">"));
+        bool value = false;
+        try {
+            EXPECT_EQ(ConfReadHelper::readKey(this->record(), c.key, value, c.flags), c.isRead) << c.key;
+            EXPECT_FALSE(c.throws) << c.key;
+        } catch (EConfMissingKey const& e) {
+            EXPECT_TRUE(c.throws) << c.key;
+            EXPECT_TRUE(e.toString().starts("EConfMissingKey:confhelper.cpp:"));
+        }
+        EXPECT_EQ(value, c.isRead);
+        EXPECT_TRUE(log.contains(c.logged)) << log.text();
+        EXPECT_EQ(log.text().empty(), *c.logged == '\0') << log.text();
+        EXPECT_EQ(log.count("TRACE Exception.catch EKeyReader:"), c.logged == unreadable) << log.text();
     }
 }
 
-TYPED_TEST(ConfHelper, anUnreadableRequiredKeyIsReported) {
-    test::LogCapture log;
-    bool flag = true;
-    EXPECT_THROW(ConfReadHelper::readKey(this->record(), "flag", flag, required), EConfMissingKey);
-    EXPECT_EQ(log.count("TRACE Exception.catch EKeyReader:"), 1u) << log.text();
-    EXPECT_EQ(log.count("ERROR ConfReadHelper.readKey Error while reading key: \"flag\""), 1u) << log.text();
-    EXPECT_TRUE(flag);
-}
-
-TYPED_TEST(ConfHelper, anUnreadableOptionalKeyIsReportedAndPassedOver) {
-    test::LogCapture log;
-    bool flag = true;
-    EXPECT_FALSE(ConfReadHelper::readKey(this->record(), "flag", flag, optional));
-    EXPECT_EQ(log.count("ERROR ConfReadHelper.readKey Error while reading key: \"flag\""), 1u) << log.text();
-    EXPECT_TRUE(flag);
+TYPED_TEST(ConfHelper, readsTextsListsAndRecords) {
+    String text;
+    Vector<String> list("item");
+    list.add("old");
+    Record record;
+    EXPECT_TRUE(ConfReadHelper::readKey(this->record(), "text", text, required));
+    EXPECT_TRUE(ConfReadHelper::readKey(this->record(), "list", list, required));
+    EXPECT_TRUE(ConfReadHelper::readKey(this->record(), "outer", record, required));
+    EXPECT_EQ(text, "t");
+    ASSERT_EQ(list.size(), 2u);
+    EXPECT_EQ(list[1], "y");
+    EXPECT_EQ(record.number, -3);
+    EXPECT_THROW(ConfReadHelper::readKey(this->record(), "hollow", record, optional), EConfMissingKey)
+        << "what a record requires is required of an optional record too";
 }
 
 TYPED_TEST(ConfHelper, placesAreReachedThroughAbsentOnes) {
-    ConfReadHelper const top(this->record());
-    String text;
-    ConfReadHelper const outer = top.get("outer", required);
-    EXPECT_TRUE(ConfReadHelper::readKey(outer.reader(), "inner", text, required));
-    EXPECT_EQ(text, "i");
     test::LogCapture log;
+    ConfReadHelper const top(this->record());
+    EXPECT_FALSE(top.get("outer", required).get("number", required).missing());
     EXPECT_TRUE(top.get("absent", optional).get("below", optional).missing());
     EXPECT_EQ(log.text(), "");
     EXPECT_THROW(top.get("absent", optional).get("below", required), EConfMissingKey);
-    EXPECT_TRUE(log.contains("ERROR ConfReadHelper.get Missing tag: <below>"));
-}
-
-TYPED_TEST(ConfHelper, aListWithoutItemsIsEmptied) {
-    Vector<String> list("other");
-    list.add("old");
-    ConfReadHelper const outer = ConfReadHelper(this->record()).get("outer", required);
-    outer.reader().read(static_cast<ISerialize&>(list));
-    EXPECT_EQ(list.size(), 0u);
+    EXPECT_TRUE(log.contains("ERROR ConfReadHelper.get Missing tag: <below>\n"));
 }
