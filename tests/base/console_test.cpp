@@ -40,7 +40,10 @@ TEST(Exception, textNamesThePlaceThatThrewAndThePlaceThatCaught) {
 }
 
 TEST(Console, linesHaveOneForm) {
+    using namespace std::chrono;
     test::LogCapture capture;
+    while (duration_cast<milliseconds>(system_clock::now().time_since_epoch()).count() % 1000 > 60)
+        std::this_thread::sleep_for(milliseconds(5)); // what is written of them is not padded
     log(TRACE, "tag", "Class", "method", "text");
     log(DEBUG, "tag", "Class", "", "text");
     log(ERROR, "tag", "Class", 42, "text");
@@ -167,19 +170,6 @@ TEST(Console, pathsInTheHomeDirectoryDoNotNameIt) {
     std::vector<std::string> const lines = capture.lines();
     EXPECT_EQ(body(lines.at(0)), "[tag] ERROR Class: ~/a and \"~/b\" but /home/bobby/c");
     EXPECT_EQ(body(lines.at(1)), "[tag] ERROR Class: /home/bob/a");
-}
-
-TEST(Console, millisecondsAreNotPadded) {
-    using namespace std::chrono;
-    test::LogCapture capture;
-    auto const ms = [] {
-        return duration_cast<milliseconds>(system_clock::now().time_since_epoch()).count() % 1000;
-    };
-    while (ms() < 1 || ms() > 60)
-        std::this_thread::sleep_for(milliseconds(5));
-    log(TRACE, "Class", "method", "text");
-    EXPECT_TRUE(std::regex_search(capture.text(), std::regex(R"(:\d\d\.(0|[1-9]\d{0,2}) \[)")))
-        << capture.text();
 }
 
 TEST(Console, aCategoryCanBeSentToNull) {

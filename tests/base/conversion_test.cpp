@@ -8,14 +8,6 @@
 
 using namespace quillon;
 
-TEST(Conversion, numbersToText) {
-    EXPECT_EQ(toString(INT_MIN), "-2147483648");
-    EXPECT_EQ(toString(ULONG_MAX).view(), std::to_string(ULONG_MAX));
-    EXPECT_EQ(toString(static_cast<short>(SHRT_MIN)), "-32768");
-    EXPECT_EQ(toString(255u, "%08X"), "000000FF");
-    EXPECT_TRUE(toString(static_cast<void const*>("")).starts("0x"));
-}
-
 TEST(Conversion, textToNumbers) {
     static constexpr struct {
         char const* text;

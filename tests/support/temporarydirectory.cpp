@@ -1,6 +1,7 @@
 #include "support/temporarydirectory.h"
 
 #include <stdlib.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <filesystem>
@@ -31,6 +32,11 @@ void writeFile(String const& path, std::string_view content) {
     file.write(content.data(), static_cast<std::streamsize>(content.size()));
     if (!file.flush())
         throw std::runtime_error("cannot write " + std::string(path.view()));
+}
+
+unsigned modeOf(String const& path) {
+    struct stat info {};
+    return lstat(path.str(), &info) == 0 ? info.st_mode : 0;
 }
 
 } // namespace quillon::test

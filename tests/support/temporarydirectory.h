@@ -30,5 +30,7 @@ private:
 std::string readFile(String const& path);
 /// Writes a file; throws std::runtime_error when it cannot.
 void writeFile(String const& path, std::string_view content);
+/// Type and permissions; 0 where there is nothing. Follows no link.
+unsigned modeOf(String const& path);
 
 } // namespace quillon::test

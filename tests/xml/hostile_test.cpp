@@ -1,14 +1,14 @@
 // Documents made to be deep, long or repetitive. Quadratic work on these sizes would run for minutes and meet
 // the test's time limit; a recursion for each level would overflow the stack.
 #include "base/serializearray.h"
-#include "base/textwriter.h"
+#include "support/repeated.h"
 #include "xml/parserreader.h"
 #include "xml/stringparser.h"
-#include "xml/writerkeywriter.h"
 
 #include <gtest/gtest.h>
 
 using namespace quillon;
+using test::repeated;
 using xml::ParserReader;
 using xml::StringParser;
 
@@ -16,22 +16,9 @@ namespace {
 
 constexpr unsigned many = 100000;
 
-std::string repeated(std::string_view piece, unsigned count) {
-    std::string text;
-    text.reserve(piece.size() * count);
-    while (count-- > 0)
-        text += piece;
-    return text;
-}
-
 String nested(std::string_view open, std::string_view inner, std::string_view close) {
     return String::copyOf(repeated(open, many) + std::string(inner) + repeated(close, many));
 }
-
-struct Counter : TextWriter<IWriter> {
-    unsigned long bytes = 0;
-    void put(char const*, unsigned count) override { bytes += count; }
-};
 
 } // namespace
 
@@ -97,19 +84,4 @@ TEST(XmlHostile, unfinishedMarkupIsRefusedAtOnce) {
         EXPECT_THROW(ParserReader::fromText(String::copyOf("<r>" + repeated(piece, many))),
                      xml::EParserReader)
             << piece;
-}
-
-TEST(XmlHostile, aDeepDocumentIsClosedByItsWriter) {
-    constexpr unsigned deep = 20000;
-    Counter out;
-    {
-        xml::WriterKeyWriter writer(out);
-        IKeyWriter* level = &writer;
-        for (unsigned i = 0; i < deep; ++i)
-            level = &(*level)["a"];
-    }
-    // The tags, and two lines for each inner level but the innermost, which takes one.
-    unsigned long const lines = 2ul * deep - 2;
-    unsigned long const indents = deep * (deep - 1ul) - (deep - 1ul);
-    EXPECT_EQ(out.bytes, 7ul * deep + 2 * lines + indents);
 }

@@ -1,7 +1,6 @@
 // What the parser takes, what it makes of it, and how it refuses the rest.
 #include "base/log.h"
 #include "support/logcapture.h"
-#include "xml/fileparser.h"
 #include "xml/stringparser.h"
 
 #include <gtest/gtest.h>
@@ -29,25 +28,6 @@ String failure(String const& document) {
 
 } // namespace
 
-TEST(XmlParser, decodesReferencesAndLeavesOtherAmpersandsAlone) {
-    static constexpr struct {
-        std::string_view raw, text;
-    } cases[] = {
-        {"&lt;&gt;&amp;&quot;&apos;", "<>&\"'"},
-        {"&#39;&#x27;&#0000039;", "'''"},
-        {"&#xE9; &#x20AC; &#x1F600;", "\xC3\xA9 \xE2\x82\xAC \xF0\x9F\x98\x80"},
-        {"p&q", "p&q"},
-        {"&", "&"},
-        {"a&&amp;&", "a&&&"},
-        {"&#;&#x;&#12", "&#;&#x;&#12"},
-        {"&#0;&#xD800;&#x110000;&#99999999999;", "&#0;&#xD800;&#x110000;&#99999999999;"},
-        {"&unknown;&#xZ;&#1a;", "&unknown;&#xZ;&#1a;"},
-        {"&amp;lt;", "&lt;"},
-    };
-    for (auto const& c : cases)
-        EXPECT_EQ(parsedText(c.raw).view(), c.text) << c.raw;
-}
-
 TEST(XmlParser, keepsCharacterDataAsOneTextByteForByte) {
     using namespace std::string_view_literals;
     static constexpr struct {
@@ -60,6 +40,14 @@ TEST(XmlParser, keepsCharacterDataAsOneTextByteForByte) {
         {"nul\0byte \xFF\xFE"sv, "nul\0byte \xFF\xFE"sv},
         {"first<b>inner</b>second", "first"},
         {"", ""},
+        {"&lt;&gt;&amp;&quot;&apos;", "<>&\"'"},
+        {"&#39;&#x27;&#0000039;", "'''"},
+        {"&#xE9; &#x20AC; &#x1F600;", "\xC3\xA9 \xE2\x82\xAC \xF0\x9F\x98\x80"},
+        {"a&&amp;&", "a&&&"},
+        {"&#;&#x;&#12", "&#;&#x;&#12"},
+        {"&#0;&#xD800;&#x110000;&#99999999999;", "&#0;&#xD800;&#x110000;&#99999999999;"},
+        {"&unknown;&#xZ;&#1a;", "&unknown;&#xZ;&#1a;"},
+        {"&amp;lt;", "&lt;"},
     };
     for (auto const& c : cases)
         EXPECT_EQ(parsedText(c.raw).view(), c.text) << c.raw;
@@ -158,18 +146,4 @@ TEST(XmlParser, everyPrefixOfADocumentIsRefused) {
     EXPECT_EQ(failure(whole), "none");
     for (unsigned length = 0; length < whole.length(); ++length)
         EXPECT_NE(failure(whole.range(0, length).clone()), "none") << length;
-}
-
-TEST(XmlFileParser, tellsAFileThatCannotBeReadFromOneThatIsNoDocument) {
-    test::TemporaryDirectory directory;
-    test::LogCapture log;
-    EXPECT_THROW(FileParser::parse(directory.file("absent")), EXmlFileParser);
-    EXPECT_TRUE(log.contains("cannot read the file: "));
-
-    test::writeFile(directory.file("text"), "no document");
-    EXPECT_THROW(FileParser::parse(directory.file("text")), EXmlFileParser);
-    test::writeFile(directory.file("fault"), "<a><b></a>");
-    EXPECT_THROW(FileParser::parse(directory.file("fault")), EXmlElement);
-    test::writeFile(directory.file("good"), "<a>x</a>");
-    EXPECT_EQ(FileParser::parse(directory.file("good"))->getText(), "x");
 }
