@@ -1,25 +1,12 @@
 // The window that asks before the first session with a gateway.
-#include "client/fakegateway.h"
-#include "gui/windowtest.h"
-#include "support/logcapture.h"
+#include "gui/frametest.h"
 #include "support/testpolicy.h"
-#include "tarvikclient/gui/conversion.h"
 #include "tarvikclient/gui/gatewaydialog.h"
 #include "tarvikclient/gui/language.h"
-#include "tarvikclient/gui/mainframe.h"
-#include "tarvikclient/policyrules.h"
-#include "tarvikclient/rememberedgateways.h"
 
-#include <gtest/gtest.h>
 #include <wx/app.h>
-#include <wx/button.h>
 #include <wx/stattext.h>
 #include <wx/uiaction.h>
-#include <wx/weakref.h>
-
-#include <sys/stat.h>
-
-#include <filesystem>
 
 namespace quillon {
 
@@ -44,39 +31,16 @@ http::HostPort gatewayOf(std::string const& name) {
     return *http::HostPort::parse(String::copyOf(name), gatewayPort);
 }
 
-void pressKey(int key) {
-    wxUIActionSimulator().Char(key);
-}
-
 /// A main frame under a policy that asks about each gateway.
-class GatewayQuestionWindow : public testing::Test {
+class GatewayQuestionWindow : public FrameTest {
 protected:
     GatewayQuestionWindow() {
-        setenv("HOME", home.path().c_str(), 1);
-        std::filesystem::create_directory(data);
-        chmod(data.c_str(), 0700);
-        test::writeFile(home.file(".Tarvik/tarvikclient.xml"),
-                        "<tarvikclient><sslcertignoredomains><domains>" + gateway.server().authority() +
-                            "</domains></sslcertignoredomains></tarvikclient>");
         gateway.serve("/mediation", silent(test::Reply::hold));
         policy.write("<gateways><others>ask</others></gateways>");
-        dialogs.Register();
-    }
-    ~GatewayQuestionWindow() override {
-        if (frame)
-            frame->Close(true);
-        EXPECT_TRUE(goes());
-        std::filesystem::current_path("/");
     }
     void start() {
-        frame = mainhiddenframe = new TarvikMainFrame(nullptr, wxID_ANY, "test");
-        // After the frame's own hook, so that it comes first: a box that it answers is not shown to anybody.
-        dialogs.Unregister();
-        dialogs.Register();
+        makeFrame();
         frame->start(quillonToWxString(gateway.launchUrl()));
-    }
-    bool goes(double seconds = 5) {
-        return eventually([this] { return !frame; }, seconds);
     }
     /// Starts a session, does this to the window that asks, and says whether the gateway is then asked.
     bool asksAfter(std::function<void(wxDialog&)> act) {
@@ -88,12 +52,7 @@ protected:
     }
     std::string remembered() const { return test::readFile(home.file(".Tarvik/gateways.xml")); }
 
-    test::TemporaryDirectory home;
-    test::FakeGateway gateway;
     test::TestPolicy policy;
-    std::string const data = home.path() + "/.Tarvik";
-    wxWeakRef<TarvikMainFrame> frame;
-    MessageBoxes dialogs;
 };
 
 } // namespace
@@ -138,9 +97,9 @@ TEST(GatewayDialog, every_way_out_but_its_yes_is_a_no) {
         {"yes", [](wxDialog& dialog) { press(dialog, wxID_YES); }, true},
         {"no", [](wxDialog& dialog) { press(dialog, wxID_NO); }, false},
         {"title bar", [](wxDialog& dialog) { dialog.Close(); }, false},
-        {"escape", [](wxDialog&) { pressKey(WXK_ESCAPE); }, false},
-        {"enter", [](wxDialog&) { pressKey(WXK_RETURN); }, false},
-        {"blank", [](wxDialog&) { pressKey(WXK_SPACE); }, false},
+        {"escape", [](wxDialog&) { wxUIActionSimulator().Char(WXK_ESCAPE); }, false},
+        {"enter", [](wxDialog&) { wxUIActionSimulator().Char(WXK_RETURN); }, false},
+        {"blank", [](wxDialog&) { wxUIActionSimulator().Char(WXK_SPACE); }, false},
     };
     for (auto const& [what, act, yes] : ways) {
         TarvikClientGatewayDialog dialog(nullptr, gatewayOf("gate.example"));

@@ -6,7 +6,6 @@
 #include <wx/init.h>
 #include <wx/log.h>
 #include <wx/utils.h>
-#include <wx/xlocale.h>
 
 #include <libintl.h>
 
@@ -56,11 +55,6 @@ private:
 };
 
 } // namespace
-
-TEST_F(LanguageTest, other_codes_than_four_in_lower_case_mean_the_systems_language) {
-    for (char const* const other : {"", "FR", "pt", "f", "fra", "fr_FR"})
-        EXPECT_EQ(languageOfCode(other), wxLANGUAGE_DEFAULT) << other;
-}
 
 TEST_F(LanguageTest, the_language_asked_for_translates_texts_and_stock_labels_without_a_locale) {
     struct {

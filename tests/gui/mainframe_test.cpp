@@ -1,19 +1,15 @@
 #include "tarvikclient/gui/mainframe.h"
 
 #include "base/descriptor.h"
-#include "client/fakegateway.h"
+#include "gui/frametest.h"
 #include "gui/traymanager.h"
-#include "gui/windowtest.h"
 #include "support/logcapture.h"
 #include "tarvikclient/gui/configurationdialog.h"
 #include "tarvikclient/gui/connectionerrordialog.h"
-#include "tarvikclient/gui/conversion.h"
 #include "tarvikclient/gui/notificationpanel.h"
 
-#include <gtest/gtest.h>
 #include <wx/menu.h>
 #include <wx/textctrl.h>
-#include <wx/weakref.h>
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -21,39 +17,14 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <filesystem>
-
 namespace quillon {
 
 namespace {
 
-/// A main frame with a real client, a home of its own and a gateway that the settings there trust.
-class MainFrame : public testing::Test {
+class MainFrame : public FrameTest {
 protected:
-    MainFrame() {
-        setenv("HOME", m_home.path().c_str(), 1);
-        std::filesystem::create_directory(data);
-        test::writeFile(settings, oldSettings);
-    }
-    void SetUp() override {
-        makeFrame();
-        // After the frame's own hook, so that it comes first: a box that it answers is not shown to anybody.
-        dialogs.Register();
-    }
-    ~MainFrame() override {
-        if (frame)
-            frame->Close(true);
-        EXPECT_TRUE(goes());
-        EXPECT_EQ(mainhiddenframe, nullptr);
-        std::filesystem::current_path("/"); // the client had made the home's directory the current one
-    }
+    void SetUp() override { makeFrame(); }
 
-    void makeFrame() { frame = mainhiddenframe = new TarvikMainFrame(nullptr, wxID_ANY, "test"); }
-    bool isGone() const { return !frame; }
-    /// Lets events happen until the frame is gone.
-    bool goes(double seconds = 10) {
-        return eventually([this] { return isGone(); }, seconds);
-    }
     /// As the client's thread would.
     void notify(ClientNotifyId id, int number, wxString const& text = wxString()) {
         auto* const event = new wxThreadEvent(EVT_TYPE_CLIENTNOTIFY, id);
@@ -83,17 +54,6 @@ protected:
         });
         frame->showConfigurationDialogModal(nullptr);
     }
-
-    test::TemporaryDirectory m_home;
-    test::FakeGateway gateway;
-    std::string const data = m_home.path() + "/.Tarvik";
-    String const settings = m_home.file(".Tarvik/tarvikclient.xml");
-    std::string const oldSettings =
-        "<tarvikclient><proxy><credentials><login>old</login><password>p</password></credentials></proxy>"
-        "<sslcertignoredomains><domains>" +
-        gateway.server().authority() + "</domains></sslcertignoredomains></tarvikclient>";
-    wxWeakRef<TarvikMainFrame> frame;
-    MessageBoxes dialogs;
 };
 
 } // namespace
@@ -147,12 +107,12 @@ TEST_F(MainFrame, a_finished_session_waits_for_an_open_dialog) {
     bool survived = false;
     whenModal([&](wxDialog& dialog) {
         notify(CLIENTNOTIFY_STATUS, STATUS_FINISHED);
-        eventually([&] { return isGone(); }, 0.5);
-        survived = !isGone() && dialog.IsModal();
+        eventually([&] { return !frame; }, 0.5);
+        survived = frame && dialog.IsModal();
         press(dialog, wxID_CLOSE);
     });
     frame->showAbout();
-    EXPECT_FALSE(isGone()) << "destroyed under the handler that had opened the dialog";
+    EXPECT_TRUE(frame != nullptr) << "destroyed under the handler that had opened the dialog";
     EXPECT_TRUE(survived);
     EXPECT_TRUE(goes());
 }

@@ -29,8 +29,16 @@ constexpr char notificationInterface[] = R"(<node><interface name="org.freedeskt
   </method>
 </interface></node>)";
 
+class StatusAreaTest : public testing::Test {
+protected:
+    test::LogCapture log;
+    TarvikSystrayIcon icon{wxTBI_CUSTOM_STATUSITEM};
+    std::vector<StatusRung> taken;
+    StatusArea area{icon, [this](StatusRung rung) { taken.push_back(rung); }};
+};
+
 /// A desktop with a session bus, on which there is nothing at first.
-class StatusDesktop : public testing::Test {
+class StatusDesktop : public StatusAreaTest {
 protected:
     static void SetUpTestSuite() {
         bus.emplace();
@@ -39,7 +47,10 @@ protected:
     static void TearDownTestSuite() { bus.reset(); }
 
     StatusDesktop() {
-        icon.Bind(wxEVT_MENU, [this](wxCommandEvent& event) { chosen.push_back(event.GetId()); });
+        icon.Bind(wxEVT_MENU, [this](wxCommandEvent& event) {
+            chosen.push_back(event.GetId());
+            event.Skip(); // without a main frame the icon's own handlers do nothing
+        });
     }
 
     bool reaches(std::vector<StatusRung> const& rungs) {
@@ -50,11 +61,7 @@ protected:
     }
 
     static inline std::optional<test::SessionBus> bus;
-    test::LogCapture log;
-    TarvikSystrayIcon icon{wxTBI_CUSTOM_STATUSITEM};
-    std::vector<StatusRung> taken;
     std::vector<int> chosen;
-    StatusArea area{icon, [this](StatusRung rung) { taken.push_back(rung); }};
 };
 
 } // namespace
@@ -83,11 +90,7 @@ TEST(StatusArea, the_best_rung_on_offer_is_taken_and_only_changes_are_told) {
     }
 }
 
-TEST(StatusArea, a_bare_desktop_is_recognised_at_once_and_leaves_the_menu_to_the_panel) {
-    test::LogCapture const log;
-    std::vector<StatusRung> taken;
-    TarvikSystrayIcon icon(wxTBI_CUSTOM_STATUSITEM);
-    StatusArea area(icon, [&](StatusRung rung) { taken.push_back(rung); });
+TEST_F(StatusAreaTest, a_bare_desktop_is_recognised_at_once_and_leaves_the_menu_to_the_panel) {
     area.show();
     area.show();
     showDesktopNotification("Tarvik", "connected");
@@ -96,10 +99,7 @@ TEST(StatusArea, a_bare_desktop_is_recognised_at_once_and_leaves_the_menu_to_the
     EXPECT_TRUE(log.contains("StatusArea.take status icon: none, the panel carries the menu")) << log.text();
 }
 
-TEST(StatusArea, removed_before_the_desktop_answered_it_still_tells_that_there_is_no_icon) {
-    std::vector<StatusRung> taken;
-    TarvikSystrayIcon icon(wxTBI_CUSTOM_STATUSITEM);
-    StatusArea area(icon, [&](StatusRung rung) { taken.push_back(rung); });
+TEST_F(StatusAreaTest, removed_before_the_desktop_answered_it_still_tells_that_there_is_no_icon) {
     area.show();
     area.remove();
     area.show();

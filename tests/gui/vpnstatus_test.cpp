@@ -32,18 +32,6 @@ TEST(VpnStatus, tells_the_state_by_the_beginning_of_the_line) {
     }
 }
 
-TEST(VpnStatus, ignores_a_repeated_line_but_not_one_that_comes_back) {
-    VpnStatus status;
-    EXPECT_FALSE(status.accept("")); // nothing has been said yet
-    EXPECT_TRUE(status.accept("init"));
-    status.advance();
-    EXPECT_FALSE(status.accept("init"));
-    EXPECT_EQ(status.text(), "VPN_INIT.");
-    EXPECT_TRUE(status.accept("what is this"));
-    EXPECT_TRUE(status.accept("init"));
-    EXPECT_EQ(status.text(), "VPN_INIT");
-}
-
 TEST(VpnStatus, counts_dots_while_a_state_is_in_progress) {
     VpnStatus status;
     status.accept("init");
