@@ -141,14 +141,9 @@ bool UiDriver::awaitGone(Control const& control, std::chrono::milliseconds limit
     return until([&] { return !find(control); }, limit);
 }
 
-bool UiDriver::click(Control const& control) {
+bool UiDriver::click(Control const& control, char const* event) {
     Accessible const object = await(control);
-    return object && mouse(areaOf(object.get()), "b1c");
-}
-
-bool UiDriver::contextClick(Control const& control) {
-    Accessible const object = await(control);
-    return object && mouse(areaOf(object.get()), "b3c");
+    return object && mouse(areaOf(object.get()), event);
 }
 
 bool UiDriver::select(Control const& control) {

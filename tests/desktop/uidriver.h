@@ -34,10 +34,10 @@ public:
     bool awaitShown(Control const& control, std::chrono::milliseconds limit = patience);
     /// Waits until no visible control bears this text any more.
     bool awaitGone(Control const& control, std::chrono::milliseconds limit = patience);
-    /// Clicks with the left mouse button where the control is.
-    bool click(Control const& control);
-    /// Clicks with the right mouse button where the control is.
-    bool contextClick(Control const& control);
+    /// Clicks where the control is, with the left mouse button unless another event is named.
+    bool click(Control const& control, char const* event = "b1c");
+    /// Clicks with the right mouse button there.
+    bool contextClick(Control const& control) { return click(control, "b3c"); }
     /// Selects the control in the list that it stands in.
     bool select(Control const& control);
     /// Replaces the text of the `index`-th visible field, counted from 0 in the order of the screen's

@@ -111,11 +111,6 @@ int ChildProcess::wait() {
     return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
 }
 
-bool ChildProcess::hasEnded() const {
-    std::lock_guard lock(m_mutex);
-    return m_output.ended && m_errors.ended;
-}
-
 bool ChildProcess::awaitOutput(std::string const& text) const {
     auto const found = [&] { return m_output.text.find(text) != std::string::npos; };
     std::unique_lock lock(m_mutex);

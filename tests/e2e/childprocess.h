@@ -32,8 +32,6 @@ public:
     /// The most memory that the program held at once, in KiB; known after wait(). It counts from this
     /// process's own peak at the start, so keep that low.
     long peakKiB() const { return m_peakKiB; }
-    /// Whether the program has closed its output, which it does by ending.
-    bool hasEnded() const;
     /// Waits until `text` stands in the output; false at its end or after half a minute.
     bool awaitOutput(std::string const& text) const;
     /// What has come so far, of one stream or the other.

@@ -3,6 +3,7 @@
 #include "desktop/uidriver.h"
 #include "e2e/policyfixture.h"
 #include "e2e/site.h"
+#include "support/repeated.h"
 
 #include <gtest/gtest.h>
 
@@ -35,12 +36,16 @@ std::string text(char const* key, char const* language = "en") {
     return result;
 }
 
-std::string filled(std::string format, std::string const& value) {
-    return format.replace(format.find("%s"), 2, value);
-}
-
 /// A URL at which nothing listens.
 std::string const refusedUrl = "tarvik://secret-ticket@127.0.0.1:1/mediation?lang=en";
+
+/// A display of its own, which can end.
+struct Display : ChildProcess {
+    Display() : ChildProcess({"/usr/bin/Xvfb", "-displayfd", "1", "-nolisten", "tcp"}) {
+        EXPECT_TRUE(awaitOutput("\n")) << errors();
+    }
+    std::string name() const { return ":" + output().substr(0, output().find("\n")); }
+};
 
 class Desktop : public testing::Test {
 protected:
@@ -48,15 +53,16 @@ protected:
         return ChildProcess({program, url}, {{"HOME", site().home()}, {"LANGUAGE", ""}});
     }
     /// Made when first wanted, for tests that want no options.
-    Site& site(std::vector<std::string> const& options = {}) {
+    Site& site(std::vector<std::string> const& options = {}, std::string const& script = {}) {
         if (m_sites.empty())
-            m_sites.emplace_back(options);
+            m_sites.emplace_back(options, script);
         return m_sites.front();
     }
-    /// A gateway whose module answers these lines, one per poll.
-    Site& siteWithPolls(std::string const& script) {
-        writeFile(m_directory.file("script"), script);
-        return site({"--poll-script", std::string(m_directory.file("script").view())});
+    Site& siteWithPolls(std::string const& script) { return site({}, script); }
+    Site& siteWithTunnel() {
+        return siteWithPolls(repeated(R"([{"code":"5","status":"connected"}])"
+                                      "\n",
+                                      999));
     }
     void choose(std::string const& shownInPanel, std::string const& entry) {
         ASSERT_TRUE(ui.contextClick({"label", shownInPanel})) << ui.describe();
@@ -68,40 +74,40 @@ protected:
                          readFile(logPath).c_str());
     }
 
-    TemporaryDirectory m_directory;
     std::list<Site> m_sites;
     UiDriver ui;
 };
 
-std::string repeated(int count, std::string const& line) {
-    std::string result;
-    while (count-- > 0)
-        result += line + "\n";
-    return result;
-}
-
 TEST_F(Desktop, panel_follows_the_tunnel_and_the_menu_stops_it) {
-    siteWithPolls(repeated(6, R"([{"code":"5","status":"init"}])") +
-                  repeated(6, R"([{"code":"5","status":"authenticating"}])") +
-                  repeated(999, R"([{"code":"5","status":"connected ip=10.8.0.2"}])"));
+    siteWithPolls(repeated(R"([{"code":"5","status":"init"}])"
+                           "\n",
+                           6) +
+                  repeated(R"([{"code":"5","status":"authenticating"}])"
+                           "\n",
+                           6) +
+                  repeated(R"([{"code":"5","status":"connected ip=10.8.0.2"}])"
+                           "\n",
+                           999));
     ChildProcess client = start(site().url("plugindll"));
     EXPECT_TRUE(ui.awaitShown({"label", text("VPN_INIT") + "*"}));
     EXPECT_TRUE(ui.awaitShown({"label", text("VPN_AUTHENTICATING") + "*"}));
-    std::string const connected = filled(text("VPN_GIVENIP %s"), "10.8.0.2");
+    std::string const connected =
+        text("VPN_GIVENIP %s").replace(text("VPN_GIVENIP %s").find("%s"), 2, "10.8.0.2");
     EXPECT_TRUE(ui.awaitShown({"label", connected}));
+    EXPECT_EQ(client.commandLine(), program + std::string(1 + site().url("plugindll").size() + 1, '\0'));
     choose(connected, text("&Quit"));
     EXPECT_EQ(client.wait(), 0) << client.errors();
     EXPECT_NE(site().moduleLog("Plugin/sample-plugin.log").find("DllStop2"), std::string::npos);
-    EXPECT_NE(readFile(logPath).find("status icon: none"), std::string::npos);
+    std::string const log = readFile(logPath);
+    EXPECT_NE(log.find("status icon: none"), std::string::npos);
+    EXPECT_EQ(log.find("the program ends without it"), std::string::npos);
 }
 
 TEST_F(Desktop, a_display_that_ends_leaves_the_module_its_time_to_stop) {
-    siteWithPolls(repeated(999, R"([{"code":"5","status":"connected"}])"));
-    ChildProcess display({"/usr/bin/Xvfb", "-displayfd", "1", "-nolisten", "tcp"});
-    ASSERT_TRUE(display.awaitOutput("\n")) << display.errors();
+    siteWithTunnel();
+    Display display;
     ChildProcess client({program, site().url("plugindll")},
-                        {{"HOME", site().home()},
-                         {"DISPLAY", ":" + display.output().substr(0, display.output().find("\n"))}});
+                        {{"HOME", site().home()}, {"DISPLAY", display.name()}});
     ASSERT_TRUE(ui.awaitShown({"label", text("VPN_CONNECTED")})) << ui.describe();
     display.signal(SIGTERM);
     EXPECT_GT(client.wait(), 0) << client.errors();
@@ -157,42 +163,6 @@ TEST_F(Desktop, a_fatal_error_is_told_in_the_portals_language) {
     EXPECT_EQ(client.wait(), 0) << client.errors();
 }
 
-TEST_F(Desktop, of_twenty_started_at_once_one_runs_and_ignores_the_others_urls) {
-    siteWithPolls(repeated(999, R"([{"code":"5","status":"connected"}])"));
-    std::list<ChildProcess> clients;
-    for (int i = 0; i < 20; ++i)
-        clients.emplace_back(std::vector<std::string>{program, site().url("plugindll")},
-                             ChildProcess::Environment{{"HOME", site().home()}});
-    EXPECT_TRUE(ui.awaitShown({"label", text("VPN_CONNECTED")}));
-    auto const running = [&] {
-        return std::count_if(clients.begin(), clients.end(),
-                             [](ChildProcess const& c) { return !c.hasEnded(); });
-    };
-    for (int left = 2000; left > 0 && running() > 1; --left)
-        std::this_thread::sleep_for(std::chrono::milliseconds(10));
-    EXPECT_EQ(running(), 1);
-    choose(text("VPN_CONNECTED"), text("&Quit"));
-    for (ChildProcess& client : clients)
-        EXPECT_EQ(client.wait(), 0) << client.errors();
-    std::string const log = readFile(logPath);
-    std::string const warning = "I can only handle MacOpenURL once for now... Ignoring.";
-    int warnings = 0;
-    for (size_t at = log.find(warning); at != std::string::npos; at = log.find(warning, at + 1))
-        ++warnings;
-    EXPECT_EQ(warnings, 19);
-}
-
-TEST_F(Desktop, quits_while_the_first_request_hangs) {
-    site({"--delay", "600000"});
-    ChildProcess client = start(site().url("plugindll"));
-    choose(text("STATUS_IDLE"), text("&Quit"));
-    EXPECT_EQ(client.commandLine(), program + std::string(1 + site().url("plugindll").size() + 1, '\0'));
-    EXPECT_EQ(client.wait(), 0) << client.errors();
-    std::string const log = readFile(logPath);
-    EXPECT_NE(log.find("TarvikClient.main"), std::string::npos) << log;
-    EXPECT_EQ(log.find("the program ends without it"), std::string::npos);
-}
-
 TEST_F(Desktop, a_url_that_comes_while_it_ends_is_run_by_the_process_that_brings_it) {
     site({"--delay", "600000"});
     ChildProcess ending = start(site().url("plugindll"));
@@ -236,7 +206,7 @@ protected:
 };
 
 TEST_F(DesktopPolicy, asks_in_one_window_however_many_links_are_opened) {
-    siteWithPolls(repeated(999, R"([{"code":"5","status":"connected"}])"));
+    siteWithTunnel();
     ChildProcess client(command(), environment());
     std::string const question = text("GATEWAY_QUESTION");
     ASSERT_TRUE(ui.awaitShown({"label", question.substr(0, question.find(" {")) + "*"})) << ui.describe();
@@ -263,10 +233,9 @@ TEST_F(DesktopPolicy, a_question_ends_with_a_signal_and_with_the_display) {
         client.signal(SIGTERM);
         EXPECT_EQ(client.wait(), 0) << client.errors();
     }
-    ChildProcess display({"/usr/bin/Xvfb", "-displayfd", "1", "-nolisten", "tcp"});
-    ASSERT_TRUE(display.awaitOutput("\n")) << display.errors();
+    Display display;
     auto elsewhere = environment();
-    elsewhere["DISPLAY"] = ":" + display.output().substr(0, display.output().find("\n"));
+    elsewhere["DISPLAY"] = display.name();
     ChildProcess client(command(), elsewhere);
     ASSERT_TRUE(ui.awaitShown({button, no})) << ui.describe();
     display.signal(SIGTERM);
@@ -275,9 +244,8 @@ TEST_F(DesktopPolicy, a_question_ends_with_a_signal_and_with_the_display) {
 }
 
 TEST_F(Desktop, a_start_that_cannot_succeed_says_so_and_ends) {
-    for (std::vector<std::string> const& arguments : {std::vector<std::string>{"a", "b"}, {"--unknown"}}) {
-        std::vector<std::string> command{program};
-        command.insert(command.end(), arguments.begin(), arguments.end());
+    for (auto const& command :
+         {std::vector{program, std::string("a"), std::string("b")}, {program, "--unknown"}}) {
         ChildProcess wrong(command);
         EXPECT_EQ(wrong.wait(), 64);
         EXPECT_EQ(wrong.errors(), "usage: tarvikclient [URL]\n");

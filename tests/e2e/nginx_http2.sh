@@ -19,25 +19,12 @@ trap finish EXIT
 openssl req -x509 -newkey rsa:2048 -nodes -days 2 -subj /CN=localhost \
   -keyout "$work/key.pem" -out "$work/certificate.pem" 2>/dev/null
 
-: >"$work/urls" # before the gateway opens it: the loop below may come first
-"$programs/tarvik-devgateway" --port 0 --public-name localhost >"$work/urls" 2>"$work/gateway.log" &
-pids+=($!)
-# The port that the gateway got is known to the system alone, its URLs name the public one.
-upstream=
-for _ in $(seq 300); do
-  [ "$(wc -l <"$work/urls")" -lt 5 ] || break
-  sleep 0.1
-done
-inode=$(readlink /proc/"${pids[0]}"/fd/* | sed -n 's/^socket:\[\(.*\)\]$/\1/p')
-for socket in $inode; do
-  hex=$(awk -v inode="$socket" '$10 == inode && $4 == "0A" { split($2, a, ":"); print a[2] }' /proc/net/tcp)
-  [ -z "$hex" ] || upstream=$((16#$hex))
-done
-[ -n "$upstream" ] || { cat "$work/gateway.log"; exit 1; }
-
-# nginx cannot pick a port of its own and tell: try some until one is free.
-start_nginx() {
-  local port=$1
+# start PORT: nginx there and the gateway behind it; fails when a port is somebody else's. Neither picks one and tells.
+start() {
+  local port=$1 upstream=$(($1 + 10000)) gateway server at
+  "$programs/tarvik-devgateway" --port "$upstream" --public-name localhost >"$work/gateway.log" 2>&1 &
+  gateway=$!
+  pids+=($gateway)
   cat >"$work/nginx.conf" <<CONF
 daemon off;
 master_process off;
@@ -61,23 +48,22 @@ http {
 CONF
   : >"$work/error.log"
   nginx -p "$work" -c "$work/nginx.conf" -e "$work/error.log" &
-  nginx_pid=$!
-  for _ in $(seq 50); do
-    kill -0 "$nginx_pid" 2>/dev/null || return 1
-    if (exec 3<>/dev/tcp/127.0.0.1/"$port") 2>/dev/null; then
-      pids+=("$nginx_pid")
-      return 0
-    fi
-    sleep 0.1
+  server=$!
+  pids+=($server)
+  for at in "$upstream" "$port"; do
+    until (exec 3<>/dev/tcp/127.0.0.1/"$at") 2>/dev/null; do
+      kill -0 $gateway && kill -0 $server || return 1
+      sleep 0.1
+    done
   done
-  return 1
+  kill -0 $gateway && kill -0 $server
 }
 port=
 for _ in 1 2 3 4 5; do
   candidate=$((20000 + RANDOM % 10000))
-  if start_nginx "$candidate"; then port=$candidate; break; fi
+  if start "$candidate" 2>/dev/null; then port=$candidate; break; fi
 done
-[ -n "$port" ] || { cat "$work/error.log"; exit 1; }
+[ -n "$port" ] || { cat "$work/gateway.log" "$work/error.log"; exit 1; }
 
 export HOME="$work/home"
 mkdir -p "$HOME/.Tarvik"

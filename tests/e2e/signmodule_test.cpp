@@ -23,10 +23,10 @@ protected:
         m_said = tool.errors();
         return code;
     }
-    int sign(std::string const& name, std::vector<std::string> const& options = {}) {
-        std::vector<std::string> arguments = {"sign",      "--key", TEST_PRIVATE_KEY, "--name", name,
-                                              "--version", "1.0",   module()};
-        arguments.insert(arguments.end(), options.begin(), options.end());
+    int sign(std::string const& name, std::vector<std::string> arguments = {}) {
+        arguments.insert(arguments.begin(),
+                         {"sign", "--key", TEST_PRIVATE_KEY, "--name", name, "--version", "1.0"});
+        arguments.push_back(module());
         return run(arguments);
     }
     int signWith(std::string const& companion) {
@@ -58,8 +58,7 @@ TEST_F(SignModuleTest, refuses_what_it_cannot_sign) {
     EXPECT_EQ(run({"sign", "--key", TEST_PUBLIC_KEY, "--name", "n", "--version", "1", module()}), 1);
     EXPECT_EQ(run({"sign", "--key", TEST_PRIVATE_KEY, "--name", "n", "--version", "1", module() + "x"}), 1);
     EXPECT_EQ(run({"verify", "--key", TEST_PRIVATE_KEY, module()}), 1);
-    for (std::vector<std::string> const& wrong :
-         {std::vector<std::string>{}, {"sign", module()}, {"verify", "--name"}})
+    for (auto const& wrong : {std::vector<std::string>{}, {"sign", module()}, {"verify", "--name"}})
         EXPECT_EQ(run(wrong), 1);
     for (std::vector<std::string> const& wrong : {std::vector<std::string>{"--kind", "plugin"},
                                                   {"--platform", "linux-x86_64"},

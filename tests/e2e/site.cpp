@@ -9,18 +9,14 @@
 
 namespace quillon::test {
 
-namespace {
-
-std::vector<std::string> command(std::vector<std::string> const& options) {
-    std::vector<std::string> arguments{TEST_PROGRAMS "/tarvik-devgateway", "--port", "0"};
-    arguments.insert(arguments.end(), options.begin(), options.end());
-    return arguments;
-}
-
-} // namespace
-
-Site::Site(std::vector<std::string> const& options) : m_gateway(command(options)) {
-    EXPECT_TRUE(m_gateway.awaitOutput("refused tarvik://")) << m_gateway.errors();
+Site::Site(std::vector<std::string> options, std::string const& script) {
+    options.insert(options.begin(), {TEST_PROGRAMS "/tarvik-devgateway", "--port", "0"});
+    if (!script.empty()) {
+        writeFile(m_directory.file("script"), script);
+        options.insert(options.end(), {"--poll-script", m_directory.path() + "/script"});
+    }
+    m_gateway = std::make_unique<ChildProcess>(options);
+    EXPECT_TRUE(m_gateway->awaitOutput("refused tarvik://")) << m_gateway->errors();
     trust(authority());
 }
 
@@ -30,7 +26,7 @@ std::string Site::authority() const {
 }
 
 std::string Site::url(std::string const& kind) const {
-    std::istringstream lines(m_gateway.output());
+    std::istringstream lines(m_gateway->output());
     for (std::string name, url; lines >> name >> url;)
         if (name == kind)
             return url;

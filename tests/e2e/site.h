@@ -4,14 +4,16 @@
 #include "e2e/childprocess.h"
 #include "support/temporarydirectory.h"
 
+#include <memory>
+
 namespace quillon::test {
 
 /// A development gateway, and a home directory, with a blank and a quote in its name, whose settings trust
 /// it.
 class Site {
 public:
-    /// `options` are the gateway's.
-    explicit Site(std::vector<std::string> const& options = {});
+    /// `options` are the gateway's; its module answers the lines of `script`, if there are any, one per poll.
+    explicit Site(std::vector<std::string> options = {}, std::string const& script = {});
 
     std::string home() const { return m_directory.path() + "/it's a home"; }
     std::string settingsPath() const { return home() + "/.Tarvik/tarvikclient.xml"; }
@@ -28,7 +30,7 @@ public:
 
 private:
     TemporaryDirectory m_directory;
-    ChildProcess m_gateway;
+    std::unique_ptr<ChildProcess> m_gateway;
 };
 
 } // namespace quillon::test

@@ -25,7 +25,6 @@ Request parseHead(std::string_view head) {
     std::string_view line = cut(head, "\r\n");
     request.method = cut(line, " ");
     request.target = cut(line, " ");
-    request.version = line;
     while (!head.empty()) {
         std::string_view value = cut(head, "\r\n");
         std::string_view const name = cut(value, ":");

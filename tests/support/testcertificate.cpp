@@ -1,7 +1,6 @@
 #include "support/testcertificate.h"
 
 #include <openssl/ec.h>
-#include <openssl/pem.h>
 #include <openssl/ssl.h>
 #include <openssl/x509v3.h>
 
@@ -22,7 +21,6 @@ struct Freer {
 using Key = std::unique_ptr<EVP_PKEY, Freer<EVP_PKEY_free>>;
 using Certificate = std::unique_ptr<X509, Freer<X509_free>>;
 using Extension = std::unique_ptr<X509_EXTENSION, Freer<X509_EXTENSION_free>>;
-using Bio = std::unique_ptr<BIO, Freer<BIO_free_all>>;
 
 void require(bool done, char const* what) {
     if (!done)
@@ -57,14 +55,6 @@ Certificate makeCertificate(EVP_PKEY* key) {
     return certificate;
 }
 
-std::string toPem(X509* certificate) {
-    Bio const bio(BIO_new(BIO_s_mem()));
-    require(bio && PEM_write_bio_X509(bio.get(), certificate) == 1, "PEM_write_bio_X509");
-    char* bytes = nullptr;
-    long const count = BIO_get_mem_data(bio.get(), &bytes);
-    return std::string(bytes, static_cast<std::size_t>(count));
-}
-
 } // namespace
 
 void TestCertificate::Free::operator()(ssl_ctx_st* context) const {
@@ -78,7 +68,6 @@ TestCertificate::TestCertificate() : m_context(SSL_CTX_new(TLS_server_method()))
     Certificate const certificate = makeCertificate(key.get());
     require(SSL_CTX_use_certificate(m_context.get(), certificate.get()) == 1, "SSL_CTX_use_certificate");
     require(SSL_CTX_use_PrivateKey(m_context.get(), key.get()) == 1, "SSL_CTX_use_PrivateKey");
-    m_pem = toPem(certificate.get());
 }
 
 } // namespace quillon::test

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <memory>
-#include <string>
 
 struct ssl_ctx_st;
 
@@ -16,7 +15,6 @@ public:
     TestCertificate();
 
     ssl_ctx_st* context() const noexcept { return m_context.get(); }
-    std::string const& pem() const noexcept { return m_pem; }
 
 private:
     struct Free {
@@ -24,7 +22,6 @@ private:
     };
 
     std::unique_ptr<ssl_ctx_st, Free> m_context;
-    std::string m_pem;
 };
 
 } // namespace quillon::test

@@ -13,7 +13,6 @@ namespace quillon::test {
 struct Request {
     std::string method;
     std::string target;
-    std::string version;
     /// Names and values in the order they came, names as they were written.
     std::vector<std::pair<std::string, std::string>> headers;
     std::string body;

@@ -153,7 +153,8 @@ void TestServer::serve(Connection& connection) {
 }
 
 bool TestServer::answer(Channel& channel, Connection const& connection, Reply const& reply) {
-    waitFor(reply);
+    if (reply.delay.count() != 0)
+        isEndedWithin(reply.delay);
     bool sent = channel.write(reply.bytes);
     for (std::size_t i = 0; sent && i < reply.times; ++i)
         sent = channel.write(reply.again);
@@ -170,11 +171,6 @@ bool TestServer::answer(Channel& channel, Connection const& connection, Reply co
     return sent && reply.ending == Reply::keepAlive;
 }
 
-void TestServer::waitFor(Reply const& reply) {
-    if (reply.delay.count() != 0)
-        isEndedWithin(reply.delay);
-}
-
 bool TestServer::isEndedWithin(std::chrono::milliseconds time) {
     std::unique_lock lock(m_mutex);
     return m_changed.wait_for(lock, time, [this] { return m_released || m_stopping; });
@@ -187,10 +183,6 @@ void TestServer::trickle(Channel& channel) {
 
 std::string TestServer::url(std::string_view target) const {
     return (m_certificate ? "https://" : "http://") + authority() + std::string(target);
-}
-
-std::string TestServer::certificatePem() const {
-    return m_certificate ? m_certificate->pem() : std::string();
 }
 
 std::vector<Request> TestServer::requests() const {

@@ -40,8 +40,6 @@ public:
     std::string authority() const { return "127.0.0.1:" + std::to_string(m_port); }
     /// The authority and `target` behind "https://" or "http://".
     std::string url(std::string_view target = "/") const;
-    /// The certificate, self-signed; empty without TLS.
-    std::string certificatePem() const;
 
     /// A copy of the requests so far, in the order their bodies were complete. Any thread.
     std::vector<Request> requests() const;
@@ -65,7 +63,6 @@ private:
     void open(int socket);
     void serve(Connection& connection);
     bool answer(class Channel& channel, Connection const& connection, Reply const& reply);
-    void waitFor(Reply const& reply);
     bool isEndedWithin(std::chrono::milliseconds time);
     void trickle(class Channel& channel);
     void join(std::list<Connection>& connections);
