@@ -19,7 +19,6 @@ namespace quillon {
 namespace {
 
 constexpr char sourceFile[] = "apps/tarvikclient/client.cpp";
-constexpr char logName[] = "tarvikclient.log";    // in the data directory
 constexpr char dataDirectoryName[] = "/.Tarvik/"; // within the home directory
 
 /// Keeps the user's name out of the log where it is the home directory's.

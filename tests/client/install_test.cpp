@@ -114,6 +114,16 @@ TEST_F(InstallTest, names_that_would_leave_the_directory_touch_nothing) {
     EXPECT_EQ(m_gateway.count("/modules/module.zip"), 0u);
 }
 
+TEST_F(InstallTest, what_a_session_leaves_is_not_taken_for_a_module) {
+    for (char const* const name : {"plugindll.so.sig", "plugindll.so", "plugindll.so/x", "plugindll.so/."})
+        runWith(pluginWith({{"filename", quoted(name)}}), "");  // there is no such archive
+    runWith(m_gateway.pluginConfiguration(), checkerArchive()); // the publisher's, but no plug-in
+    EXPECT_EQ(runWith(m_gateway.pluginConfiguration(), zipOf(honest())), "onStatus 4") << m_log->text();
+    for (char const* const name : {"7.1/module.so/x", "7.1/module.so/."})
+        runWith(checkerWith({{"filename", quoted(name)}}), "");
+    EXPECT_EQ(runWith(checkerWith({}), checkerArchive()), "onStatus 4") << m_log->text();
+}
+
 TEST_F(InstallTest, what_was_there_stays_when_a_host_checker_does_not_verify) {
     ASSERT_EQ(runWith(checkerWith({}), checkerArchive()), "onStatus 4");
     Lines const before = filesAtHome();
@@ -126,6 +136,13 @@ TEST_F(InstallTest, what_was_there_stays_when_a_host_checker_does_not_verify) {
         EXPECT_EQ(filesAtHome(), before) << filename;
         EXPECT_TRUE(readFile(String::copyOf(installed)) == content) << filename;
     }
+    EXPECT_EQ(runWith(checkerWith({{"pattern", quoted("")}}), zipOf(hostile)), "onFatalError ");
+    EXPECT_EQ(filesAtHome(), before) << "no name is a module's";
+    std::string const checker = readFile(testModule("test_hostchecker"));
+    std::string const other =
+        zipOf({{"module.so", checker}, {"module.so.sig", signatureOf(checker)}, {"7.1/module.so", "x"}});
+    EXPECT_EQ(runWith(checkerWith({{"version", quoted("")}}), other), "onStatus 4");
+    EXPECT_TRUE(readFile(String::copyOf(installed)) == content) << "another module's file";
 }
 
 TEST_F(InstallTest, a_mapped_module_is_replaced_and_not_written_to) {

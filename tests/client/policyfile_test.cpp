@@ -195,6 +195,7 @@ TEST(Policy, the_oldest_date_holds_wherever_the_bounds_of_a_record_are_moved) {
         {"1", ".0plugin", "2025-12-31T23:59:59Z", false}, {"1.0plugin", "", "2025-12-31T23:59:59Z", false},
         {"1.0", "plugi", "n2025-12-31T23:59:59Z", false}, {"1.0", "plugin2", "025-12-31T23:59:59Z", false},
         {"1.0", "plugin2025-12-31T23:59:59Z", "", false}, {"1.0", "other", "whenever", false},
+        {"1.0", "plugin20", "25-12-31T23:59:59Z", false},
     };
     for (auto const& [version, name, date, accepted] : cases) {
         DllInfos record;

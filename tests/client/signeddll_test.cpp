@@ -125,6 +125,15 @@ TEST_F(SignedDllTest, only_the_signed_manifest_verifies) {
     }
 }
 
+// The first signature is over texts one behind the other: their ends can be moved.
+TEST_F(SignedDllTest, no_record_is_of_a_module_without_a_hash) {
+    SignedDll read;
+    ASSERT_TRUE(verifies(without("<manifest>", "</signature2>"), read));
+    read.version = read.version + read.name + read.signdate + read.sha256;
+    read.name = read.signdate = read.sha256 = String();
+    EXPECT_FALSE(read.verifyHash(m_key, String()));
+}
+
 TEST_F(SignedDllTest, names_mean_one_file_below_the_module) {
     std::string const withNul("a\0b", 3), tooLong(256, 'a');
     for (std::string const& name :

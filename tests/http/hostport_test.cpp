@@ -63,6 +63,7 @@ TEST(HostPort, oneFormForOnePlaceAndNoneWhereLibrariesDiffer) {
                                                             "gate.example:+443",
                                                             "gate.example:443 ",
                                                             "127.1",
+                                                            "127.0.0.1.",
                                                             "2130706433",
                                                             "0x7f000001",
                                                             "0177.0.0.1",
@@ -82,6 +83,7 @@ TEST(HostPort, aNameThatCouldBeTakenForAnotherHasNoInternationalForm) {
         {"xn--bcher-kva.example", "b\u00FCcher.example"},
         {"xn--e1afmkfd.xn--80akhbyknj4f",
          "\u043F\u0440\u0438\u043C\u0435\u0440.\u0438\u0441\u043F\u044B\u0442\u0430\u043D\u0438\u0435"},
+        {"xn--80ak6aa92e.com", ""},                   // Cyrillic alone, drawn like "apple"
         {"xn--pypal-4ve.com", ""},                    // a Cyrillic "a" among Latin letters
         {"xn--4dbcagdahymbxekheh6e0a7fei0b.com", ""}, // from right to left
         {"xn--gate-.example", ""},                    // decodes to what does not lead back

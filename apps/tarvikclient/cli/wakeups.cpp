@@ -66,8 +66,8 @@ void Wakeups::post(Wakeup reason) noexcept {
 }
 
 Wakeup Wakeups::wait() {
-    // A signal always ends poll(), where read() would be taken up again: ThreadSanitizer runs handlers between
-    // two calls only.
+    // A signal always ends poll(), where read() would be taken up again: ThreadSanitizer runs handlers
+    // between two calls only.
     pollfd readable{m_ends[0], POLLIN, 0};
     char byte = 0;
     while (poll(&readable, 1, -1) != 1 || read(m_ends[0], &byte, 1) != 1)
