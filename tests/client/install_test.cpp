@@ -136,7 +136,9 @@ TEST_F(InstallTest, what_was_there_stays_when_a_host_checker_does_not_verify) {
         EXPECT_EQ(filesAtHome(), before) << filename;
         EXPECT_TRUE(readFile(String::copyOf(installed)) == content) << filename;
     }
-    EXPECT_EQ(runWith(checkerWith({{"pattern", quoted("")}}), zipOf(hostile)), "onFatalError ");
+    EXPECT_EQ(
+        runWith(checkerWith({{"pattern", quoted("")}, {"filename", quoted("evil.zip")}}), zipOf(hostile)),
+        "onFatalError ");
     EXPECT_EQ(filesAtHome(), before) << "no name is a module's";
     std::string const checker = readFile(testModule("test_hostchecker"));
     std::string const other =
