@@ -188,7 +188,7 @@ seed=${TARVIK_SEED:-$RANDOM}
 total=$(wc -l <"$work/points")
 [ "$count" != all ] || count=$total
 awk -v seed="$seed" 'BEGIN { srand(seed) } { print rand() "\t" $0 }' "$work/points" | sort -n | cut -f 2 |
-  head -n "$count" >"$work/chosen"
+  sed -n "1,${count}p" >"$work/chosen" # which reads to the end: a pipe that is closed would end the script
 xargs -a "$work/chosen" -P "$(nproc)" -L 1 bash -c 'set -uo pipefail; attack "$@"' attack >"$work/results" 2>&1 ||
   { cat "$work/results"; exit 1; }
 grep -vx reached "$work/results" || true
