@@ -1,6 +1,5 @@
 #include "tarvikclient/rememberedgateways.h"
 
-#include "base/descriptor.h"
 #include "base/file.h"
 #include "base/log.h"
 #include "tarvikclient/policyrules.h"
@@ -10,16 +9,13 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <cerrno>
-#include <cstdio>
-#include <cstdlib>
-#include <string>
 
 namespace quillon {
 
 namespace {
 
 constexpr std::size_t most = 100;
+constexpr unsigned ownerOnly = 0600; // a list that others could write does not count
 constexpr char rootName[] = "gateways";
 constexpr char itemName[] = "gateway";
 
@@ -43,32 +39,6 @@ String textOf(std::vector<http::HostPort> const& gateways) {
     for (http::HostPort const& gateway : gateways)
         root.appendElement(itemName).appendText(gateway.toString(gatewayPort));
     return root.toXml("") + "\n";
-}
-
-bool writeWhole(int file, String const& text) {
-    unsigned written = 0;
-    while (written < text.length()) {
-        ssize_t const count = ::write(file, text.array() + written, text.length() - written);
-        if (count < 0 && errno == EINTR)
-            continue;
-        if (count <= 0)
-            return false;
-        written += static_cast<unsigned>(count);
-    }
-    return ::fsync(file) == 0;
-}
-
-/// Beside it, under a name that nobody else has, and then over it.
-bool replaceFile(String const& path, String const& text) {
-    std::string fresh(path.view());
-    fresh += ".XXXXXX";
-    Descriptor const file(::mkstemp(fresh.data())); // mode 0600
-    if (!file)
-        return false;
-    if (writeWhole(file.number(), text) && std::rename(fresh.c_str(), String(path).str()) == 0)
-        return true;
-    ::unlink(fresh.c_str());
-    return false;
 }
 
 } // namespace
@@ -99,8 +69,11 @@ void RememberedGateways::add(http::HostPort const& gateway) const {
     gateways.push_back(gateway);
     if (gateways.size() > most)
         gateways.erase(gateways.begin(), gateways.end() - most);
-    if (!replaceFile(m_path, textOf(gateways)))
+    try {
+        File::replaceAllFile(m_path, textOf(gateways), ownerOnly);
+    } catch (EFile const&) {
         complain("add", "Cannot remember " + gateway.host() + " in " + m_path);
+    }
 }
 
 } // namespace quillon

@@ -3,6 +3,7 @@
 #include "base/base64.h"
 #include "base/file.h"
 #include "base/log.h"
+#include "base/ownfile.h"
 #include "openssl/evp_digest_wrapper.h"
 #include "tarvikclient/loadpath.h"
 #include "tarvikclient/policy.h"
@@ -27,19 +28,6 @@ constexpr unsigned long maxModuleSize = 512UL * 1024 * 1024;
     throw EBadSignature("EBadSignature", "apps/tarvikclient/client.cpp", 76);
 }
 
-bool writeAll(Descriptor const& file, char const* bytes, std::size_t count) {
-    while (count > 0) {
-        ssize_t const written = write(file.number(), bytes, count);
-        if (written < 0 && errno != EINTR)
-            return false;
-        if (written > 0) {
-            bytes += written;
-            count -= static_cast<std::size_t>(written);
-        }
-    }
-    return true;
-}
-
 ssize_t readPiece(Descriptor const& file, Memory& piece) {
     ssize_t count;
     piece.resize(pieceSize);
@@ -59,7 +47,7 @@ std::optional<String> hashWhileCopying(Descriptor const& module, Descriptor cons
     ssize_t count;
     while ((count = readPiece(module, piece)) > 0) {
         total += piece.size();
-        if (total > maxModuleSize || (copy && !writeAll(copy, piece.array(), piece.size()))) {
+        if (total > maxModuleSize || (copy && !writeAll(copy, {piece.array(), piece.size()}))) {
             log(ERROR, "VerifiedModule", "hashWhileCopying",
                 "the module is too large, or its copy for the disk");
             return std::nullopt;
@@ -89,7 +77,7 @@ void verifyModule(ModuleDirectory const& directory, String const& name, SignedDl
     PublisherKeys keys(policy);
     Descriptor const module = directory.open(name);
     auto const hash = module ? hashWhileCopying(module, copy) : std::nullopt;
-    // A name that is empty is that of the directory.
+    // One that could not be made is not looked up: whatever stood for it might be what a record says.
     if (!hash || !record.verifyHash(keys, *hash) || !policy.acceptsModule(record))
         failVerifying(path);
 }

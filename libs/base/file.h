@@ -100,10 +100,10 @@ public:
     static String readAllFile(String const& path);
     static void writeAllFile(String const& path, String const& content);
     /// Writes the content beside the file, where its owner alone may read it, waits until it is on the disk
-    /// and puts it, with mode 0777, in the file's place: whatever happens, the file holds the old content or
+    /// and puts it, with `mode`, in the file's place: whatever happens, the file holds the old content or
     /// the new. Several threads and processes may do that to one file; the last one wins. What one that was
     /// killed has left beside the file is removed. Throws EFile after a log line; nothing is left then.
-    static void replaceAllFile(String const& path, String const& content);
+    static void replaceAllFile(String const& path, String const& content, unsigned mode = 0777);
 
     /// Whether it can be opened for reading; a directory counts as absent.
     static bool exists(String const& path);

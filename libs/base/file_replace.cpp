@@ -1,8 +1,8 @@
 // Replacing a file's content in one step.
 #include "base/file.h"
 
-#include "base/descriptor.h"
 #include "base/log.h"
+#include "base/ownfile.h"
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -20,7 +20,6 @@ namespace {
 
 constexpr char freshSuffix[] = ".new";
 constexpr char freshLetters[] = "XXXXXX"; // what makes the name unique
-constexpr mode_t openToAll = S_IRWXU | S_IRWXG | S_IRWXO;
 
 /// A file of a new name beside the target, for its owner alone. It is locked as long as somebody writes it,
 /// which tells it from what a killed process has left behind, and goes with its object unless it has taken
@@ -36,7 +35,7 @@ public:
     FreshFile& operator=(FreshFile const&) = delete;
 
     bool write(std::string_view content);
-    bool takePlaceOf(String const& target);
+    bool takePlaceOf(String const& target, mode_t mode);
 
 private:
     bool isThere() const {
@@ -59,17 +58,11 @@ FreshFile::FreshFile(String const& target) {
 }
 
 bool FreshFile::write(std::string_view content) {
-    while (m_file && !content.empty()) {
-        ssize_t const written = ::write(m_file.number(), content.data(), content.size());
-        if (written < 0 && errno != EINTR)
-            return false;
-        content.remove_prefix(written < 0 ? 0 : static_cast<std::size_t>(written));
-    }
-    return m_file && fsync(m_file.number()) == 0;
+    return m_file && writeAll(m_file, content) && fsync(m_file.number()) == 0;
 }
 
-bool FreshFile::takePlaceOf(String const& target) {
-    if (fchmod(m_file.number(), openToAll) != 0 || std::rename(m_path.str(), target.str()) != 0)
+bool FreshFile::takePlaceOf(String const& target, mode_t mode) {
+    if (fchmod(m_file.number(), mode) != 0 || std::rename(m_path.str(), target.str()) != 0)
         return false;
     m_file = Descriptor();
     return true;
@@ -103,13 +96,13 @@ void removeLeftoversOf(String const& target) {
 
 } // namespace
 
-void File::replaceAllFile(String const& path, String const& content) {
+void File::replaceAllFile(String const& path, String const& content, unsigned mode) {
     String const target = path.replace('\\', '/');
     errno = EINVAL; // for a name that is none
     if (target.find('\0') == String::npos) {
         removeLeftoversOf(target);
         FreshFile fresh(target);
-        if (fresh.write(content.view()) && fresh.takePlaceOf(target))
+        if (fresh.write(content.view()) && fresh.takePlaceOf(target, mode))
             return;
     }
     log(ERROR, "File", "replaceAllFile",

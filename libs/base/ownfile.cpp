@@ -20,4 +20,14 @@ Descriptor openOwnFile(int directory, char const* name, int flags, unsigned mode
     return Descriptor();
 }
 
+bool writeAll(Descriptor const& file, std::string_view bytes) {
+    while (!bytes.empty()) {
+        ssize_t const written = ::write(file.number(), bytes.data(), bytes.size());
+        if (written < 0 && errno != EINTR)
+            return false;
+        bytes.remove_prefix(written < 0 ? 0 : static_cast<std::size_t>(written));
+    }
+    return true;
+}
+
 } // namespace quillon
