@@ -21,14 +21,6 @@ namespace {
 constexpr char sourceFile[] = "apps/tarvikclient/client.cpp";
 constexpr char dataDirectoryName[] = "/.Tarvik/"; // within the home directory
 
-/// Keeps the user's name out of the log where it is the home directory's.
-void hideHome(String const& dataDirectory) {
-    unsigned const end = dataDirectory.rfind(dataDirectoryName);
-    String const home = end == String::npos ? String() : dataDirectory.range(0, end).trimRight('/');
-    char const* const user = std::getenv("USER");
-    console->setHome(user && home.ends("/" + String(user)) ? home : String());
-}
-
 void enterDataDirectory(String const& directory) {
     File::ensureDirectory(directory);
     log(TRACE, "TarvikClient", "main", "Tarvik directory is : " + directory);
@@ -61,7 +53,6 @@ TarvikClient::TarvikClient(ITarvikClientNotify& notify, IGatewayConsent* consent
       m_notify(notify) {
     String const refusal = logTo(logPath);
     String const directory = File::getUserApplicationDataDirectory();
-    hideHome(directory);
     if (!refusal.empty())
         logToDataDirectory(directory, logPath, refusal);
     enterDataDirectory(directory);

@@ -1,6 +1,7 @@
 // The user's own settings.
 #pragma once
 
+#include "base/confhelper.h"
 #include "base/credentials.h"
 #include "base/mutex.h"
 #include "base/serializearray.h"

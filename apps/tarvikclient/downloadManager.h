@@ -1,6 +1,7 @@
 // Fetches files from the gateway.
 #pragma once
 
+#include "base/confhelper.h"
 #include "base/mutex.h"
 #include "tarvikclient/clientcurlsession.h"
 

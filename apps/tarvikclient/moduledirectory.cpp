@@ -1,5 +1,6 @@
 #include "tarvikclient/moduledirectory.h"
 
+#include "base/deadline.h"
 #include "base/file.h"
 #include "base/log.h"
 #include "base/ownfile.h"
@@ -42,9 +43,9 @@ ModuleDirectory::ModuleDirectory(String const& path)
 }
 
 bool ModuleDirectory::lock(std::chrono::milliseconds patience) {
-    auto const deadline = std::chrono::steady_clock::now() + patience;
+    Deadline const deadline(patience);
     while (flock(number(), LOCK_EX | LOCK_NB) != 0) {
-        if (std::chrono::steady_clock::now() >= deadline)
+        if (deadline.hasPassed())
             return false;
         std::this_thread::sleep_for(lockPause);
     }

@@ -1,7 +1,7 @@
 // What a publisher says of a module beyond its bytes.
 #pragma once
 
-#include "base/serialize.h"
+#include "base/confhelper.h"
 
 #include <vector>
 

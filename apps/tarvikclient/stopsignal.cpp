@@ -1,7 +1,5 @@
 #include "tarvikclient/stopsignal.h"
 
-#include <chrono>
-
 namespace quillon {
 
 void StopSignal::stop() {
@@ -16,16 +14,8 @@ bool StopSignal::isStopped() const {
 }
 
 bool StopSignal::wait(unsigned ms) {
-    using namespace std::chrono;
-    auto const deadline = steady_clock::now() + milliseconds(ms);
     TSynchronize<Mutex> lock(m_mutex);
-    while (!m_stopped) {
-        auto const left = ceil<milliseconds>(deadline - steady_clock::now()).count();
-        if (left <= 0)
-            return false;
-        m_changed.wait(static_cast<unsigned>(left), m_mutex);
-    }
-    return true;
+    return m_changed.waitUntil([this] { return m_stopped; }, ms, m_mutex);
 }
 
 } // namespace quillon

@@ -3,8 +3,15 @@
 
 namespace quillon {
 
-/// Logs `expression` at category ASSERT with the place in the source, waits a bounded time for the log to be
-/// written and aborts the process. Any thread.
+/// Gets "file:line: expression" of an assertion that does not hold and returns when that is written, or
+/// cannot be within a bounded time.
+using AssertionReporter = void (*)(char const* text) noexcept;
+
+/// Where failed assertions are reported from now on: the console installs itself. Until then they are written
+/// to standard error. Any thread.
+void reportAssertionsTo(AssertionReporter reporter) noexcept;
+
+/// Reports `expression` with the place in the source and aborts the process. Any thread.
 [[noreturn]] void assertionFailed(char const* expression, char const* file, int line) noexcept;
 
 } // namespace quillon

@@ -1,7 +1,7 @@
 #include "base/condition.h"
 
-#include "base/condition_native.h"
 #include "base/log.h"
+#include "base/timedwait.h"
 
 #include <cerrno>
 

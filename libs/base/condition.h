@@ -1,7 +1,10 @@
 // Condition variables over any lock of the family.
 #pragma once
 
+#include "base/deadline.h"
 #include "base/mutex.h"
+
+#include <concepts>
 
 namespace quillon {
 
@@ -27,6 +30,15 @@ public:
     /// Waits at most `ms` milliseconds; true when signalled, false on time-out. The clock is one that nobody
     /// can set.
     bool wait(unsigned ms, IMutex& mutex);
+    /// Waits until `isMet`, which is called with the lock held, at most `ms` milliseconds; whether it is.
+    template <std::predicate Predicate>
+    bool waitUntil(Predicate isMet, unsigned ms, IMutex& mutex) {
+        Deadline const deadline{std::chrono::milliseconds(ms)};
+        for (unsigned left; !isMet(); wait(left, mutex))
+            if ((left = deadline.left()) == 0)
+                return false;
+        return true;
+    }
     /// Wakes one thread that waits. Any thread; holding the lock is not needed.
     void signal();
     /// Wakes all threads that wait. Any thread.

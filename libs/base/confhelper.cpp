@@ -1,13 +1,13 @@
 #include "base/confhelper.h"
 
-#include "base/log.h"
+#include "base/failure.h"
 
 namespace quillon {
 
 namespace {
 
-[[noreturn]] void throwMissing(int line) {
-    throw EConfMissingKey("EConfMissingKey", "libs/base/confhelper.cpp", line);
+[[noreturn]] void notImplemented(char const* method, Place place = std::source_location::current()) {
+    fail<ENotImplemented>("IConf", method, "not implemented", place);
 }
 
 void logMissing(char const* method, char const* key) {
@@ -16,12 +16,24 @@ void logMissing(char const* method, char const* key) {
 
 } // namespace
 
+void IConf::write(IReader&) {
+    notImplemented("write");
+}
+
+void IConf::read(IWriter&) const {
+    notImplemented("read");
+}
+
+void IConf::read(IKeyWriter&) const {
+    notImplemented("read");
+}
+
 ConfReadHelper ConfReadHelper::get(char const* key, unsigned flags) const {
     if (!m_missing && m_reader->exists(key))
         return ConfReadHelper((*m_reader)[key]);
     if (flags & required) {
         logMissing("get", key);
-        throwMissing(__LINE__);
+        failQuietly<EConfMissingKey>();
     }
     return ConfReadHelper();
 }
@@ -30,14 +42,14 @@ bool ConfReadHelper::keyIsAbsent(char const* key, unsigned flags) {
     if (!(flags & required))
         return false;
     logMissing("readKey", key);
-    throwMissing(__LINE__);
+    failQuietly<EConfMissingKey>();
 }
 
 bool ConfReadHelper::keyIsUnreadable(char const* key, unsigned flags, Exception const& reason) {
-    log(TRACE, "Exception", "catch", reason.trace("libs/base/confhelper.cpp", __LINE__));
+    traceCaught(reason);
     log(ERROR, "ConfReadHelper", "readKey", String("Error while reading key: \"") + key + "\"");
     if (flags & required)
-        throwMissing(__LINE__);
+        failQuietly<EConfMissingKey>();
     return false;
 }
 

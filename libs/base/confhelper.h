@@ -1,9 +1,21 @@
-// Reads named keys of a configuration, each required or optional.
+// Configuration records: their base, and reading named keys, each required or optional.
 #pragma once
 
 #include "base/serialize.h"
 
 namespace quillon {
+
+/// Base of configuration records: a record overrides the forms that it supports, at least write(IKeyReader&);
+/// the others throw ENotImplemented.
+class IConf : public ISerialize {
+public:
+    using ISerialize::read;
+    using ISerialize::write;
+
+    void write(IReader& reader) override;
+    void read(IWriter& writer) const override;
+    void read(IKeyWriter& writer) const override;
+};
 
 /// A required key of a configuration is absent or unreadable; the reason has been logged.
 class EConfMissingKey : public Exception {

@@ -1,5 +1,6 @@
 #include "base/console.h"
 
+#include "base/assertion.h"
 #include "base/exception.h"
 #include "base/immortal.h"
 #include "base/processexit.h"
@@ -20,6 +21,7 @@ constinit Immortal<gc::Pointer<Console>> g_console;
 constinit std::once_flag g_consoleMade;
 
 constexpr unsigned popTimeoutMs = 10000;
+constexpr unsigned drainBeforeAbortMs = 1000;
 constexpr unsigned joinMs = 2000; // longer than a stream is waited for
 
 /// A text from the network must not be able to forge a line of the log, nor to hide the rest of its own.
@@ -52,6 +54,12 @@ String timeStamp() {
     return String(time).clone().append(".", toString(static_cast<int>(ms)));
 }
 
+void reportAssertion(char const* text) noexcept {
+    log(ASSERT, "Assert", String(), text);
+    if (Console* const target = Console::instance().get())
+        target->drain(drainBeforeAbortMs);
+}
+
 } // namespace
 
 gc::Pointer<Console>& console = g_console.value;
@@ -63,6 +71,7 @@ gc::Pointer<Console>& Console::instance() {
         return g_console.value;
     std::call_once(g_consoleMade, [] {
         ignoreFileSizeSignal(); // the console's lines go to files, at any time
+        reportAssertionsTo(&reportAssertion);
         making = true;
         g_console.value = gc::Pointer<Console>(new Console);
         making = false;
@@ -132,17 +141,14 @@ void Console::log(LogCategory category, String const& tag, String const& cls, St
 void Console::print(LogCategory category, String const& tag, String const& cls, String const& method,
                     String const& text) {
     Stream stream;
-    String home;
     {
         TSynchronize<Mutex> lock(m_streamsMutex);
         stream = m_streams[category];
-        home = m_home;
     }
     String const line = method.empty()
                             ? "[" + tag + "] " + stream.label + " " + cls + ": " + text
                             : "[" + tag + "] " + stream.label + " " + cls + "." + method + " " + text;
-    String const known = inOneLine(home.empty() ? line : line.replace(home, "~/"));
-    String const body = cutText(visibleText(known), longestLine);
+    String const body = cutText(visibleText(inOneLine(line)), longestLine);
     TSynchronize<Mutex> lock(m_printing);
     if (stream.target)
         stream.target->write(String(timeStamp() + " " + body + "\n").view());
@@ -156,7 +162,7 @@ void Console::main() {
             continue;
         try {
             handle(message);
-        } catch (Exception const&) {
+        } catch (std::exception const&) {
             // A line that cannot be printed is lost; the others are not.
         }
     }
@@ -180,16 +186,7 @@ bool Console::drain(unsigned ms) {
     Message* const marker = m_messages.take();
     marker->marksDrain = true;
     m_messages.push(marker);
-    auto const deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(ms);
-    while (m_drainsDone < mine) {
-        auto const left = deadline - std::chrono::steady_clock::now();
-        if (left.count() <= 0)
-            return false;
-        m_drained.wait(
-            static_cast<unsigned>(std::chrono::duration_cast<std::chrono::milliseconds>(left).count()) + 1,
-            m_drainMutex);
-    }
-    return true;
+    return m_drained.waitUntil([&] { return m_drainsDone >= mine; }, ms, m_drainMutex);
 }
 
 void Console::quit() {
@@ -247,11 +244,6 @@ void Console::install(LogCategory category, std::shared_ptr<LogStream> target, S
             other.target = m_standardOutput;
             other.name = "stdout";
         }
-}
-
-void Console::setHome(String const& directory) {
-    TSynchronize<Mutex> lock(m_streamsMutex);
-    m_home = directory.empty() ? String() : String(directory + "/");
 }
 
 String Console::getFilename(LogCategory category) const {

@@ -57,10 +57,6 @@ public:
     /// named. Any thread.
     String getFilename(LogCategory category) const;
 
-    /// Writes paths below `directory`, which ends in no "/", as "~/..." in every line from now on: a home
-    /// directory's path holds its user's name. Empty ends that. Any thread.
-    void setHome(String const& directory);
-
     /// The system's name, version and patch level, as uname gives them, parted by blanks.
     String getOs();
     String getOsName();
@@ -106,11 +102,10 @@ private:
     /// The stream that has this file already, or a new one. Under the streams' mutex.
     std::shared_ptr<LogStream> streamOf(FILE* file) const;
 
-    // Streams and home change at start-up while the task may be printing. Nothing is written under this lock.
+    // Streams change at start-up while the task may be printing. Nothing is written under this lock.
     mutable Mutex m_streamsMutex;
     std::shared_ptr<LogStream> const m_standardOutput = std::make_shared<LogStream>(stdout);
     std::array<Stream, 4> m_streams;
-    String m_home; // with a "/" behind it; empty when paths are written as they are
 
     Mutex m_printing; // one line at a time, when the task has ended
 

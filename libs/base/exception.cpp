@@ -11,7 +11,13 @@ String lastComponent(String const& path) {
 } // namespace
 
 Exception::Exception(int code, String const& name, String const& file, int line)
-    : m_name(name.owned()), m_file(lastComponent(file).owned()), m_line(line), m_code(code) {}
+    : m_name(name.owned()),
+      m_file(lastComponent(file).owned()),
+      m_line(line),
+      m_code(code),
+      m_what(toString()) {
+    m_what.str();
+}
 
 String Exception::toString() const {
     String text = m_name + ":" + m_file + ":" + quillon::toString(m_line);

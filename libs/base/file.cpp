@@ -2,7 +2,7 @@
 #include "base/file.h"
 
 #include "base/descriptor.h"
-#include "base/log.h"
+#include "base/failure.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -13,10 +13,6 @@
 namespace quillon {
 
 namespace {
-
-[[noreturn]] void throwFile(int line) {
-    throw EFile("EFile", "libs/base/file.cpp", line);
-}
 
 char const* stdioMode(File::ModeOption mode) {
     bool const reads = mode & File::in;
@@ -110,24 +106,18 @@ void File::readBytes(void* bytes, std::size_t count) {
     if (count == 0)
         return;
     // A file that has shrunk since it was opened ends here and not in an endless loop of its reader.
-    if (!m_file || std::fread(bytes, 1, count, m_file) != count) {
-        log(ERROR, "File", "read", "cannot read " + m_path);
-        throwFile(__LINE__);
-    }
+    if (!m_file || std::fread(bytes, 1, count, m_file) != count)
+        fail<EFile>("File", "read", "cannot read " + m_path);
     m_position += count;
 }
 
 void File::writeBytes(void const* bytes, std::size_t count) {
     if (count == 0)
         return;
-    if (count > m_maxSize || m_position > m_maxSize - count) {
-        log(ERROR, "File", "write", "longer than it may be: " + m_path);
-        throwFile(__LINE__);
-    }
-    if (!m_file || std::fwrite(bytes, 1, count, m_file) != count) {
-        log(ERROR, "File", "write", "cannot write " + m_path);
-        throwFile(__LINE__);
-    }
+    if (count > m_maxSize || m_position > m_maxSize - count)
+        fail<EFile>("File", "write", "longer than it may be: " + m_path);
+    if (!m_file || std::fwrite(bytes, 1, count, m_file) != count)
+        fail<EFile>("File", "write", "cannot write " + m_path);
     m_position += count;
     m_size = std::max(m_size, m_position);
 }
@@ -139,10 +129,8 @@ void File::read(bool& value) {
 }
 
 unsigned File::restToRead() const {
-    if (m_size > m_position && m_size - m_position > longestText) {
-        log(ERROR, "File", "read", "too large to be read at once: " + m_path);
-        throwFile(__LINE__);
-    }
+    if (m_size > m_position && m_size - m_position > longestText)
+        fail<EFile>("File", "read", "too large to be read at once: " + m_path);
     return sizeToRead();
 }
 
@@ -165,11 +153,17 @@ void File::read(Memory& bytes, unsigned count) {
     readBytes(bytes.array(), count);
 }
 
+// Here, because support knows that it fails in this file.
+void File::remove(String const& path) {
+    if (path.find('\0') != String::npos || std::remove(path.replace('\\', '/').str()) != 0)
+        failQuietly<EFile>();
+}
+
 String File::readAllFile(String const& path) {
     File file;
     if (!file.open(path, in)) {
         log(TRACE, "File", "readAllFile", "cannot open " + path);
-        throwFile(__LINE__);
+        failQuietly<EFile>();
     }
     String content;
     file.read(content);
@@ -180,13 +174,11 @@ void File::writeAllFile(String const& path, String const& content) {
     File file;
     if (!file.open(path, out)) {
         log(TRACE, "File", "writeAllFile", "cannot open " + path);
-        throwFile(__LINE__);
+        failQuietly<EFile>();
     }
     file.write(content);
-    if (!file.close()) {
-        log(ERROR, "File", "writeAllFile", "cannot write " + path);
-        throwFile(__LINE__);
-    }
+    if (!file.close())
+        fail<EFile>("File", "writeAllFile", "cannot write " + path);
 }
 
 } // namespace quillon

@@ -1,7 +1,7 @@
 // Replacing a file's content in one step.
 #include "base/file.h"
 
-#include "base/log.h"
+#include "base/failure.h"
 #include "base/ownfile.h"
 
 #include <fcntl.h>
@@ -105,9 +105,8 @@ void File::replaceAllFile(String const& path, String const& content, unsigned mo
         if (fresh.write(content.view()) && fresh.takePlaceOf(target, mode))
             return;
     }
-    log(ERROR, "File", "replaceAllFile",
-        "cannot write " + path + ": " + String::copyOf(std::generic_category().message(errno)));
-    throw EFile("EFile", "libs/base/file.cpp", __LINE__);
+    fail<EFile>("File", "replaceAllFile",
+                "cannot write " + path + ": " + String::copyOf(std::generic_category().message(errno)));
 }
 
 } // namespace quillon

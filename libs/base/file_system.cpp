@@ -1,7 +1,7 @@
 // Paths, directories and time stamps.
 #include "base/file.h"
 
-#include "base/log.h"
+#include "base/failure.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -15,14 +15,10 @@ namespace quillon {
 
 namespace {
 
-[[noreturn]] void throwFile(int line) {
-    throw EFile("EFile", "libs/base/file.cpp", line);
-}
-
-/// Logs why the system refused `method` on `path`, and throws.
-[[noreturn]] void fail(char const* method, String const& path, int error, int line) {
-    log(ERROR, "File", method, path + ": " + std::generic_category().message(error).c_str());
-    throwFile(line);
+/// The system refused `method` on `path`.
+[[noreturn]] void failSystem(char const* method, String const& path, int error,
+                             Place place = std::source_location::current()) {
+    fail<EFile>("File", method, path + ": " + std::generic_category().message(error).c_str(), place);
 }
 
 String unified(String const& path) {
@@ -38,20 +34,20 @@ bool isNoPath(String const& path) {
     return path.find('\0') != String::npos;
 }
 
-void refuseNoPath(String const& path, char const* method, int line) {
+void refuseNoPath(String const& path, char const* method, Place place = std::source_location::current()) {
     if (isNoPath(path))
-        fail(method, path, EINVAL, line);
+        failSystem(method, path, EINVAL, place);
 }
 
 bool statPath(String const& path, struct stat& info) {
     return !isNoPath(path) && stat(unified(path).str(), &info) == 0;
 }
 
-struct stat statOf(String const& path, char const* method, int line) {
+struct stat statOf(String const& path, char const* method, Place place = std::source_location::current()) {
     struct stat info {};
-    refuseNoPath(path, method, line);
+    refuseNoPath(path, method, place);
     if (!statPath(path, info))
-        fail(method, path, errno, line);
+        failSystem(method, path, errno, place);
     return info;
 }
 
@@ -71,30 +67,25 @@ bool File::exists(String const& path) {
     return isFile;
 }
 
-void File::remove(String const& path) {
-    if (isNoPath(path) || std::remove(unified(path).str()) != 0)
-        throwFile(__LINE__);
-}
-
 void File::move(String const& from, String const& to) {
-    refuseNoPath(from, "move", __LINE__);
-    refuseNoPath(to, "move", __LINE__);
+    refuseNoPath(from, "move");
+    refuseNoPath(to, "move");
     if (std::rename(unified(from).str(), unified(to).str()) == 0)
         return;
     if (int const error = errno; error != EXDEV || isDirectory(from))
-        fail("move", from, error, __LINE__);
+        failSystem("move", from, error);
     copy(from, to);
     remove(from);
 }
 
 void File::copy(String const& from, String const& to) {
-    refuseNoPath(from, "copy", __LINE__);
-    refuseNoPath(to, "copy", __LINE__);
+    refuseNoPath(from, "copy");
+    refuseNoPath(to, "copy");
     std::error_code error;
     std::filesystem::copy_file(native(from), native(to), std::filesystem::copy_options::overwrite_existing,
                                error);
     if (error)
-        fail("copy", from, error.value(), __LINE__);
+        failSystem("copy", from, error.value());
 }
 
 bool File::isDirectory(String const& path) {
@@ -103,15 +94,13 @@ bool File::isDirectory(String const& path) {
 }
 
 void File::createDirectory(String const& path) {
-    refuseNoPath(path, "createDirectory", __LINE__);
+    refuseNoPath(path, "createDirectory");
     String const whole = unified(path);
     for (unsigned slash = 0; slash != String::npos;) {
         slash = whole.find('/', slash + 1);
         String const parent = whole.range(0, slash);
-        if (mkdir(parent.str(), ownerOnly) != 0 && !isDirectory(parent)) {
-            log(ERROR, "File", "createDirectory", "cannot create directory " + parent);
-            throwFile(__LINE__);
-        }
+        if (mkdir(parent.str(), ownerOnly) != 0 && !isDirectory(parent))
+            fail<EFile>("File", "createDirectory", "cannot create directory " + parent);
     }
 }
 
@@ -121,17 +110,17 @@ void File::ensureDirectory(String const& path) {
 }
 
 void File::removeDirectory(String const& path) {
-    refuseNoPath(path, "removeDirectory", __LINE__);
+    refuseNoPath(path, "removeDirectory");
     if (rmdir(unified(path).str()) != 0)
-        fail("removeDirectory", path, errno, __LINE__);
+        failSystem("removeDirectory", path, errno);
 }
 
 void File::eraseDirectory(String const& path) {
-    refuseNoPath(path, "eraseDirectory", __LINE__);
+    refuseNoPath(path, "eraseDirectory");
     std::error_code error;
     std::filesystem::remove_all(native(path), error);
     if (error)
-        fail("eraseDirectory", path, error.value(), __LINE__);
+        failSystem("eraseDirectory", path, error.value());
 }
 
 String File::getFileName(String const& path) {
@@ -197,24 +186,25 @@ String File::getCurrentDirectory() {
 }
 
 DateTime File::getFileLastWrite(String const& path) {
-    return DateTime(statOf(path, "getFileLastWrite", __LINE__).st_mtime);
+    return DateTime(statOf(path, "getFileLastWrite").st_mtime);
 }
 
 DateTime File::getFileLastAccess(String const& path) {
-    return DateTime(statOf(path, "getFileLastAccess", __LINE__).st_atime);
+    return DateTime(statOf(path, "getFileLastAccess").st_atime);
 }
 
 DateTime File::getFileLastChange(String const& path) {
-    return DateTime(statOf(path, "getFileLastChange", __LINE__).st_ctime);
+    return DateTime(statOf(path, "getFileLastChange").st_ctime);
 }
 
 namespace {
 
-void setTimes(String const& path, timespec access, timespec write, char const* method, int line) {
-    refuseNoPath(path, method, line);
+void setTimes(String const& path, timespec access, timespec write, char const* method,
+              Place place = std::source_location::current()) {
+    refuseNoPath(path, method, place);
     timespec const times[2] = {access, write};
     if (utimensat(AT_FDCWD, unified(path).str(), times, 0) != 0)
-        fail(method, path, errno, line);
+        failSystem(method, path, errno, place);
 }
 
 constexpr timespec unchanged{0, UTIME_OMIT};
@@ -222,11 +212,11 @@ constexpr timespec unchanged{0, UTIME_OMIT};
 } // namespace
 
 void File::setFileLastWrite(String const& path, DateTime const& time) {
-    setTimes(path, unchanged, {time.seconds(), 0}, "setFileLastWrite", __LINE__);
+    setTimes(path, unchanged, {time.seconds(), 0}, "setFileLastWrite");
 }
 
 void File::setFileLastAccess(String const& path, DateTime const& time) {
-    setTimes(path, {time.seconds(), 0}, unchanged, "setFileLastAccess", __LINE__);
+    setTimes(path, {time.seconds(), 0}, unchanged, "setFileLastAccess");
 }
 
 } // namespace quillon

@@ -63,7 +63,7 @@ void LogStream::write(std::string_view line) {
     bool const mayWait = !isPlainFile(m_descriptor); // asked anew: standard output can become another one
     if (!mayWait)
         lseek(m_descriptor, 0, SEEK_END);
-    Moment const deadline = std::chrono::steady_clock::now() + patience;
+    Deadline const deadline(patience);
     while (!line.empty() && (!mayWait || awaitRoom(deadline))) {
         // So much fits into a pipe that has room at all; more would wait for its reader.
         std::size_t const piece = mayWait ? std::min<std::size_t>(line.size(), PIPE_BUF) : line.size();
@@ -74,13 +74,11 @@ void LogStream::write(std::string_view line) {
     }
 }
 
-bool LogStream::awaitRoom(Moment deadline) {
-    using namespace std::chrono;
+bool LogStream::awaitRoom(Deadline const& deadline) {
     int ready;
     do {
-        auto const left = duration_cast<milliseconds>(deadline - steady_clock::now()).count();
         pollfd room{m_descriptor, POLLOUT, 0};
-        ready = poll(&room, 1, m_stuck || left <= 0 ? 0 : static_cast<int>(left));
+        ready = poll(&room, 1, m_stuck ? 0 : static_cast<int>(deadline.left()));
     } while (ready < 0 && errno == EINTR);
     m_stuck = ready == 0;
     return !m_stuck;

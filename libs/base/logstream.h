@@ -1,9 +1,9 @@
 // Where log lines go.
 #pragma once
 
+#include "base/deadline.h"
 #include "base/string.h"
 
-#include <chrono>
 #include <cstdio>
 #include <memory>
 
@@ -33,8 +33,7 @@ public:
     void write(std::string_view line);
 
 private:
-    using Moment = std::chrono::steady_clock::time_point;
-    bool awaitRoom(Moment deadline);
+    bool awaitRoom(Deadline const& deadline);
 
     FILE* m_file;
     int m_descriptor;

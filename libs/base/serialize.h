@@ -18,16 +18,4 @@ public:
     virtual void read(IKeyWriter& writer) const = 0;
 };
 
-/// Base of configuration records: a record overrides the forms that it supports, at least write(IKeyReader&);
-/// the others throw ENotImplemented.
-class IConf : public ISerialize {
-public:
-    using ISerialize::read;
-    using ISerialize::write;
-
-    void write(IReader& reader) override;
-    void read(IWriter& writer) const override;
-    void read(IKeyWriter& writer) const override;
-};
-
 } // namespace quillon

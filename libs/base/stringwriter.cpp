@@ -1,14 +1,13 @@
 #include "base/stringwriter.h"
 
-#include "base/log.h"
+#include "base/failure.h"
 
 namespace quillon {
 
 void StringWriter::write(Memory const& bytes, unsigned count) {
-    if (count > bytes.size()) {
-        log(ERROR, "StringWriter", "write", "more bytes to write than there are: " + toString(count));
-        throw EStringWriter("EStringWriter", "libs/base/stringwriter.cpp", __LINE__);
-    }
+    if (count > bytes.size())
+        fail<EStringWriter>("StringWriter", "write",
+                            "more bytes to write than there are: " + toString(count));
     put(bytes.array(), count);
 }
 

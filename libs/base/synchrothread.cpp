@@ -2,7 +2,6 @@
 
 #include "base/threadprivate.h"
 
-#include <chrono>
 #include <cstdio>
 
 namespace quillon {
@@ -24,16 +23,8 @@ unsigned SynchroThread::count() {
 }
 
 bool SynchroThread::wait(unsigned ms, unsigned remaining) {
-    using namespace std::chrono;
-    auto const deadline = steady_clock::now() + milliseconds(ms);
     TSynchronize<Mutex> lock(m_mutex);
-    while (m_count > remaining) {
-        auto const left = duration_cast<milliseconds>(deadline - steady_clock::now()).count();
-        if (left <= 0)
-            return false;
-        m_changed.wait(static_cast<unsigned>(left), m_mutex);
-    }
-    return true;
+    return m_changed.waitUntil([&] { return m_count <= remaining; }, ms, m_mutex);
 }
 
 void SynchroThread::waitAtExit() noexcept {

@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <chrono>
 #include <csignal>
 #include <cstdlib>
 #include <limits>
@@ -35,6 +34,16 @@ char const* startFailure(int error) {
 /// As conditions take it: a longer time is their longest, seven weeks.
 unsigned bounded(unsigned long ms) {
     return static_cast<unsigned>(std::min<unsigned long>(ms, std::numeric_limits<unsigned>::max()));
+}
+
+/// Whether `isMet` came true within `ms` milliseconds, which may be no limit at all.
+template <class Predicate>
+bool waitUntil(Condition& condition, Predicate isMet, unsigned long ms, IMutex& mutex) {
+    if (ms != Thread::noLimit)
+        return condition.waitUntil(isMet, bounded(ms), mutex);
+    while (!isMet())
+        condition.wait(mutex);
+    return true;
 }
 
 [[noreturn]] void abortForStartFailure(int error) {
@@ -82,12 +91,9 @@ bool Thread::join(unsigned long timeoutMs) {
         return false;
     ThreadPrivate& self = *m_private;
     TSynchronize<Mutex> lock(self.m_mutex);
-    while (self.m_running && !self.m_finished) {
-        if (timeoutMs == noLimit)
-            self.m_ended.wait(self.m_mutex);
-        else if (!self.m_ended.wait(bounded(timeoutMs), self.m_mutex))
-            return false;
-    }
+    auto const hasEnded = [&] { return !self.m_running || self.m_finished; };
+    if (!waitUntil(self.m_ended, hasEnded, timeoutMs, self.m_mutex))
+        return false;
     self.reap();
     return true;
 }
@@ -125,20 +131,9 @@ bool Thread::sleep(unsigned long ms, IMutex& mutex) {
 }
 
 bool Thread::wait(unsigned long ms, IMutex& mutex) {
-    using namespace std::chrono;
-    auto const deadline = steady_clock::now() + milliseconds(bounded(ms));
     unsigned const before = m_private->m_wakeUps.load();
-    while (m_private->m_wakeUps.load() == before) {
-        if (ms == noLimit) {
-            m_private->m_woken.wait(mutex);
-            continue;
-        }
-        auto const left = duration_cast<milliseconds>(deadline - steady_clock::now()).count();
-        if (left <= 0)
-            return false;
-        m_private->m_woken.wait(static_cast<unsigned>(left), mutex);
-    }
-    return true;
+    auto const isWoken = [&] { return m_private->m_wakeUps.load() != before; };
+    return waitUntil(m_private->m_woken, isWoken, ms, mutex);
 }
 
 void Thread::wakeUp() {

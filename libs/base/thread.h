@@ -12,7 +12,7 @@ namespace quillon {
 /// operations may be called on any thread.
 class Thread {
 public:
-    /// Scheduling classes; only the normal one changes nothing on every platform.
+    /// Accepted and ignored: every thread runs at the system's normal priority.
     enum Priority { PRIORITY_NORMAL = 0, PRIORITY_LOW = 1, PRIORITY_HIGH = 2 };
 
     /// No time limit, in milliseconds. A limit above 2^32 - 1, seven weeks, counts as that.

@@ -4,7 +4,7 @@
 #include "base/log.h"
 #include "base/thread.h"
 #include "base/threadmanager.h"
-#include "base/threadnative.h"
+#include "base/threadname.h"
 
 #include <cerrno>
 #include <csignal>
@@ -137,8 +137,9 @@ void* ThreadPrivate::entry(void* argument) {
     pthread_cleanup_push(synchronised ? &ThreadPrivate::endSynchronised : &ThreadPrivate::endOther, &self);
     try {
         thread.main();
-    } catch (Exception const&) {
+    } catch (std::exception const& e) {
         log(ERROR, "Thread", "thread_func", "Exception caught in main()");
+        log(ERROR, "Thread", "thread_func", thread.getName() + ": " + e.what());
     }
     pthread_cleanup_pop(true);
     return nullptr;

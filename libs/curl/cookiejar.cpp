@@ -3,7 +3,7 @@
 #include "curl/cookieline.h"
 #include "curl/ecurl.h"
 
-#include "base/log.h"
+#include "base/failure.h"
 
 #include <curl/curl.h>
 
@@ -67,10 +67,9 @@ void CookieJar::set(http::SetCookie const& cookie) {
     if (cookie.getDomain().empty()) {
         m_withoutDomain[cookie.getName()] = cookie;
     } else if (!holds(cookie)) {
-        log(ERROR, "CookieJar", "set",
-            "cookie " + cookie.getName() + " of " + toString(cookie.getValue().length()) +
-                " bytes cannot be sent: too long, or bytes that no cookie may hold");
-        throw ECurl("ECurl", "libs/curl/cookiejar.cpp", __LINE__);
+        fail<ECurl>("CookieJar", "set",
+                    "cookie " + cookie.getName() + " of " + toString(cookie.getValue().length()) +
+                        " bytes cannot be sent: too long, or bytes that no cookie may hold");
     }
 }
 

@@ -6,7 +6,7 @@
 #include "http/loggableuri.h"
 #include "http/uri.h"
 
-#include "base/log.h"
+#include "base/failure.h"
 
 #include <curl/curl.h>
 
@@ -21,10 +21,9 @@ constexpr char const* allowedProtocols = "http,https";
 
 CURL* makeHandle() {
     CURL* const handle = curl_easy_init();
-    if (!handle) {
-        log(ERROR, "DownloadManager", "downloadFileTo", "Cannot init CURL context");
-        throw ECurl("ECurl", "libs/curl/curlwrapper.cpp", 183);
-    }
+    if (!handle)
+        fail<ECurl>("DownloadManager", "downloadFileTo", "Cannot init CURL context",
+                    {"libs/curl/curlwrapper.cpp", 183});
     return handle;
 }
 
@@ -76,10 +75,9 @@ CurlEasyWrapper::CurlEasyWrapper() : m_handle(makeHandle()), m_cookies(m_handle.
                                 .set(CURLOPT_PROTOCOLS_STR, allowedProtocols)
                                 .set(CURLOPT_REDIR_PROTOCOLS_STR, allowedProtocols)
                                 .result();
-    if (result != CURLE_OK) {
-        log(ERROR, "CurlEasyWrapper", "CurlEasyWrapper", "Cannot set up CURL context");
-        throw ECurl(result, "ECurl", "libs/curl/curleasywrapper.cpp", __LINE__);
-    }
+    if (result != CURLE_OK)
+        fail<ECurl>("CurlEasyWrapper", "CurlEasyWrapper", "Cannot set up CURL context",
+                    std::source_location::current(), result);
     // A name server that does not answer holds up neither cancelling nor the time limit: the thread that asks
     // it is left to end by itself. A libcurl that does not know the option waits for it, as it always did.
     curl_easy_setopt(m_handle.get(), CURLOPT_QUICK_EXIT, 1L);
@@ -179,8 +177,7 @@ void CurlEasyWrapper::setProxy(Proxy const& proxy) {
         m_proxyError = curl_easy_setopt(m_handle.get(), CURLOPT_PROXY, nullptr);
         return;
     }
-    log(ERROR, "CurlEasyWrapper", "setProxy", "unknown proxy type");
-    throw Exception("Exception", "libs/curl/curlwrapper.cpp", 284);
+    fail<Exception>("CurlEasyWrapper", "setProxy", "unknown proxy type", {"libs/curl/curlwrapper.cpp", 284});
 }
 
 void CurlEasyWrapper::useProxy(long type, Proxy const& proxy) {

@@ -1,6 +1,6 @@
 #include "curl/curlsession.h"
 
-#include "base/log.h"
+#include "base/failure.h"
 
 #include <curl/curl.h>
 
@@ -10,10 +10,9 @@ namespace {
 
 CURLSH* makeShare() {
     CURLSH* const share = curl_share_init();
-    if (!share) {
-        log(ERROR, "CurlSession", "CurlSession", "Cannot init CURL SHARE context");
-        throw ECurl("ECurl", "libs/curl/curlwrapper.cpp", 40);
-    }
+    if (!share)
+        fail<ECurl>("CurlSession", "CurlSession", "Cannot init CURL SHARE context",
+                    {"libs/curl/curlwrapper.cpp", 40});
     return share;
 }
 

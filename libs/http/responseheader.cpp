@@ -1,7 +1,7 @@
 #include "http/responseheader.h"
 
 #include "base/ascii.h"
-#include "base/log.h"
+#include "base/failure.h"
 
 #include <algorithm>
 #include <optional>
@@ -38,10 +38,9 @@ std::uint32_t ResponseHeader::getResponseCode() const {
 
 void ResponseHeader::_extractResponseCode() const {
     std::optional<std::uint32_t> const code = codeOf(m_statusLine);
-    if (!code) {
-        log(ERROR, "http.Response", "extractResponseCode", "bad header: " + m_statusLine);
-        throw EBadHeader("EBadHeader", "libs/http/response.cpp", 29);
-    }
+    if (!code)
+        fail<EBadHeader>("http.Response", "extractResponseCode", "bad header: " + m_statusLine,
+                         {"libs/http/response.cpp", 29});
     m_code = *code;
     m_isCodeExtracted = true;
 }

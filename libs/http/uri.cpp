@@ -3,7 +3,7 @@
 #include "http/loggableuri.h"
 #include "http/uri_encoding.h"
 
-#include "base/log.h"
+#include "base/failure.h"
 #include "base/splitter.h"
 
 #include <algorithm>
@@ -25,8 +25,9 @@ String take(String& rest, std::string_view set) {
     return piece;
 }
 
-void logComponent(char const* method, char const* message, String const& value) {
-    log(ERROR, "Uri", method, String(message) + value);
+[[noreturn]] void failComponent(char const* method, char const* message, String const& value,
+                                Place place = std::source_location::current()) {
+    fail<UriComponentException>("Uri", method, String(message) + value, place);
 }
 
 bool containsAny(String const& value, std::string_view set) {
@@ -54,10 +55,8 @@ Uri Uri::parse(String const& text, bool decode) {
     String const path = take(rest, "?#");
     String const query = take(rest, "#").range(1);
     String const fragment = rest.range(1);
-    if (containsAny(fragment, "\r\n")) {
-        logComponent("setScheme", "Invalid uri: ", loggableUri(text));
-        throw UriComponentException("UriComponentException", "libs/http/uri.cpp", 19);
-    }
+    if (containsAny(fragment, "\r\n"))
+        failComponent("setScheme", "Invalid uri: ", loggableUri(text), {"libs/http/uri.cpp", 19});
 
     if (!query.empty())
         uri.parseQuery(query);
@@ -84,26 +83,20 @@ String Uri::getParameter(String const& name) const {
 }
 
 void Uri::setScheme(String const& scheme) {
-    if (containsAny(scheme, ":/?#")) {
-        logComponent("setScheme", "Invalid scheme: ", scheme);
-        throw UriComponentException("UriComponentException", "libs/http/uri.cpp", __LINE__);
-    }
+    if (containsAny(scheme, ":/?#"))
+        failComponent("setScheme", "Invalid scheme: ", scheme);
     m_scheme = scheme.owned();
 }
 
 void Uri::setAuthority(String const& authority) {
-    if (containsAny(authority, "/?#")) {
-        logComponent("setAuthority", "Invalid authority: ", loggableUri(authority));
-        throw UriComponentException("UriComponentException", "libs/http/uri.cpp", __LINE__);
-    }
+    if (containsAny(authority, "/?#"))
+        failComponent("setAuthority", "Invalid authority: ", loggableUri(authority));
     m_authority = authority.owned();
 }
 
 void Uri::setPath(String const& path) {
-    if (containsAny(path, "?#")) {
-        logComponent("setPath", "Invalid path: ", path);
-        throw UriComponentException("UriComponentException", "libs/http/uri.cpp", __LINE__);
-    }
+    if (containsAny(path, "?#"))
+        failComponent("setPath", "Invalid path: ", path);
     bool const isRelative = !path.empty() && path[0] != '/';
     m_path = {isRelative ? String("/" + path) : path.owned(), std::nullopt};
 }

@@ -1,17 +1,12 @@
 #include "xml/attributevalue.h"
 
-#include "base/log.h"
+#include "base/failure.h"
 #include "xml/cursor.h"
 #include "xml/references.h"
 
 namespace quillon::xml {
 
 namespace {
-
-[[noreturn]] void fail(String const& text, int line) {
-    log(ERROR, "xml.AttributeValue", "parse", text);
-    throw EXmlAttributeValue("EXmlAttributeValue", "libs/xml/attributevalue.cpp", line);
-}
 
 constexpr char character(AttributeValue::Quote quote) {
     return quote == AttributeValue::Quote::simpleQuote ? '\'' : '"';
@@ -21,13 +16,14 @@ constexpr char character(AttributeValue::Quote quote) {
 
 AttributeValue AttributeValue::parse(Cursor& cursor) {
     if (!cursor.at('"') && !cursor.at('\''))
-        fail("invalid attribute value (missing value with =)", __LINE__);
+        fail<EXmlAttributeValue>("xml.AttributeValue", "parse",
+                                 "invalid attribute value (missing value with =)");
     Quote const quote = cursor.at('"') ? Quote::doubleQuote : Quote::simpleQuote;
     Cursor const start = cursor;
     String raw;
     cursor.skip(character(quote));
     if (!cursor.readPast(character(quote), raw) || raw.find('<') != String::npos)
-        fail("bad xml file format: " + start.excerpt(), __LINE__);
+        fail<EXmlAttributeValue>("xml.AttributeValue", "parse", "bad xml file format: " + start.excerpt());
     return AttributeValue(decodeReferences(raw), quote);
 }
 

@@ -1,16 +1,11 @@
 #include "xml/comment.h"
 
-#include "base/log.h"
+#include "base/failure.h"
 #include "xml/cursor.h"
 
 namespace quillon::xml {
 
 namespace {
-
-[[noreturn]] void fail(char const* method, String const& offending, int line) {
-    log(ERROR, "xml.Comment", method, "bad xml file format: " + offending);
-    throw EXmlComment("EXmlComment", "libs/xml/comment.cpp", line);
-}
 
 bool skipBetween(Cursor& cursor, String const& opening, String const& closing) {
     Cursor const start = cursor;
@@ -18,7 +13,7 @@ bool skipBetween(Cursor& cursor, String const& opening, String const& closing) {
         return false;
     String skipped;
     if (!cursor.readPast(closing, skipped))
-        fail("skip", start.excerpt(), __LINE__);
+        fail<EXmlComment>("xml.Comment", "skip", "bad xml file format: " + start.excerpt());
     return true;
 }
 
@@ -26,7 +21,7 @@ bool skipBetween(Cursor& cursor, String const& opening, String const& closing) {
 
 void Comment::setText(String const& text) {
     if (text.find("--") != String::npos || text.ends("-"))
-        fail("setText", excerpt(text), __LINE__);
+        fail<EXmlComment>("xml.Comment", "setText", "bad xml file format: " + excerpt(text));
     m_text = text.owned();
 }
 

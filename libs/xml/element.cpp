@@ -1,6 +1,6 @@
 #include "xml/element.h"
 
-#include "base/log.h"
+#include "base/failure.h"
 #include "xml/cursor.h"
 #include "xml/text.h"
 #include "xml/treeparser.h"
@@ -14,10 +14,8 @@ std::unique_ptr<Element> Element::parse(Cursor& cursor) {
 }
 
 Node& Element::append(std::unique_ptr<Node> child) {
-    if (!child) {
-        log(ERROR, "xml.Element", "append", "cannot create node");
-        throw EXmlNode("EXmlNode", "libs/xml/element.cpp", __LINE__);
-    }
+    if (!child)
+        fail<EXmlNode>("xml.Element", "append", "cannot create node");
     Node* const node = child.release();
     node->m_parent = this;
     (m_last ? m_last->m_next : m_first) = node;
@@ -51,8 +49,7 @@ Attribute const* Element::findAttribute(String const& name) const noexcept {
 Attribute const& Element::getAttribute(String const& name) const {
     if (Attribute const* const attribute = findAttribute(name))
         return *attribute;
-    log(ERROR, "xml.Element", "getAttribute", "no attribute: " + excerpt(name));
-    throw EXmlNoAttribute("EXmlNoAttribute", "libs/xml/element.cpp", __LINE__);
+    fail<EXmlNoAttribute>("xml.Element", "getAttribute", "no attribute: " + excerpt(name));
 }
 
 void Element::setAttribute(String const& name, AttributeValue const& value) {

@@ -1,7 +1,7 @@
 // Child elements by their names.
 #include "xml/element.h"
 
-#include "base/log.h"
+#include "base/failure.h"
 
 namespace quillon::xml {
 
@@ -27,10 +27,8 @@ std::vector<String> stepsOf(String const& path) {
     for (unsigned from = 0, slash = 0; slash != String::npos; from = slash + 1) {
         slash = path.find('/', from);
         steps.push_back(path.range(from, slash == String::npos ? slash : slash - from));
-        if (steps.back().empty()) {
-            log(ERROR, "xml.Element", "getNodeByPath", "empty item in the searched path");
-            throw EXmlElement("EXmlElement", "libs/xml/element_search.cpp", __LINE__);
-        }
+        if (steps.back().empty())
+            fail<EXmlElement>("xml.Element", "getNodeByPath", "empty item in the searched path");
     }
     return steps;
 }

@@ -1,18 +1,9 @@
 #include "xml/keyreader.h"
 
-#include "base/log.h"
+#include "base/failure.h"
 #include "xml/cursor.h"
 
 namespace quillon::xml {
-
-namespace {
-
-[[noreturn]] void fail(char const* method, String const& text, int line) {
-    log(ERROR, "xml.KeyReader", method, text);
-    throw EKeyReader("EKeyReader", "libs/xml/keyreader.cpp", line);
-}
-
-} // namespace
 
 KeyReader::~KeyReader() {
     // One by one: the chain of readers is as long as the document that was read is deep.
@@ -33,14 +24,14 @@ void KeyReader::read(bool& value) {
         value = false;
     } else {
         log(TRACE, "xml.KeyReader", "read", "cannot read boolean");
-        throw EKeyReader("EKeyReader", "libs/xml/keyreader.cpp", __LINE__);
+        failQuietly<EKeyReader>();
     }
 }
 
 IKeyReader& KeyReader::operator[](String const& key) {
     Element* const element = index().take(key);
     if (!element)
-        fail("operator[]", "no element left: " + excerpt(key), __LINE__);
+        fail<EKeyReader>("xml.KeyReader", "operator[]", "no element left: " + excerpt(key));
     if (m_child) {
         m_child->m_element = element;
         m_child->m_index.reset();
@@ -61,7 +52,7 @@ ChildIndex& KeyReader::index() const {
 }
 
 void KeyReader::refuse() const {
-    fail("read", "an element cannot be read like this", __LINE__);
+    fail<EKeyReader>("xml.KeyReader", "read", "an element cannot be read like this");
 }
 
 } // namespace quillon::xml

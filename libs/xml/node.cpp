@@ -1,6 +1,6 @@
 #include "xml/node.h"
 
-#include "base/log.h"
+#include "base/failure.h"
 #include "xml/comment.h"
 #include "xml/element.h"
 #include "xml/text.h"
@@ -16,9 +16,9 @@ std::unique_ptr<Node> Node::create(Type type) {
     case Type::comment:
         return std::make_unique<Comment>();
     }
-    log(ERROR, "xml.Node", "create",
-        "cannot create for type: " + quillon::toString(static_cast<unsigned>(type)) + ": invalid xml type");
-    throw EXmlNode("EXmlNode", "libs/xml/node.cpp", __LINE__);
+    fail<EXmlNode>("xml.Node", "create",
+                   "cannot create for type: " + quillon::toString(static_cast<unsigned>(type)) +
+                       ": invalid xml type");
 }
 
 Node::~Node() {

@@ -1,21 +1,12 @@
 #include "xml/parserreader.h"
 
+#include "base/failure.h"
 #include "base/file.h"
-#include "base/log.h"
 #include "xml/stringparser.h"
 
 namespace quillon::xml {
 
 namespace {
-
-[[noreturn]] void throwParserReader(int line) {
-    throw EParserReader("EParserReader", "libs/xml/parserreader.cpp", line);
-}
-
-[[noreturn]] void fail(char const* method, String const& text, int line) {
-    log(ERROR, "xml.ParserReader", method, text);
-    throwParserReader(line);
-}
 
 std::unique_ptr<Element> parseDocument(String const& text, Disclosure disclosure) {
     auto document = std::make_unique<Element>();
@@ -23,9 +14,9 @@ std::unique_ptr<Element> parseDocument(String const& text, Disclosure disclosure
         document->append(StringParser::parse(text, disclosure));
         return document;
     } catch (EXmlNode const&) { // both are logged where they were thrown
-        throwParserReader(__LINE__);
+        failQuietly<EParserReader>();
     } catch (EParser const&) {
-        throwParserReader(__LINE__);
+        failQuietly<EParserReader>();
     }
 }
 
@@ -40,16 +31,16 @@ ParserReader ParserReader::fromText(String const& text, Disclosure disclosure) {
 
 IKeyReader& ParserReader::operator[](String const& key) {
     if (!exists(key))
-        fail("operator[]", "no element left: " + excerpt(key), __LINE__);
+        fail<EParserReader>("xml.ParserReader", "operator[]", "no element left: " + excerpt(key));
     return KeyReader::operator[](key);
 }
 
 String ParserReader::text() const {
-    fail("read", "a document has no value", __LINE__);
+    fail<EParserReader>("xml.ParserReader", "read", "a document has no value");
 }
 
 void ParserReader::refuse() const {
-    fail("read", "a document cannot be read like this", __LINE__);
+    fail<EParserReader>("xml.ParserReader", "read", "a document cannot be read like this");
 }
 
 } // namespace quillon::xml

@@ -1,16 +1,11 @@
 #include "xml/stringparser.h"
 
-#include "base/log.h"
+#include "base/failure.h"
 #include "xml/comment.h"
 
 namespace quillon::xml {
 
 namespace {
-
-[[noreturn]] void fail(String const& text, int line) {
-    log(ERROR, "xml.StringParser", "parse", text);
-    throw EXmlStringParser("EXmlStringParser", "libs/xml/stringparser.cpp", line);
-}
 
 void skipMisc(Cursor& cursor) {
     do
@@ -25,14 +20,14 @@ std::unique_ptr<Element> StringParser::parse(String const& text, Disclosure disc
     cursor.skip("\xEF\xBB\xBF"); // a byte order mark
     skipMisc(cursor);
     if (cursor.atEnd())
-        fail("no tag found: " + cursor.excerpt(), __LINE__);
+        fail<EXmlStringParser>("xml.StringParser", "parse", "no tag found: " + cursor.excerpt());
     if (!cursor.at('<') || cursor.at("<!"))
-        fail("bad xml file format: " + cursor.excerpt(), __LINE__);
+        fail<EXmlStringParser>("xml.StringParser", "parse", "bad xml file format: " + cursor.excerpt());
 
     std::unique_ptr<Element> root = Element::parse(cursor);
     skipMisc(cursor);
     if (!cursor.atEnd())
-        fail("bad xml file format: " + cursor.excerpt(), __LINE__);
+        fail<EXmlStringParser>("xml.StringParser", "parse", "bad xml file format: " + cursor.excerpt());
     return root;
 }
 

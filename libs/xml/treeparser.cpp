@@ -1,6 +1,6 @@
 #include "xml/treeparser.h"
 
-#include "base/log.h"
+#include "base/failure.h"
 #include "xml/comment.h"
 #include "xml/cursor.h"
 #include "xml/references.h"
@@ -12,16 +12,6 @@ namespace quillon::xml {
 namespace {
 
 constexpr char nameEnds[] = ">/= \r\t\n";
-
-[[noreturn]] void failElement(String const& text, int line) {
-    log(ERROR, "xml.Element", "parse", text);
-    throw EXmlElement("EXmlElement", "libs/xml/treeparser.cpp", line);
-}
-
-[[noreturn]] void failAttribute(String const& text, int line) {
-    log(ERROR, "xml.Element", "parse", text);
-    throw EXmlAttribute("EXmlAttribute", "libs/xml/treeparser.cpp", line);
-}
 
 /// What a declaration of a namespace declares.
 String declaredPrefix(Attribute const& attribute) {
@@ -46,7 +36,8 @@ void TreeParser::readContent() {
     if (!raw.empty())
         m_text.append(decodeReferences(raw));
     if (m_cursor.atEnd())
-        failElement("Problem with element: " + m_cursor.excerpt(m_open->getName()), __LINE__);
+        fail<EXmlElement>("xml.Element", "parse",
+                          "Problem with element: " + m_cursor.excerpt(m_open->getName()));
     readMarkup();
 }
 
@@ -63,7 +54,7 @@ bool TreeParser::readCharacterSection() {
     Cursor const start = m_cursor;
     String raw;
     if (!m_cursor.skip("<![CDATA[") || !m_cursor.readPast("]]>", raw))
-        failElement("bad xml file format: " + start.excerpt(), __LINE__);
+        fail<EXmlElement>("xml.Element", "parse", "bad xml file format: " + start.excerpt());
     m_text.append(raw);
     return true;
 }
@@ -73,9 +64,9 @@ void TreeParser::readStartTag() {
     m_cursor.skip('<');
     String const name = m_cursor.readToAnyOf(nameEnds);
     if (name.empty())
-        failElement("no tag found: " + start.excerpt(), __LINE__);
+        fail<EXmlElement>("xml.Element", "parse", "no tag found: " + start.excerpt());
     if (name.findFirstOf("<&\"'", 0) != String::npos)
-        failElement("bad xml file format: " + start.excerpt(), __LINE__);
+        fail<EXmlElement>("xml.Element", "parse", "bad xml file format: " + start.excerpt());
 
     auto element = std::make_unique<Element>(name);
     m_namespaces.openElement();
@@ -83,7 +74,7 @@ void TreeParser::readStartTag() {
     checkAttributes(*element);
     bool const isEmpty = m_cursor.skip('/');
     if (!m_cursor.skip('>'))
-        failElement("bad xml file format: " + start.excerpt(), __LINE__);
+        fail<EXmlElement>("xml.Element", "parse", "bad xml file format: " + start.excerpt());
     open(std::move(element));
     if (isEmpty)
         close();
@@ -95,7 +86,7 @@ void TreeParser::readAttributes(Element& element) {
         if (m_cursor.atEnd() || m_cursor.at('>') || m_cursor.at('/'))
             return;
         if (!apart)
-            failAttribute("cannot parse attributes", __LINE__);
+            fail<EXmlAttribute>("xml.Element", "parse", "cannot parse attributes");
         element.m_attributes.push_back(Attribute::parse(m_cursor));
     }
 }
@@ -106,9 +97,10 @@ void TreeParser::readEndTag() {
     String const name = m_cursor.readToAnyOf(nameEnds);
     m_cursor.skipBlanks();
     if (!m_cursor.skip('>'))
-        failElement("bad xml file format: " + start.excerpt(), __LINE__);
+        fail<EXmlElement>("xml.Element", "parse", "bad xml file format: " + start.excerpt());
     if (name != m_open->getName())
-        failElement("Problem with element: " + m_cursor.excerpt(m_open->getName()), __LINE__);
+        fail<EXmlElement>("xml.Element", "parse",
+                          "Problem with element: " + m_cursor.excerpt(m_open->getName()));
     close();
 }
 
@@ -121,7 +113,7 @@ void TreeParser::checkAttributes(Element const& element) {
             names.push_back(attribute.getName().view());
     std::sort(names.begin(), names.end());
     if (std::adjacent_find(names.begin(), names.end()) != names.end())
-        failAttribute("cannot parse attributes", __LINE__);
+        fail<EXmlAttribute>("xml.Element", "parse", "cannot parse attributes");
 }
 
 void TreeParser::declareNamespaces(Element const& element) {
@@ -129,19 +121,21 @@ void TreeParser::declareNamespaces(Element const& element) {
         if (!attribute.declaresNamespace() || m_namespaces.declare(declaredPrefix(attribute)))
             continue;
         if (!hasPrefix(attribute.getName()))
-            failAttribute("redefinition of xmlns attribute", __LINE__);
-        failAttribute("redefinition of xmlns attribute : " + m_cursor.excerpt(declaredPrefix(attribute)),
-                      __LINE__);
+            fail<EXmlAttribute>("xml.Element", "parse", "redefinition of xmlns attribute");
+        fail<EXmlAttribute>("xml.Element", "parse",
+                            "redefinition of xmlns attribute : " +
+                                m_cursor.excerpt(declaredPrefix(attribute)));
     }
 }
 
 void TreeParser::checkPrefixes(Element const& element) const {
     if (hasPrefix(element.getName()) && !m_namespaces.isDeclared(element.getPrefix()))
-        failElement("non-defined qualified name for element", __LINE__);
+        fail<EXmlElement>("xml.Element", "parse", "non-defined qualified name for element");
     for (Attribute const& attribute : element.m_attributes) {
         String const& name = attribute.getName();
         if (hasPrefix(name) && !attribute.declaresNamespace() && !m_namespaces.isDeclared(name.left(':')))
-            failAttribute("non-defined qualified name for attribute : " + m_cursor.excerpt(name), __LINE__);
+            fail<EXmlAttribute>("xml.Element", "parse",
+                                "non-defined qualified name for attribute : " + m_cursor.excerpt(name));
     }
 }
 

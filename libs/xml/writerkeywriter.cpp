@@ -1,6 +1,6 @@
 #include "xml/writerkeywriter.h"
 
-#include "base/log.h"
+#include "base/failure.h"
 #include "xml/cursor.h"
 #include "xml/exceptions.h"
 
@@ -12,7 +12,7 @@ WriterKeyWriter::~WriterKeyWriter() {
     try {
         clear();
     } catch (Exception const& e) {
-        log(TRACE, "Exception", "catch", e.trace("libs/xml/writerkeywriter.cpp", __LINE__));
+        traceCaught(e);
     }
     // One by one: the chain of writers is as long as the document is deep. Each forgets what a failure has
     // left open, which its destructor would try to close.
@@ -38,10 +38,9 @@ IKeyWriter& WriterKeyWriter::operator[](String const& key) {
 }
 
 void WriterKeyWriter::operator()(String const& name, String const& value) {
-    if (m_startTagComplete) {
-        log(ERROR, "xml.WriterKeyWriter", "operator()", "the start tag is complete: " + excerpt(name));
-        throw EXmlAttribute("EXmlAttribute", "libs/xml/writerkeywriter.cpp", __LINE__);
-    }
+    if (m_startTagComplete)
+        fail<EXmlAttribute>("xml.WriterKeyWriter", "operator()",
+                            "the start tag is complete: " + excerpt(name));
     m_output.write(" " + name + "=\"" + value + "\"");
 }
 

@@ -1,7 +1,7 @@
 #include "xml/xmlparser.h"
 
+#include "base/failure.h"
 #include "base/file.h"
-#include "base/log.h"
 #include "xml/fileparser.h"
 #include "xml/keyreader.h"
 #include "xml/writerkeywriter.h"
@@ -21,9 +21,10 @@ std::unique_ptr<Element> rootOf(String const& fileName) {
     }
 }
 
-[[noreturn]] void failRead(String const& text, int line) {
+// At TRACE: a settings file that is not there yet, or is somebody else's, is no error of this program.
+[[noreturn]] void failRead(String const& text, Place place = std::source_location::current()) {
     log(TRACE, "xml.Parser", "read", text);
-    throw EParser("EParser", "libs/xml/xmlparser.cpp", line);
+    failQuietly<EParser>(place);
 }
 
 } // namespace
@@ -36,7 +37,7 @@ bool Parser::write(String const& fileName, String const& rootName, ISerialize co
         writer[rootName].write(record);
         writer.clear();
     } catch (Exception const& e) {
-        log(TRACE, "Exception", "catch", e.trace("libs/xml/xmlparser.cpp", __LINE__));
+        traceCaught(e);
         return false;
     }
     return file.close();
@@ -44,12 +45,12 @@ bool Parser::write(String const& fileName, String const& rootName, ISerialize co
 
 void Parser::read(String const& fileName, String const& rootName, ISerialize& record) {
     if (!File::exists(fileName))
-        throw EParser("EParser", "libs/xml/xmlparser.cpp", __LINE__);
+        failQuietly<EParser>();
     std::unique_ptr<Element> const root = rootOf(fileName);
     if (!root)
-        failRead("cannot parse the file: " + fileName, __LINE__);
+        failRead("cannot parse the file: " + fileName);
     if (!root->getName().equalsNoCase2(rootName))
-        failRead("cannot find the document: " + rootName, __LINE__);
+        failRead("cannot find the document: " + rootName);
     KeyReader reader(*root);
     record.write(static_cast<IKeyReader&>(reader));
 }

@@ -1,7 +1,7 @@
 #include "base/console.h"
 
 #include "base/descriptor.h"
-#include "base/exception.h"
+#include "base/failure.h"
 #include "base/visibletext.h"
 #include "support/logcapture.h"
 
@@ -36,6 +36,11 @@ TEST(Exception, textNamesThePlaceThatThrewAndThePlaceThatCaught) {
         EXPECT_EQ(Exception("EX", path, 12).toString(), String("EX:") + file + ":12");
     }
     EXPECT_EQ(Exception(7, "EX", "/a/b/c", 12).trace("/d/e.cpp", 3), "EX:c:12(7) -> e.cpp:3");
+    try {
+        failQuietly<EBadItem>();
+    } catch (std::exception const& e) {
+        EXPECT_EQ(std::string(e.what()), "EBadItem:console_test.cpp:" + std::to_string(__LINE__ - 2));
+    }
     EXPECT_EQ(Exception(-7, "EX", "c", 1).getErrorCode(), -7);
 }
 
@@ -158,18 +163,6 @@ TEST(Console, takesOnlyAPlainFileOfItsOwnForTheLog) {
     EXPECT_EQ(Console::instance()->getFilename(ERROR), path);
     EXPECT_EQ(test::readFile(path), "");
     EXPECT_EQ(std::filesystem::status(path.str()).permissions(), std::filesystem::perms(0600));
-}
-
-TEST(Console, pathsInTheHomeDirectoryDoNotNameIt) {
-    test::LogCapture capture;
-    Console::instance()->setHome("/home/bob");
-    log(ERROR, "tag", "Class", "", "/home/bob/a and \"/home/bob/b\" but /home/bobby/c");
-    Console::instance()->drain(10000);
-    Console::instance()->setHome("");
-    log(ERROR, "tag", "Class", "", "/home/bob/a");
-    std::vector<std::string> const lines = capture.lines();
-    EXPECT_EQ(body(lines.at(0)), "[tag] ERROR Class: ~/a and \"~/b\" but /home/bobby/c");
-    EXPECT_EQ(body(lines.at(1)), "[tag] ERROR Class: /home/bob/a");
 }
 
 TEST(Console, aCategoryCanBeSentToNull) {

@@ -102,6 +102,7 @@ TEST(Thread, anEscapedExceptionIsLoggedAndEndsTheThread) {
     EXPECT_TRUE(thread.join(10000));
     EXPECT_FALSE(thread.isRunning());
     EXPECT_EQ(log.count("[sixteen letters!] ERROR Thread.thread_func Exception caught in main()\n"), 1u);
+    EXPECT_TRUE(log.contains("ERROR Thread.thread_func sixteen letters!: EX:file:1\n"));
     EXPECT_STREQ(osName, "sixteen letters");
 }
 

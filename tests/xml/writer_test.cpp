@@ -1,3 +1,4 @@
+#include "base/confhelper.h"
 #include "base/serializearray.h"
 #include "base/stringwriter.h"
 #include "support/logcapture.h"

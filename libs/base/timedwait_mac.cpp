@@ -1,4 +1,4 @@
-#include "base/condition_native.h"
+#include "base/timedwait.h"
 
 #include <cerrno>
 

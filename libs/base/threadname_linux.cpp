@@ -1,4 +1,4 @@
-#include "base/threadnative.h"
+#include "base/threadname.h"
 
 #include <pthread.h>
 
