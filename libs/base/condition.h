@@ -34,10 +34,12 @@ public:
     template <std::predicate Predicate>
     bool waitUntil(Predicate isMet, unsigned ms, IMutex& mutex) {
         Deadline const deadline{std::chrono::milliseconds(ms)};
-        for (unsigned left; !isMet(); wait(left, mutex))
-            if ((left = deadline.left()) == 0)
-                return false;
-        return true;
+        bool met = isMet();
+        for (unsigned left = deadline.left(); !met && left > 0; left = deadline.left()) {
+            wait(left, mutex);
+            met = isMet();
+        }
+        return met;
     }
     /// Wakes one thread that waits. Any thread; holding the lock is not needed.
     void signal();

@@ -7,9 +7,8 @@
 #include "base/systemlog.h"
 #include "base/visibletext.h"
 
-#include <signal.h>
-
 #include <chrono>
+#include <csignal>
 #include <ctime>
 #include <mutex>
 

@@ -126,13 +126,14 @@ public:
 
     // Listings append names to `list`, in the order in which the system gives them, without "." and "..". A
     // directory that cannot be read is logged and adds nothing.
-    static void getFilesList(String const& directory, List<String>& list);
-    static void getFullList(String const& directory, List<String>& list);
-    static void getSubDirectoriesList(String const& directory, List<String>& list);
+    static void getFilesList(String const& directory, List<String>& names);
+    static void getFullList(String const& directory, List<String>& names);
+    static void getSubDirectoriesList(String const& directory, List<String>& names);
     /// Paths relative to `directory`; links to directories are not followed.
-    static void getRecursiveFilesList(String const& directory, List<String>& list);
+    static void getRecursiveFilesList(String const& directory, List<String>& names);
     /// `extension` without its dot.
-    static void getFilesListByExtension(String const& directory, String const& extension, List<String>& list);
+    static void getFilesListByExtension(String const& directory, String const& extension,
+                                        List<String>& names);
 
     /// What follows the last "/".
     static String getFileName(String const& path);

@@ -72,15 +72,15 @@ void File::getFilesListByExtension(String const& directory, String const& extens
     });
 }
 
-void File::getRecursiveFilesList(String const& path, List<String>& names) {
-    String const root = path.replace('\\', '/');
+void File::getRecursiveFilesList(String const& directory, List<String>& names) {
+    String const root = directory.replace('\\', '/');
     std::vector<String> pending{String()}; // relative to the root, with a "/" behind
     while (!pending.empty()) {
         String const below = pending.back();
         pending.pop_back();
-        String const directory = root + "/" + below;
-        forEachEntry(directory, "getRecursiveFilesList", [&](String const& name) {
-            Kind const kind = kindOf(directory + name);
+        String const visited = root + "/" + below;
+        forEachEntry(visited, "getRecursiveFilesList", [&](String const& name) {
+            Kind const kind = kindOf(visited + name);
             if (kind == Kind::directory)
                 pending.push_back(below + name + "/");
             else if (kind == Kind::file)

@@ -3,6 +3,7 @@
 #include "base/assertion.h"
 #include "base/immortal.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdlib>
 
@@ -15,7 +16,7 @@ constinit std::array<std::atomic<MemoryBlock*>, MemoryBlockPool::MBP_POOLSIZE> g
 unsigned roundUp(unsigned size) {
     unsigned const rounded =
         (size + (MemoryBlock::granularity - 1)) / MemoryBlock::granularity * MemoryBlock::granularity;
-    QUILLON_ASSERT(rounded != 0 && rounded >= size, "rounded size is not 0 and not below the size asked");
+    QUILLON_ASSERT(rounded >= std::max(size, 1u), "rounded size is not 0 and not below the size asked");
     return rounded;
 }
 

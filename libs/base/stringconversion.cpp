@@ -90,10 +90,10 @@ long toLong(String const& text) {
     return to<long>(text);
 }
 std::int32_t toInt32(String const& text) {
-    return static_cast<std::int32_t>(std::atol(text.str()));
+    return static_cast<std::int32_t>(std::strtol(text.str(), nullptr, 10));
 }
 std::int16_t toInt16(String const& text) {
-    return static_cast<std::int16_t>(std::atol(text.str()));
+    return static_cast<std::int16_t>(std::strtol(text.str(), nullptr, 10));
 }
 
 std::uint32_t hexToUint32(String const& text) {

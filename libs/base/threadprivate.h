@@ -57,8 +57,8 @@ public:
 private:
     friend class Thread;
 
-    /// The native thread's body; `thread` is the Thread.
-    static void* entry(void* thread);
+    /// The native thread's body; `argument` is the Thread.
+    static void* entry(void* argument);
     void begin(bool synchronised);
     void end(bool synchronised);
     // The same as the system calls it; `self` is the ThreadPrivate.

@@ -9,7 +9,7 @@
 
 #include <map>
 
-typedef void CURL;
+using CURL = void;
 
 namespace quillon {
 

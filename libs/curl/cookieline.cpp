@@ -13,7 +13,7 @@ constexpr char const* httpOnlyPrefix = "#HttpOnly_";
 
 // Takes the next field off the front of `rest`.
 String takeField(String& rest) {
-    String const field = rest.left('\t');
+    String field = rest.left('\t');
     rest = rest.right('\t', true);
     return field;
 }

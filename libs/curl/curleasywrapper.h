@@ -16,8 +16,8 @@
 #include <memory>
 #include <optional>
 
-typedef void CURL;
-typedef void CURLSH;
+using CURL = void;
+using CURLSH = void;
 
 namespace quillon {
 

@@ -2,7 +2,7 @@
 
 #include <curl/curl.h>
 
-#include <signal.h>
+#include <csignal>
 
 namespace quillon {
 

@@ -3,7 +3,7 @@
 
 #include "curl/cookiejar.h"
 
-typedef void CURL;
+using CURL = void;
 
 namespace quillon {
 

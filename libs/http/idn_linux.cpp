@@ -7,7 +7,7 @@ namespace quillon::http::native {
 namespace {
 
 String takeOver(int result, char* text) {
-    String const copy = result == IDN2_OK ? String::copyOf(text) : String();
+    String copy = result == IDN2_OK ? String::copyOf(text) : String();
     idn2_free(text);
     return copy;
 }

@@ -20,7 +20,7 @@ unsigned firstOf(String const& text, std::string_view set) {
 // Takes what stands before the first byte of `set` off the front of `rest`.
 String take(String& rest, std::string_view set) {
     unsigned const end = firstOf(rest, set);
-    String const piece = rest.range(0, end);
+    String piece = rest.range(0, end);
     rest = rest.range(end);
     return piece;
 }

@@ -73,7 +73,7 @@ bool Cursor::readPast(String const& token, String& piece) noexcept {
 
 String Cursor::readUpTo(unsigned end) noexcept {
     end = std::min(end, m_text.length());
-    String const piece = m_text.range(m_position, end - m_position);
+    String piece = m_text.range(m_position, end - m_position);
     m_position = end;
     return piece;
 }

@@ -125,15 +125,16 @@ bool Extraction::makeDirectories(String const& directory) {
     std::vector<String> missing;
     for (String d = directory; !d.empty() && !m_made.count(d); d = parentOf(d))
         missing.push_back(d);
-    for (auto d = missing.rbegin(); d != missing.rend(); ++d) {
-        String const path = pathOf(*d);
+    std::reverse(missing.begin(), missing.end());
+    for (String const& d : missing) {
+        String const path = pathOf(d);
         struct stat info {};
         // A link to a directory is not followed: it may lead anywhere.
         if (lstat(path.str(), &info) != 0)
             File::createDirectory(path);
         else if (!S_ISDIR(info.st_mode))
             return refuse("not a directory: " + path);
-        m_made.insert(*d);
+        m_made.insert(d);
     }
     return true;
 }

@@ -16,7 +16,7 @@ String Zip::DecompressPackage(String const& archive) {
     String const directory = slash == String::npos ? String(".") : path.range(0, slash);
     String const name = path.rright('/').rleft('.');
     unzip(path, directory.empty() ? String("/") : directory);
-    String const result = directory + "/" + name;
+    String result = directory + "/" + name;
     if (File::exists(result))
         return result;
     log(TRACE, "Zip", "DecompressPackage", "cannot find " + result);

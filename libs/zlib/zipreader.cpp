@@ -39,7 +39,7 @@ ZipReader::ZipReader(String const& path)
 
 ZipReader::~ZipReader() = default;
 
-ZipReader::Step ZipReader::next(ZipEntry& entry) {
+ZipReader::Step ZipReader::next(ZipEntry& found) {
     if (!m_open)
         return failed;
     archive_entry* raw = nullptr;
@@ -49,10 +49,10 @@ ZipReader::Step ZipReader::next(ZipEntry& entry) {
     if (result != ARCHIVE_OK && result != ARCHIVE_WARN)
         return failed;
     char const* const name = archive_entry_pathname(raw);
-    entry.name = name ? String(name).replace('\\', '/').clone() : String();
-    entry.kind = kindOf(raw);
-    entry.encrypted = archive_entry_is_encrypted(raw);
-    entry.size = archive_entry_size_is_set(raw) ? archive_entry_size(raw) : -1;
+    found.name = name ? String(name).replace('\\', '/').clone() : String();
+    found.kind = kindOf(raw);
+    found.encrypted = archive_entry_is_encrypted(raw);
+    found.size = archive_entry_size_is_set(raw) ? archive_entry_size(raw) : -1;
     return Step::entry;
 }
 

@@ -30,7 +30,7 @@ public:
     ~ZipReader();
 
     /// Moves to the next entry.
-    Step next(ZipEntry& entry);
+    Step next(ZipEntry& found);
     /// Reads on in the entry's content: the number of bytes, 0 at its end, negative on failure.
     long read(char* buffer, std::size_t size);
     /// Why the last step failed.

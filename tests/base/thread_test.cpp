@@ -109,7 +109,7 @@ TEST(Thread, anEscapedExceptionIsLoggedAndEndsTheThread) {
 // What a thread keeps for itself goes when it is replaced, removed, or the thread ends.
 TEST(Thread, localDataEndsWithTheThreadAtTheLatest) {
     struct Data : ThreadLocalData {
-        explicit Data(std::string& ended, char name) : ended(ended), name(name) {}
+        explicit Data(std::string& list, char letter) : ended(list), name(letter) {}
         ~Data() override { ended += name; }
         std::string& ended;
         char name;

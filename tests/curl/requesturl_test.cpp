@@ -36,7 +36,7 @@ std::string randomUrl(std::mt19937& random) {
     static std::string const starts[] = {"http://", "http://", "http://", "http://", "http:/", "http:///",
                                          "http:",   "HTTP://", "",        "//",      "ftp://", "http:////"};
     url += starts[random() % std::size(starts)];
-    for (unsigned count = random() % 6; count > 0; --count)
+    for (auto count = random() % 6; count > 0; --count)
         url += pieces[random() % std::size(pieces)];
     return url;
 }

@@ -13,7 +13,7 @@ using namespace quillon;
 namespace {
 
 struct Worker final : Thread {
-    explicit Worker(bool signs) : Thread("worker", PRIORITY_NORMAL, true), signs(signs) {}
+    explicit Worker(bool mode) : Thread("worker", PRIORITY_NORMAL, true), signs(mode) {}
     void main() override {
         auto const end = std::chrono::steady_clock::now() + std::chrono::milliseconds(500);
         int rounds = 0;
