@@ -2,8 +2,7 @@
 #pragma once
 
 #include "base/confhelper.h"
-#include "json/JSONPolyReader.h"
-#include "json/JSONWrapperFromString.h"
+#include "json/JSONReader.h"
 
 #include <cstdint>
 

@@ -3,9 +3,7 @@
 #include "base/file.h"
 #include "base/log.h"
 #include "tarvikclient/moduleinstall.h"
-
-#include "json/JSONWrapperConstIterator.h"
-#include "json/JSONWrapperFromString.h"
+#include "json/JSONWrapper.h"
 
 namespace quillon {
 
