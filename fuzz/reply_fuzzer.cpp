@@ -8,10 +8,8 @@ using namespace quillon;
 int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size) {
     try {
         MediationResponse const response(fuzz::inputOf(data, size));
-        if (!response.isSuccess())
-            return 0;
-        json::JSONPolyReader reader = response.getDocument().getReader();
-        ClientConfiguration::load((*reader)["result"]);
+        if (response.isSuccess())
+            ClientConfiguration::load(*response.resultReader());
     } catch (Exception const&) {
     }
     return 0;

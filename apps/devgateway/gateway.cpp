@@ -88,16 +88,4 @@ Reply Gateway::hostcheckPost(Request const& request) {
     return hostcheckAnswer(round);
 }
 
-std::string defaultPollScript() {
-    return R"([{"code":"5","status":"init"}]
-[{"code":"5","status":"authenticating"}]
-[{"code":"5","status":"getconfig"}]
-[{"code":"5","status":"connected ip=10.8.0.2"}]
-[{"code":"5","status":"connected ip=10.8.0.2"}]
-[{"code":"5","status":"connected ip=10.8.0.2"}]
-[]
-[{"code":"8","reason":"1"}]
-)";
-}
-
 } // namespace devgateway

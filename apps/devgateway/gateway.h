@@ -38,7 +38,4 @@ private:
     HostCheck m_hostCheck;
 };
 
-/// The poll script of a gateway that is given none: a connection from its beginning to its end.
-std::string defaultPollScript();
-
 } // namespace devgateway

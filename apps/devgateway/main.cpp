@@ -10,6 +10,8 @@
 #include "devgateway/termination.h"
 #include "devgateway/text.h"
 
+#include <samples/plugin/pollscript.h>
+
 #include <exception>
 #include <iostream>
 
@@ -39,8 +41,7 @@ GatewayContent contentFor(Options const& options, Certificate const& certificate
     content.hostchecker = package(options, options.hostchecker, hostcheckerArchiveName);
     content.clientPem = client.certificatePem() + client.keyPem(clientKeyPassword);
     content.caPem = certificate.certificatePem();
-    content.pollScript =
-        options.pollScriptFile.empty() ? defaultPollScript() : readFile(options.pollScriptFile);
+    content.pollScript = options.pollScriptFile.empty() ? samplePollScript : readFile(options.pollScriptFile);
     content.hostcheckRounds = options.hostcheckRounds;
     content.hostcheckTimer = options.hostcheckTimer;
     return content;

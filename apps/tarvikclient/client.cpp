@@ -35,11 +35,11 @@ void enterDataDirectory(String const& directory) {
 
 /// Sub-clients of sessions that ended on an error. Their modules were started and not stopped, so unloading
 /// them would pull the code from under their threads: they are kept until the process ends.
-void keepForEver(ISubClient* subClient) {
+void keepForEver(std::unique_ptr<ISubClient> subClient) {
     static auto& mutex = *new Mutex;
-    static auto& abandoned = *new std::vector<ISubClient*>;
+    static auto& abandoned = *new std::vector<std::unique_ptr<ISubClient>>;
     TSynchronize<Mutex> lock(mutex);
-    abandoned.push_back(subClient);
+    abandoned.push_back(std::move(subClient));
 }
 
 } // namespace
@@ -144,13 +144,17 @@ void TarvikClient::setSubClient(ClientType type, Configuration& configuration) {
     auto subClient = std::make_unique<SubClient>(*this, m_notify, configuration, m_downloadManager);
     abandonSubClient();
     TSynchronize<Mutex> lock(m_mutex);
-    m_subClient = subClient.release();
+    m_subClient = std::move(subClient);
+}
+
+std::unique_ptr<ISubClient> TarvikClient::takeSubClient() {
+    TSynchronize<Mutex> lock(m_mutex);
+    return std::move(m_subClient);
 }
 
 void TarvikClient::abandonSubClient() {
-    TSynchronize<Mutex> lock(m_mutex);
-    if (ISubClient* const subClient = std::exchange(m_subClient, nullptr))
-        keepForEver(subClient);
+    if (auto subClient = takeSubClient())
+        keepForEver(std::move(subClient));
 }
 
 void TarvikClient::dispatch(ClientHostcheckerDllConfiguration& configuration) {

@@ -9,10 +9,9 @@
 #include "tarvikclient/sessionaudit.h"
 #include "tarvikclient/signeddll.h"
 #include "tarvikclient/subclient.h"
+#include "tarvikclient/subclienthost.h"
 
 namespace quillon {
-
-class VerifiedModule;
 
 /// The client cannot be made.
 class ETarvikClient : public Exception {
@@ -26,7 +25,7 @@ class ETarvikClient : public Exception {
 /// run(), restart(), stop(), cancel(), showLogs(), isRunning(), join() and getMediation() may be called on
 /// any thread. Destroying the client neither stops nor joins its thread: the owner does both before. It ends
 /// downloads that modules still have under way and waits for them, about a second.
-class TarvikClient final : public ClientConfigurationDispatcher, public Thread {
+class TarvikClient final : public ClientConfigurationDispatcher, public Thread, public ISubClientHost {
 public:
     /// The client's version, as the gateway is told it and the user is shown it.
     static constexpr char version[] = "8.2.0.21";
@@ -64,7 +63,7 @@ public:
     bool join(unsigned long timeoutMs = noLimit) { return Thread::join(timeoutMs); }
 
     /// Host, and port if there is one, of the gateway of the last run.
-    String getMediation() const;
+    String getMediation() const override;
     String getLocalConfPath() const;
     /// Throws EFile when the settings cannot be written.
     void saveLocalConfiguration() const;
@@ -75,12 +74,11 @@ public:
     /// Returns when the module is the publisher's; throws EBadSignature otherwise. Nothing of the module has
     /// been loaded before.
     static void verifyDllSignature(String const& modulePath, String const& sigPath);
-    /// The module installed at `path`, its signature file beside it, ready to be loaded as `kind`, as
-    /// manifests name it: what verifyDllSignature() asks for, what the session's policy says of keys and
-    /// dates, and a note for the session's audit. Throws EBadSignature. Client thread.
-    std::unique_ptr<VerifiedModule> verifyModule(String const& path, char const* kind);
-    /// The policy of the session. Client thread.
-    Policy const& policy() const noexcept { return *m_policy; }
+
+    // The client thread: what a sub-client asks for.
+    Credentials getProxyCredentials() const override { return m_localConfiguration.getProxyCredentials(); }
+    Policy const& policy() const noexcept override { return *m_policy; }
+    std::unique_ptr<VerifiedModule> verifyModule(String const& path, char const* kind) override;
 
     // The client thread: a configuration's call back.
     void dispatch(ClientHostcheckerDllConfiguration& configuration) override;
@@ -93,6 +91,7 @@ public:
 private:
     template <class SubClient, class Configuration>
     void setSubClient(ClientType type, Configuration& configuration);
+    std::unique_ptr<ISubClient> takeSubClient();
     void abandonSubClient();
     bool start();
     void stopWork();
@@ -116,13 +115,17 @@ private:
     std::shared_ptr<Policy const> m_policy = std::make_shared<Policy const>();
     SessionAudit m_audit;
     IGatewayConsent* const m_consent;
+    // Any thread, synchronised in itself: modules fetch on threads of their own, and orders reach the HTTPS
+    // session in it.
     DownloadManager m_downloadManager;
+    // Client thread.
     ITarvikClientNotify& m_notify;
-    Mutex m_startMutex; // one start of the thread at a time
-    // Any thread, under the mutex.
+    // Whoever starts the thread: one start at a time.
+    Mutex m_startMutex;
+    // Any thread, under the mutex. The client thread alone sets and clears the sub-client.
     mutable Mutex m_mutex;
     String m_url;
-    ISubClient* m_subClient = nullptr;
+    std::unique_ptr<ISubClient> m_subClient;
     std::shared_ptr<GatewayQuestion> m_question; // while it is open
     String m_mediation;
 };

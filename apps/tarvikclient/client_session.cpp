@@ -31,23 +31,6 @@ String checkedHost(String const& host) {
 
 } // namespace
 
-MediationResponse::MediationResponse(String const& body) try : m_document(body) {
-    json::JSONPolyReader reader = m_document.getReader();
-    write(*reader);
-} catch (json::EJsonError const&) {
-    throw EMediationResponse("EMediationResponse", sourceFile, 59);
-} catch (EConfMissingKey const&) {
-    throw EMediationResponse("EMediationResponse", sourceFile, 62);
-}
-
-void MediationResponse::write(IKeyReader& reader) {
-    ConfReadHelper::readKey(reader, "success", m_success, ConfReadHelper::required);
-    ConfReadHelper::readKey(reader, "code", m_code, ConfReadHelper::optional);
-    ConfReadHelper::readKey(reader, "exception", m_exception, ConfReadHelper::optional);
-    if (m_success)
-        ConfReadHelper(reader).get("result", ConfReadHelper::required);
-}
-
 String TarvikClient::getLangFromArg(String const& url) {
     try {
         return http::Uri::parse(url, true).getParameter("lang");
@@ -124,8 +107,7 @@ bool TarvikClient::loadConfiguration() {
             m_notify.onFatalError(String::null);
         return false;
     }
-    json::JSONPolyReader reader = response.getDocument().getReader();
-    m_configuration = ClientConfiguration::load((*reader)["result"]);
+    m_configuration = ClientConfiguration::load(*response.resultReader());
     return true;
 }
 
@@ -170,9 +152,7 @@ void TarvikClient::installCookie(String const& host, String const& userInfo) {
 void TarvikClient::runSubClient() {
     // Only this thread sets the pointer, so it may use it without the lock; clearing it is another matter.
     m_subClient->run(m_downloadManager.getSession());
-    std::unique_ptr<ISubClient> finished;
-    TSynchronize<Mutex> lock(m_mutex);
-    finished.reset(std::exchange(m_subClient, nullptr));
+    takeSubClient().reset(); // outside the lock: unloading a module takes as long as the module likes
 }
 
 } // namespace quillon

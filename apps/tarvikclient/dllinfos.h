@@ -8,6 +8,9 @@ namespace quillon {
 /// The record that is signed. Positional and keyed forms hold the four strings in the order of the fields.
 class DllInfos : public ISerialize {
 public:
+    /// Behind a module's path: the path of the signature file, which holds the record.
+    static constexpr char fileSuffix[] = ".sig";
+
     void write(IReader& reader) override;
     /// Throws an EKeyReader when a key is missing.
     void write(IKeyReader& reader) override;

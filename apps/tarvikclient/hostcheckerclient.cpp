@@ -3,7 +3,6 @@
 #include "base/file.h"
 #include "base/log.h"
 #include "http/uri.h"
-#include "tarvikclient/client.h"
 #include "tarvikclient/mediationresponse.h"
 #include "tarvikclient/moduleinstall.h"
 
@@ -27,10 +26,10 @@ void ResponseHostcheckerResult::write(IKeyReader& reader) {
     ConfReadHelper::readKey(reader, "info", info, ConfReadHelper::optional);
 }
 
-TarvikClientHostchecker::TarvikClientHostchecker(TarvikClient& client, ITarvikClientNotify& notify,
+TarvikClientHostchecker::TarvikClientHostchecker(ISubClientHost& host, ITarvikClientNotify& notify,
                                                  ClientHostcheckerDllConfiguration& configuration,
                                                  DownloadManager& downloads)
-    : m_client(client), m_notify(notify), m_configuration(configuration), m_downloads(downloads) {}
+    : m_host(host), m_notify(notify), m_configuration(configuration), m_downloads(downloads) {}
 
 int TarvikClientHostchecker::run(CurlSession& session) {
     m_notify.onStatus(STATUS_DOWNLOADING_COMPENENTS);
@@ -70,7 +69,7 @@ void TarvikClientHostchecker::downloadDll() {
         return;
     ModuleInstall install(
         {ModuleManifest::hostchecker, getHostcheckerDir(), File::getFileName(dll.pattern), modulePath},
-        m_client.policy());
+        m_host.policy());
     install.fetch(m_downloads, dll);
     // Without a module in the archive the one that was there is used.
     if (!install.missing())
@@ -81,7 +80,7 @@ void TarvikClientHostchecker::loadDll() {
     String const modulePath = getDllPath(m_configuration.hostcheckerDlls.mac, getHostcheckerDir());
     log(TRACE, "TarvikClient", "loadDll", "Load macosx module");
     m_module = std::make_unique<HostCheckerDllInstance>(
-        m_client.verifyModule(modulePath, ModuleManifest::hostchecker));
+        m_host.verifyModule(modulePath, ModuleManifest::hostchecker));
 }
 
 bool TarvikClientHostchecker::sendResponse(CurlSession& session, String const& rules) {

@@ -6,12 +6,11 @@
 #include "tarvikclient/hostcheckerdllinstance.h"
 #include "tarvikclient/stopsignal.h"
 #include "tarvikclient/subclient.h"
+#include "tarvikclient/subclienthost.h"
 
 #include <memory>
 
 namespace quillon {
-
-class TarvikClient;
 
 /// The gateway's answer to one round of checks.
 struct ResponseHostcheckerResult : IConf {
@@ -26,7 +25,7 @@ struct ResponseHostcheckerResult : IConf {
 /// stop() and showLogs() is for the client thread; the references outlive the sub-client.
 class TarvikClientHostchecker : public ISubClient {
 public:
-    TarvikClientHostchecker(TarvikClient& client, ITarvikClientNotify& notify,
+    TarvikClientHostchecker(ISubClientHost& host, ITarvikClientNotify& notify,
                             ClientHostcheckerDllConfiguration& configuration, DownloadManager& downloads);
 
     int run(CurlSession& session) override;
@@ -47,7 +46,7 @@ public:
 private:
     bool readAnswer(Memory const& body);
 
-    TarvikClient& m_client;
+    ISubClientHost& m_host;
     ITarvikClientNotify& m_notify;
     ClientHostcheckerDllConfiguration& m_configuration;
     DownloadManager& m_downloads;

@@ -5,19 +5,15 @@
 namespace quillon {
 
 HostCheckerDllInstance::HostCheckerDllInstance(std::unique_ptr<VerifiedModule> module)
-    : ModuleLoader(std::move(module)) {
-    resolve(m_init, "InitHostCheckerDll");
-    resolve(m_close, "CloseHostCheckerDll");
-    resolve(m_getValidRules, "GetValidRules");
-}
+    : ModuleLoader(std::move(module)) {}
 
 void HostCheckerDllInstance::start(String const& directory, String const& hostname, String const& language) {
-    call("InitHostCheckerDll", m_init, "", "", directory.str(), hostname.str(), language.str());
+    m_init("", "", directory.str(), hostname.str(), language.str());
 }
 
 String HostCheckerDllInstance::getValidRules(String const& rules) {
     // The text stays the module's: it is copied here and not handed back.
-    char const* const text = call("GetValidRules", m_getValidRules, rules.str());
+    char const* const text = m_getValidRules(rules.str());
     if (!text) {
         log(ERROR, "HostCheckerDllInstance", "getValidRules", "The module returned no text");
         throw EHostCheckerDllInstance("EHostCheckerDllInstance",
@@ -27,7 +23,7 @@ String HostCheckerDllInstance::getValidRules(String const& rules) {
 }
 
 void HostCheckerDllInstance::stop() {
-    call("CloseHostCheckerDll", m_close);
+    m_close();
 }
 
 } // namespace quillon

@@ -2,7 +2,6 @@
 #pragma once
 
 #include "tarvikclient/moduleexports.h"
-#include "tarvikclient/moduleloader.h"
 
 namespace quillon {
 
@@ -24,9 +23,9 @@ public:
     void stop();
 
 private:
-    TARVIK_EXPORT_TYPE(InitHostCheckerDll) * m_init;
-    TARVIK_EXPORT_TYPE(CloseHostCheckerDll) * m_close;
-    TARVIK_EXPORT_TYPE(GetValidRules) * m_getValidRules;
+    TARVIK_EXPORT(m_init, InitHostCheckerDll);
+    TARVIK_EXPORT(m_close, CloseHostCheckerDll);
+    TARVIK_EXPORT(m_getValidRules, GetValidRules);
 };
 
 } // namespace quillon

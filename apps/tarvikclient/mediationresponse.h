@@ -2,8 +2,7 @@
 #pragma once
 
 #include "base/confhelper.h"
-#include "json/JSONPolyReader.h"
-#include "json/JSONWrapperFromString.h"
+#include "json/JSONReader.h"
 
 #include <cstdint>
 
@@ -23,14 +22,14 @@ public:
 
     bool isSuccess() const noexcept { return m_success; }
     String const& getException() const noexcept { return m_exception; }
-    json::JSONWrapper const& getDocument() const noexcept { return m_document; }
 
-    /// Fills a record from "result". Throws what the record throws, and an EKeyReader without a result.
+    /// The reader of "result" of a reply with success; the response outlives it.
+    json::JSONPolyReader resultReader() const;
+    /// Fills a record from "result", likewise. Throws what the record throws.
     template <class T>
     T getResult() const {
         T record;
-        json::JSONPolyReader reader = m_document.getReader();
-        (*reader)["result"].read(record);
+        resultReader()->read(record);
         return record;
     }
 

@@ -2,19 +2,39 @@
 #pragma once
 
 #include "tarvik/module.h"
+#include "tarvikclient/moduleloader.h"
 
-namespace quillon::module {
+namespace quillon {
 
-/// The type of an export. The header promises authors' functions to be noexcept; the client does not rely on
-/// it.
+/// One export of an open module, found when it is made; to be called like the function. The header promises
+/// authors' functions to be noexcept, which the client does not rely on: a module that lets an exception out
+/// gets no further than here, it is logged and thrown on as EModuleLoader. Client thread.
 template <class Function>
-struct Export;
-template <class Result, class... Arguments>
-struct Export<Result(Arguments...) noexcept> {
-    using Type = Result(Arguments...);
+class ModuleExport;
+
+template <class Result, class... Parameters>
+class ModuleExport<Result(Parameters...) noexcept> {
+public:
+    /// `module` outlives the export; `symbol` has static storage. Throws EModuleLoader, after a log line,
+    /// when the module has no such export.
+    ModuleExport(ModuleLoader& module, char const* symbol)
+        : m_symbol(symbol), m_function(reinterpret_cast<Result (*)(Parameters...)>(module.load(symbol))) {}
+
+    Result operator()(Parameters... arguments) const {
+        try {
+            return m_function(arguments...);
+        } catch (...) {
+            ModuleLoader::reportException(m_symbol);
+        }
+    }
+
+private:
+    char const* m_symbol;
+    Result (*m_function)(Parameters...);
 };
 
-} // namespace quillon::module
+} // namespace quillon
 
-/// The function type of the export `name`.
-#define TARVIK_EXPORT_TYPE(name) ::quillon::module::Export<decltype(::name)>::Type
+/// Declares, within a class of loaded modules, the member for the export `name`. Exports are looked for in
+/// the order of their members.
+#define TARVIK_EXPORT(member, name) ::quillon::ModuleExport<decltype(::name)> member = {*this, #name}

@@ -4,6 +4,8 @@
 
 #include <dlfcn.h>
 
+#include <utility>
+
 namespace quillon {
 
 namespace {

@@ -5,8 +5,6 @@
 #include "tarvikclient/verifiedmodule.h"
 
 #include <memory>
-#include <type_traits>
-#include <utility>
 
 namespace quillon {
 
@@ -36,28 +34,12 @@ public:
     String dlerror();
     int dlclose();
 
-protected:
-    /// Sets `function` to an export of its type.
-    template <class Function>
-    void resolve(Function*& function, char const* symbol) {
-        function = reinterpret_cast<Function*>(load(symbol));
-    }
-
-    /// Calls an export. A module that lets an exception out gets no further than here: it is logged and
-    /// thrown on as EModuleLoader.
-    template <class Function, class... Arguments>
-    static auto call(char const* symbol, Function* function, Arguments... arguments) {
-        try {
-            return function(arguments...);
-        } catch (...) {
-            reportException(symbol);
-        }
-    }
+    /// Throws the EModuleLoader of a module that let an exception out of the export, after its log line.
+    [[noreturn]] static void reportException(char const* symbol);
 
 private:
     [[noreturn]] void reportLoadError(String const& name);
     [[noreturn]] void reportLoadError(String const& name, String const& reason);
-    [[noreturn]] static void reportException(char const* symbol);
 
     std::unique_ptr<VerifiedModule> m_module; // what the library loads itself goes by its directory
     void* m_handle = nullptr;

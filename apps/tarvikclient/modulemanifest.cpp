@@ -5,7 +5,6 @@
 #include "base/splitter.h"
 #include "tarvikclient/dllinfos.h"
 #include "tarvikclient/moduleplatform.h"
-#include "tarvikclient/signeddll.h"
 #include "xml/cursor.h"
 
 #include <algorithm>
@@ -115,7 +114,7 @@ bool ModuleManifest::suits(String const& wantedKind, String const& fileName) con
 bool ModuleManifest::leavesPlaceFor(String const& fileName) const {
     return std::none_of(companions.begin(), companions.end(), [&](ModuleCompanion const& companion) {
         String const top = companion.name.left('/');
-        return top.equalsNoCase2(fileName) || top.equalsNoCase2(fileName + SignedDll::fileSuffix);
+        return top.equalsNoCase2(fileName) || top.equalsNoCase2(fileName + DllInfos::fileSuffix);
     });
 }
 

@@ -2,11 +2,8 @@
 
 #include "base/file.h"
 #include "base/log.h"
-#include "tarvikclient/client.h"
 #include "tarvikclient/moduleinstall.h"
-
-#include "json/JSONWrapperConstIterator.h"
-#include "json/JSONWrapperFromString.h"
+#include "json/JSONWrapper.h"
 
 namespace quillon {
 
@@ -19,10 +16,10 @@ enum StatusCode { statusLine = TARVIK_CODE_STATUS, closeRequest = TARVIK_CODE_CL
 
 } // namespace
 
-TarvikClientPluginDll::TarvikClientPluginDll(TarvikClient& client, ITarvikClientNotify& notify,
+TarvikClientPluginDll::TarvikClientPluginDll(ISubClientHost& host, ITarvikClientNotify& notify,
                                              ClientPluginDllConfiguration& configuration,
                                              DownloadManager& downloads)
-    : PluginDllInstaller(client, configuration.pluginDlls, downloads),
+    : PluginDllInstaller(host, configuration.pluginDlls, downloads),
       m_notify(notify),
       m_configuration(configuration) {}
 
@@ -58,7 +55,7 @@ void TarvikClientPluginDll::downloadCerts() {
 
 bool TarvikClientPluginDll::sendProxy() {
     Proxy proxy;
-    proxy.getCredentials() = m_client.getLocalConfiguration().getProxyCredentials();
+    proxy.getCredentials() = m_host.getProxyCredentials();
     try {
         m_module->setProxy(true, proxy);
         return true;
@@ -71,7 +68,7 @@ PluginParameters TarvikClientPluginDll::parameters() const {
     PluginParameters parameters;
     parameters.login = m_configuration.login;
     parameters.organization = m_configuration.orgname;
-    parameters.hostname = m_client.getMediation();
+    parameters.hostname = m_host.getMediation();
     parameters.server = m_configuration.server;
     parameters.suffix = m_configuration.clientid;
     parameters.ticket = m_configuration.ticket;

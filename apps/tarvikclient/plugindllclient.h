@@ -11,7 +11,7 @@ namespace quillon {
 /// Installs and starts a plug-in module and passes its status lines on until it is stopped or asks to close.
 class TarvikClientPluginDll : public PluginDllInstaller {
 public:
-    TarvikClientPluginDll(TarvikClient& client, ITarvikClientNotify& notify,
+    TarvikClientPluginDll(ISubClientHost& host, ITarvikClientNotify& notify,
                           ClientPluginDllConfiguration& configuration, DownloadManager& downloads);
 
     int run(CurlSession& session) override;

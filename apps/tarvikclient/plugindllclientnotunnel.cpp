@@ -3,9 +3,9 @@
 namespace quillon {
 
 TarvikClientPluginDllNoTunnel::TarvikClientPluginDllNoTunnel(
-    TarvikClient& client, ITarvikClientNotify&, NoTunnelClientPluginDllConfiguration& configuration,
+    ISubClientHost& host, ITarvikClientNotify&, NoTunnelClientPluginDllConfiguration& configuration,
     DownloadManager& downloads)
-    : PluginDllInstaller(client, configuration.pluginDlls, downloads), m_configuration(configuration) {}
+    : PluginDllInstaller(host, configuration.pluginDlls, downloads), m_configuration(configuration) {}
 
 int TarvikClientPluginDllNoTunnel::run(CurlSession& session) {
     downloadMacOsXDll();

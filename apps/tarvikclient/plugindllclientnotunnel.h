@@ -10,7 +10,7 @@ class ITarvikClientNotify;
 /// Installs a plug-in module and has it launch the configured resource.
 class TarvikClientPluginDllNoTunnel : public PluginDllInstaller {
 public:
-    TarvikClientPluginDllNoTunnel(TarvikClient& client, ITarvikClientNotify& notify,
+    TarvikClientPluginDllNoTunnel(ISubClientHost& host, ITarvikClientNotify& notify,
                                   NoTunnelClientPluginDllConfiguration& configuration,
                                   DownloadManager& downloads);
 

@@ -2,7 +2,6 @@
 
 #include "base/file.h"
 #include "base/log.h"
-#include "tarvikclient/client.h"
 #include "tarvikclient/moduleinstall.h"
 
 namespace quillon {
@@ -22,7 +21,7 @@ String PluginDllInstaller::getDllSigPath(Dll const& dll, String const& directory
 void PluginDllInstaller::downloadDll(Dll const& dll, String const& directory, bool force) {
     String const modulePath = getDllPath(dll, directory);
     String const sigPath = getDllSigPath(dll, directory);
-    ModuleInstall install({ModuleManifest::plugin, directory, dll.pattern, modulePath}, m_client.policy());
+    ModuleInstall install({ModuleManifest::plugin, directory, dll.pattern, modulePath}, m_host.policy());
     if (!force && File::exists(modulePath) && File::exists(sigPath) && !install.isOutdated()) {
         log(TRACE, "TarvikClient", "downloadWindowsDll",
             modulePath + " and " + sigPath + " are already present.");
@@ -54,7 +53,7 @@ void PluginDllInstaller::downloadWindowsDlls() {
 void PluginDllInstaller::loadDll() {
     String const path = getDllPath(m_dlls.mac, getPluginDir());
     log(TRACE, "TarvikClient", "loadDll", "Load macosx module");
-    auto module = m_client.verifyModule(path, ModuleManifest::plugin);
+    auto module = m_host.verifyModule(path, ModuleManifest::plugin);
     try {
         m_module = std::make_unique<PluginDllInstance>(std::move(module), m_dlls.mac.version, getPluginDir());
     } catch (Exception const&) {

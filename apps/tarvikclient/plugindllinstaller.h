@@ -5,12 +5,11 @@
 #include "tarvikclient/plugindllinstance.h"
 #include "tarvikclient/stopsignal.h"
 #include "tarvikclient/subclient.h"
+#include "tarvikclient/subclienthost.h"
 
 #include <memory>
 
 namespace quillon {
-
-class TarvikClient;
 
 /// Base of the plug-in sub-clients: where a module lives, how it is fetched, verified and loaded. Everything
 /// but stop() and showLogs() is for the client thread. The references outlive the sub-client.
@@ -37,10 +36,10 @@ public:
     void loadDll();
 
 protected:
-    PluginDllInstaller(TarvikClient& client, Dlls const& dlls, DownloadManager& downloads)
-        : m_client(client), m_dlls(dlls), m_downloads(downloads) {}
+    PluginDllInstaller(ISubClientHost& host, Dlls const& dlls, DownloadManager& downloads)
+        : m_host(host), m_dlls(dlls), m_downloads(downloads) {}
 
-    TarvikClient& m_client;
+    ISubClientHost& m_host;
     Dlls const& m_dlls;
     DownloadManager& m_downloads;
     std::unique_ptr<PluginDllInstance> m_module;

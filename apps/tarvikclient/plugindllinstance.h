@@ -3,7 +3,6 @@
 
 #include "base/proxy.h"
 #include "tarvikclient/moduleexports.h"
-#include "tarvikclient/moduleloader.h"
 
 namespace quillon {
 
@@ -53,32 +52,30 @@ public:
     String strResponse(char* text);
 
 private:
-    void resolveExports();
-
     void* m_instance = nullptr;
-    TARVIK_EXPORT_TYPE(DllCreatePluginFrontal) * m_createPluginFrontal;
-    TARVIK_EXPORT_TYPE(DllSetDllVersion2) * m_setDllVersion;
-    TARVIK_EXPORT_TYPE(DllSetPluginDir2) * m_setPluginDir;
-    TARVIK_EXPORT_TYPE(DllSetLogin2) * m_setLogin;
-    TARVIK_EXPORT_TYPE(DllSetOrganization2) * m_setOrganization;
-    TARVIK_EXPORT_TYPE(DllSetHostname2) * m_setHostname;
-    TARVIK_EXPORT_TYPE(DllSetServer2) * m_setServer;
-    TARVIK_EXPORT_TYPE(DllSetSuffix2) * m_setSuffix;
-    TARVIK_EXPORT_TYPE(DllSetTicket2) * m_setTicket;
-    TARVIK_EXPORT_TYPE(DllSetSessionId2) * m_setSessionId;
-    TARVIK_EXPORT_TYPE(DllSetCertDirectory2) * m_setCertDirectory;
-    TARVIK_EXPORT_TYPE(DllSetCertFileName2) * m_setCertFileName;
-    TARVIK_EXPORT_TYPE(DllSetCaFileName2) * m_setCaFileName;
-    TARVIK_EXPORT_TYPE(DllSetCertPassword2) * m_setCertPassword;
-    TARVIK_EXPORT_TYPE(DllSetDownloadDelegate2) * m_setDownloadDelegate;
-    TARVIK_EXPORT_TYPE(DllSetProxy2) * m_setProxy;
-    TARVIK_EXPORT_TYPE(DllGetLogs2) * m_getLogs;
-    TARVIK_EXPORT_TYPE(DllExecute2) * m_execute;
-    TARVIK_EXPORT_TYPE(DllGetErrors2) * m_getErrors;
-    TARVIK_EXPORT_TYPE(DllStart2) * m_start;
-    TARVIK_EXPORT_TYPE(DllStop2) * m_stop;
-    TARVIK_EXPORT_TYPE(DllReleaseStr) * m_releaseStr;
-    TARVIK_EXPORT_TYPE(LaunchSafeResource) * m_launchSafeResource;
+    TARVIK_EXPORT(m_createPluginFrontal, DllCreatePluginFrontal);
+    TARVIK_EXPORT(m_setDllVersion, DllSetDllVersion2);
+    TARVIK_EXPORT(m_setPluginDir, DllSetPluginDir2);
+    TARVIK_EXPORT(m_setLogin, DllSetLogin2);
+    TARVIK_EXPORT(m_setOrganization, DllSetOrganization2);
+    TARVIK_EXPORT(m_setHostname, DllSetHostname2);
+    TARVIK_EXPORT(m_setServer, DllSetServer2);
+    TARVIK_EXPORT(m_setSuffix, DllSetSuffix2);
+    TARVIK_EXPORT(m_setTicket, DllSetTicket2);
+    TARVIK_EXPORT(m_setSessionId, DllSetSessionId2);
+    TARVIK_EXPORT(m_setCertDirectory, DllSetCertDirectory2);
+    TARVIK_EXPORT(m_setCertFileName, DllSetCertFileName2);
+    TARVIK_EXPORT(m_setCaFileName, DllSetCaFileName2);
+    TARVIK_EXPORT(m_setCertPassword, DllSetCertPassword2);
+    TARVIK_EXPORT(m_setDownloadDelegate, DllSetDownloadDelegate2);
+    TARVIK_EXPORT(m_setProxy, DllSetProxy2);
+    TARVIK_EXPORT(m_getLogs, DllGetLogs2);
+    TARVIK_EXPORT(m_execute, DllExecute2);
+    TARVIK_EXPORT(m_getErrors, DllGetErrors2);
+    TARVIK_EXPORT(m_start, DllStart2);
+    TARVIK_EXPORT(m_stop, DllStop2);
+    TARVIK_EXPORT(m_releaseStr, DllReleaseStr);
+    TARVIK_EXPORT(m_launchSafeResource, LaunchSafeResource);
 };
 
 } // namespace quillon

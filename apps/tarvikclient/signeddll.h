@@ -25,8 +25,6 @@ class EBadSignature : public Exception {
 /// Readers that know neither key verify the rest. One thread at a time.
 class SignedDll : public DllInfos {
 public:
-    /// Behind a module's path: the path of its signature file.
-    static constexpr char fileSuffix[] = ".sig";
     /// No signature file is larger, in bytes: room for a key of 16384 bits and 256 companions with names of
     /// 100 bytes. Reading a document costs many times its size.
     static constexpr unsigned maxFileSize = 64 * 1024;

@@ -1,8 +1,36 @@
 #include "json/JSONReader.h"
 
+#include "base/assertion.h"
 #include "base/log.h"
 
+#include <json/value.h>
+
 namespace quillon::json {
+
+namespace {
+
+constexpr char sourceFile[] = "libs/json/JSONReader.cpp";
+
+std::unique_ptr<JSONReader> makeReader(JSON::Type type, JSONWrapper const& json) {
+    switch (type) {
+    case JSON::nullValue:
+        return std::make_unique<JSONNullReader>(json);
+    case JSON::intValue:
+    case JSON::uintValue:
+    case JSON::realValue:
+    case JSON::stringValue:
+    case JSON::booleanValue:
+        return std::make_unique<JSONValueReader>(json);
+    case JSON::arrayValue:
+        return std::make_unique<JSONArrayReader>(json);
+    case JSON::objectValue:
+        return std::make_unique<JSONObjectReader>(json);
+    }
+    log(ERROR, "JSONPolyReader", "JSONPolyReader", "BUG, missing case for polyreader");
+    throw EJsonKeyReader("EJsonKeyReader", sourceFile, __LINE__);
+}
+
+} // namespace
 
 void JSONReader::refuse() const {
     fail("read", "the value is of another type");
@@ -10,7 +38,89 @@ void JSONReader::refuse() const {
 
 void JSONReader::fail(char const* method, String const& text) const {
     log(ERROR, getClassName(), method, text);
-    throw EJsonKeyReader("EJsonKeyReader", "libs/json/JSONReader.cpp", __LINE__);
+    throw EJsonKeyReader("EJsonKeyReader", sourceFile, __LINE__);
+}
+
+JSONPolyReader::JSONPolyReader(JSONWrapper const& json)
+    : m_type(json.getType()), m_reader(makeReader(m_type, json)) {}
+
+// Here, where the readers are: a wrapper has no need to know them.
+JSONPolyReader JSONWrapper::getReader() const {
+    return JSONPolyReader(*this);
+}
+
+JSONNullReader::JSONNullReader(JSONWrapper const& json) {
+    QUILLON_ASSERT(json.getType() == JSON::nullValue, "json.getType() == JSON::nullValue");
+}
+
+template <class T>
+T JSONValueReader::converted(T (JSONWrapper::*conversion)() const) const {
+    try {
+        return (m_json.*conversion)();
+    } catch (EJsonError const&) { // logged by the wrapper
+        throw EKeyReader("EKeyReader", sourceFile, __LINE__);
+    }
+}
+
+void JSONValueReader::read(String& value) {
+    value = converted(&JSONWrapper::asString);
+}
+
+void JSONValueReader::read(bool& value) {
+    value = converted(&JSONWrapper::asBool);
+}
+
+void JSONValueReader::read(int& value) {
+    value = converted(&JSONWrapper::asInt);
+}
+
+void JSONValueReader::read(unsigned int& value) {
+    value = converted(&JSONWrapper::asUInt);
+}
+
+void JSONValueReader::read(Memory& value) {
+    value = Memory(converted(&JSONWrapper::asString));
+}
+
+JSONArrayReader::JSONArrayReader(JSONWrapper const& json)
+    : m_json(json), m_next(json.begin()), m_end(json.end()) {
+    QUILLON_ASSERT(json.getType() == JSON::arrayValue, "json.getType() == JSON::arrayValue");
+}
+
+unsigned JSONArrayReader::size(String const&) const {
+    return m_json.get_ref().size();
+}
+
+IKeyReader& JSONArrayReader::operator[](String const&) {
+    if (m_next == m_end)
+        fail("operator[]", "no element left");
+    IKeyReader& element = *m_given.emplace_back(*m_next);
+    ++m_next;
+    return element;
+}
+
+JSONObjectReader::JSONObjectReader(JSONWrapper const& json) : m_json(json) {
+    QUILLON_ASSERT(json.getType() == JSON::objectValue, "json.getType() == JSON::objectValue");
+}
+
+Json::Value const* JSONObjectReader::find(String const& key) const {
+    return m_json.get_ref().find(key.begin(), key.end());
+}
+
+bool JSONObjectReader::exists(String const& key) const {
+    Json::Value const* const member = find(key);
+    return member && !member->isNull();
+}
+
+IKeyReader& JSONObjectReader::operator[](String const& key) {
+    auto known = m_members.find(key);
+    if (known == m_members.end()) {
+        Json::Value const* const member = find(key);
+        if (!member)
+            fail("operator[]", "no member: " + key);
+        known = m_members.emplace(key.owned(), JSONPolyReader(JSONWrapper(*member))).first;
+    }
+    return *known->second;
 }
 
 } // namespace quillon::json

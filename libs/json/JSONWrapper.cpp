@@ -1,18 +1,56 @@
 #include "json/JSONWrapper.h"
 
 #include "base/log.h"
-#include "json/JSONPolyReader.h"
-#include "json/JSONWrapperConstIterator.h"
 
+#include <json/reader.h>
 #include <json/value.h>
+
+#include <algorithm>
 
 namespace quillon::json {
 
 namespace {
 
+constexpr char sourceFile[] = "libs/json/JSONWrapper.cpp";
+
 [[noreturn]] void fail(char const* method, String const& text, int line) {
     log(ERROR, "JSONWrapper", method, text);
-    throw EJsonError("EJsonError", "libs/json/JSONWrapper.cpp", line);
+    throw EJsonError("EJsonError", sourceFile, line);
+}
+
+std::unique_ptr<Json::CharReader> makeParser() {
+    Json::CharReaderBuilder builder;
+    builder["allowTrailingCommas"] = false;
+    builder["skipBom"] = false;
+    // Comments are allowed but not kept: nobody reads them, and placing each costs jsoncpp a search through
+    // the white space since the last value, hours for a text made to have much of both.
+    builder["collectComments"] = false;
+    return std::unique_ptr<Json::CharReader>(builder.newCharReader());
+}
+
+// Before each value but the first stands one of these. A value costs some hundred bytes, with its reader, for
+// as few as two of text.
+bool hasBearablyManyValues(String const& text) {
+    constexpr long maxValues = 100'000;
+    return std::count_if(text.begin(), text.end(), [](char c) { return c == ',' || c == '[' || c == '{'; }) <=
+           maxValues;
+}
+
+bool parseInto(Json::Value& root, String const& text) {
+    try {
+        // Without a place for messages none are composed: each would count lines from the text's start.
+        return makeParser()->parse(text.begin(), text.end(), &root, nullptr);
+    } catch (Json::Exception const&) { // nested too deep
+        return false;
+    }
+}
+
+std::shared_ptr<Json::Value const> parse(String const& text) {
+    auto const root = std::make_shared<Json::Value>();
+    if (hasBearablyManyValues(text) && parseInto(*root, text))
+        return root;
+    log(ERROR, "JSONWrapperFromString", "JSONWrapperFromString", "unable to parse json !");
+    throw EJsonError("EJsonError", sourceFile, __LINE__);
 }
 
 } // namespace
@@ -78,8 +116,47 @@ Strings JSONWrapper::getMemberNames() const {
     }
 }
 
-JSONPolyReader JSONWrapper::getReader() const {
-    return JSONPolyReader(*this);
+JSONWrapperConstIterator::JSONWrapperConstIterator(Json::ValueConstIterator const& position)
+    : m_position(std::make_unique<Json::ValueConstIterator>(position)) {}
+
+JSONWrapperConstIterator::JSONWrapperConstIterator(JSONWrapperConstIterator const& other)
+    : JSONWrapperConstIterator(*other.m_position) {}
+
+JSONWrapperConstIterator::JSONWrapperConstIterator(JSONWrapperConstIterator&&) noexcept = default;
+
+JSONWrapperConstIterator& JSONWrapperConstIterator::operator=(JSONWrapperConstIterator other) noexcept {
+    m_position.swap(other.m_position);
+    return *this;
 }
+
+JSONWrapperConstIterator::~JSONWrapperConstIterator() = default;
+
+JSONWrapper JSONWrapperConstIterator::operator*() const {
+    return JSONWrapper(**m_position);
+}
+
+JSONWrapperConstIterator& JSONWrapperConstIterator::operator++() {
+    ++*m_position;
+    return *this;
+}
+
+JSONWrapperConstIterator JSONWrapperConstIterator::operator++(int) {
+    JSONWrapperConstIterator before(*this);
+    ++*this;
+    return before;
+}
+
+bool JSONWrapperConstIterator::operator==(JSONWrapperConstIterator const& other) const {
+    return *m_position == *other.m_position;
+}
+
+String JSONWrapperConstIterator::name() const {
+    return String::copyOf(m_position->name());
+}
+
+JSONWrapperFromString::JSONWrapperFromString(String const& text) : JSONWrapperFromString(parse(text)) {}
+
+JSONWrapperFromString::JSONWrapperFromString(std::shared_ptr<Json::Value const> root)
+    : JSONWrapper(*root), m_root(std::move(root)) {}
 
 } // namespace quillon::json

@@ -18,20 +18,15 @@ void require(bool done, char const* method, int line) {
 
 } // namespace
 
+void EVPDigest::Free::operator()(evp_md_ctx_st* context) const noexcept {
+    EVP_MD_CTX_free(context);
+}
+
 EVPDigest::EVPDigest(evp_md_st const* kind) : m_kind(kind), m_context(EVP_MD_CTX_new()) {
-    try {
-        start();
-    } catch (...) {
-        EVP_MD_CTX_free(m_context); // no destructor runs for an object that was not made
-        throw;
-    }
+    start();
 }
 
 EVPDigest::EVPDigest(String const& name) : EVPDigest(initByName(name)) {}
-
-EVPDigest::~EVPDigest() {
-    EVP_MD_CTX_free(m_context);
-}
 
 evp_md_st const* EVPDigest::initByName(String const& name) {
     evp_md_st const* const kind = EVP_get_digestbyname(name.str());
@@ -44,19 +39,20 @@ evp_md_st const* EVPDigest::initByName(String const& name) {
 
 void EVPDigest::start() {
     ErrorQueueGuard const guard;
-    require(m_kind && m_context && EVP_DigestInit_ex(m_context, m_kind, nullptr) == 1, "init", __LINE__);
+    require(m_kind && m_context && EVP_DigestInit_ex(m_context.get(), m_kind, nullptr) == 1, "init",
+            __LINE__);
 }
 
 void EVPDigest::update(Memory const& bytes) {
     ErrorQueueGuard const guard;
-    require(EVP_DigestUpdate(m_context, bytes.array(), bytes.size()) == 1, "update", __LINE__);
+    require(EVP_DigestUpdate(m_context.get(), bytes.array(), bytes.size()) == 1, "update", __LINE__);
 }
 
 Memory EVPDigest::final() {
     ErrorQueueGuard const guard;
     unsigned length = 0;
     unsigned char bytes[EVP_MAX_MD_SIZE];
-    require(EVP_DigestFinal_ex(m_context, bytes, &length) == 1, "final", __LINE__);
+    require(EVP_DigestFinal_ex(m_context.get(), bytes, &length) == 1, "final", __LINE__);
     start();
     return Memory(bytes, length);
 }

@@ -3,6 +3,8 @@
 
 #include "base/digest.h"
 
+#include <memory>
+
 struct evp_md_ctx_st;
 struct evp_md_st;
 
@@ -21,20 +23,22 @@ public:
     /// `name` is OpenSSL's, "sha256" for instance; an unknown one throws EEVPDigest.
     explicit EVPDigest(String const& name);
     explicit EVPDigest(char const* name) : EVPDigest(String(name)) {}
-    EVPDigest(EVPDigest const&) = delete;
-    EVPDigest& operator=(EVPDigest const&) = delete;
-    ~EVPDigest() override;
+    ~EVPDigest() override = default;
 
     /// Throws EEVPDigest when OpenSSL refuses.
     void update(Memory const& bytes) override;
     Memory final() override;
 
 private:
+    struct Free {
+        void operator()(evp_md_ctx_st* context) const noexcept;
+    };
+
     static evp_md_st const* initByName(String const& name);
     void start();
 
     evp_md_st const* m_kind;
-    evp_md_ctx_st* m_context;
+    std::unique_ptr<evp_md_ctx_st, Free> m_context;
 };
 
 } // namespace quillon::tls

@@ -55,7 +55,8 @@ TEST_F(PluginTest, configures_starts_polls_and_stops_the_module_in_order) {
             "/PKIs/acme\n"
             "DllSetCertFileName2 client.pem\nDllSetCaFileName2 ca.pem\nDllSetCertPassword2 cert-secret\n"
             "DllSetDownloadDelegate2 fetched\nDllStart2\n" +
-            proxy + "DllGetErrors2 " + first + "DllGetErrors2 " + close + "\nDllStop2 all texts returned\n");
+            proxy + "DllGetErrors2 " + first + "DllGetErrors2 " + close +
+            "\nDllStop2 all texts returned\nunload\n");
     EXPECT_EQ(readFile(m_home.file(".Tarvik/Plugin/PKIs/acme/client.pem")), "client");
     EXPECT_EQ(readFile(m_home.file(".Tarvik/Plugin/fetched/by-delegate")), "by delegate");
     // Components are fetched in the session of the launch URL.
@@ -140,6 +141,8 @@ TEST_F(PluginTest, status_texts_that_are_no_list_of_objects_are_fatal) {
         script(text);
         EXPECT_EQ(runSession().back(), "onFatalError ") << text;
     }
+    m_client.reset(); // what was started and not stopped stays in the process
+    EXPECT_EQ(std::ranges::count(calls(pluginDirectory()), "unload"), 0);
 }
 
 TEST_F(PluginTest, an_organisation_that_would_leave_the_directory_gets_no_certificates) {
@@ -159,7 +162,7 @@ TEST_F(PluginTest, without_a_tunnel_the_module_launches_one_resource_and_is_not_
     EXPECT_EQ(
         calls(pluginDirectory()),
         (Lines{"DllCreatePluginFrontal", "DllSetDllVersion2 7.1", "DllSetPluginDir2 " + pluginDirectory(),
-               "DllSetDownloadDelegate2 fetched", "LaunchSafeResource -5 the service"}));
+               "DllSetDownloadDelegate2 fetched", "LaunchSafeResource -5 the service", "unload"}));
 }
 
 TEST_F(PluginTest, texts_of_the_module_are_copied_and_returned) {

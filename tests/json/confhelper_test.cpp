@@ -3,8 +3,7 @@
 #include "base/serializearray.h"
 #include "support/logcapture.h"
 #include "xml/parserreader.h"
-#include "json/JSONPolyReader.h"
-#include "json/JSONWrapperFromString.h"
+#include "json/JSONReader.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,5 @@
 #include "base/serializearray.h"
-#include "json/JSONPolyReader.h"
-#include "json/JSONWrapperFromString.h"
+#include "json/JSONReader.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,6 @@
 #include "support/logcapture.h"
 #include "support/repeated.h"
-#include "json/JSONWrapperConstIterator.h"
-#include "json/JSONWrapperFromString.h"
+#include "json/JSONWrapper.h"
 
 #include <gtest/gtest.h>
 

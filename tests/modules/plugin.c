@@ -27,6 +27,10 @@ void DllSetPluginDir2(void* instance, char const* directory) {
     recorder_format(recorder_directory, sizeof recorder_directory, "%s", directory);
 }
 
+__attribute__((destructor)) static void unload(void) {
+    recorder_call(__func__, NULL);
+}
+
 #define SETTER(name)                                                                                         \
     void name(void* instance, char const* value) {                                                           \
         recorder_call(instance == &the_instance ? #name : #name " of another instance", value);              \

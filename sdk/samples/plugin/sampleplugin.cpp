@@ -4,6 +4,8 @@
 // The script comes from the gateway (/sample/poll-script); each of its lines is the JSON array that one poll
 // returns, and polls after the last line return "[]".
 
+#include "pollscript.h"
+
 #include <tarvik/module.h>
 
 #include <cstdlib>
@@ -17,16 +19,6 @@
 #include <vector>
 
 namespace {
-
-char const builtInScript[] = R"([{"code":"5","status":"init"}]
-[{"code":"5","status":"authenticating"}]
-[{"code":"5","status":"getconfig"}]
-[{"code":"5","status":"connected ip=10.8.0.2"}]
-[{"code":"5","status":"connected ip=10.8.0.2"}]
-[{"code":"5","status":"connected ip=10.8.0.2"}]
-[]
-[{"code":"8","reason":"1"}]
-)";
 
 char const nothingNew[] = "[]";
 
@@ -83,7 +75,7 @@ public:
             std::ifstream file(path);
             readScript(file);
         } else {
-            std::istringstream text(builtInScript);
+            std::istringstream text(samplePollScript);
             readScript(text);
         }
     }
