@@ -1,7 +1,7 @@
 #include "signmodule/companions.h"
 
+#include "base/failure.h"
 #include "base/file.h"
-#include "base/log.h"
 #include "tarvikclient/signeddll.h"
 
 #include <filesystem>
@@ -25,8 +25,7 @@ fs::path resolved(String const& file) {
 }
 
 [[noreturn]] void refuse(String const& file, char const* reason) {
-    log(ERROR, "Companions", "describeCompanion", file + reason);
-    throw EFile("EFile", "apps/signmodule/companions.cpp", __LINE__);
+    fail<EFile>("Companions", "describeCompanion", file + reason);
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 #include "tarvikclient/client.h"
 
 #include "base/console.h"
+#include "base/failure.h"
 #include "base/file.h"
 #include "tarvikclient/hostcheckerclient.h"
 #include "tarvikclient/logplace.h"
@@ -18,7 +19,6 @@ namespace quillon {
 
 namespace {
 
-constexpr char sourceFile[] = "apps/tarvikclient/client.cpp";
 constexpr char dataDirectoryName[] = "/.Tarvik/"; // within the home directory
 
 void enterDataDirectory(String const& directory) {
@@ -27,10 +27,8 @@ void enterDataDirectory(String const& directory) {
     // Modules and settings are open to all by their own mode: the directory keeps others out. A fallback to
     // the current directory leaves that as it is.
     bool const own = directory.ends(dataDirectoryName);
-    if ((own && chmod(directory.str(), S_IRWXU) != 0) || chdir(directory.str()) != 0) {
-        log(ERROR, "TarvikClient", "TarvikClient", "Cannot use directory " + directory);
-        throw ETarvikClient("ETarvikClient", sourceFile, __LINE__);
-    }
+    if ((own && chmod(directory.str(), S_IRWXU) != 0) || chdir(directory.str()) != 0)
+        fail<ETarvikClient>("TarvikClient", "TarvikClient", "Cannot use directory " + directory);
 }
 
 /// Sub-clients of sessions that ended on an error. Their modules were started and not stopped, so unloading

@@ -2,6 +2,7 @@
 #include "tarvikclient/client.h"
 
 #include "base/console.h"
+#include "base/failure.h"
 #include "curl/requestinfo.h"
 #include "curl/requesturl.h"
 #include "http/setcookie.h"
@@ -12,7 +13,6 @@ namespace quillon {
 
 namespace {
 
-constexpr char sourceFile[] = "apps/tarvikclient/client.cpp";
 constexpr unsigned statusOk = 200;
 
 void logError(String const& text) {
@@ -25,8 +25,8 @@ String checkedHost(String const& host) {
     RequestUrl const gateway("https://" + host + "/");
     if (gateway.getError() == 0 && host.find('@') == String::npos)
         return gateway.getHost();
-    logError("the launch URL names no gateway, or one that can be read in two ways");
-    throw http::UriComponentException("UriComponentException", sourceFile, __LINE__);
+    fail<http::UriComponentException>("TarvikClient", "main",
+                                      "the launch URL names no gateway, or one that can be read in two ways");
 }
 
 } // namespace
@@ -53,7 +53,7 @@ void TarvikClient::pass() {
     } catch (EBadSignature const&) {
         logError("Bad component signature");
     } catch (Exception const& e) {
-        log(TRACE, "Exception", "catch", e.trace(sourceFile, 155));
+        traceCaught(e, {"apps/tarvikclient/client.cpp", 155});
     } catch (...) {
         logError("unhandled exception");
     }

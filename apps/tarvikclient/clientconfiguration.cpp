@@ -1,7 +1,7 @@
 #include "tarvikclient/clientconfiguration.h"
 
 #include "base/confhelper.h"
-#include "base/log.h"
+#include "base/failure.h"
 
 namespace quillon {
 
@@ -24,8 +24,8 @@ std::unique_ptr<ClientConfigurationDispatcherElt> makeRecord(String const& type)
         return std::make_unique<NoTunnelClientPluginDllConfiguration>();
     if (type == "hostchecker")
         return std::make_unique<ClientHostcheckerDllConfiguration>();
-    log(ERROR, "ClientConfiguration", "load", "Unknown configuration type: " + type);
-    throw EClientConfiguration("EClientConfiguration", "apps/tarvikclient/clientconfiguration.cpp", 93);
+    fail<EClientConfiguration>("ClientConfiguration", "load", "Unknown configuration type: " + type,
+                               {"apps/tarvikclient/clientconfiguration.cpp", 93});
 }
 
 } // namespace

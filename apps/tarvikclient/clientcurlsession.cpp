@@ -1,6 +1,6 @@
 #include "tarvikclient/clientcurlsession.h"
 
-#include "base/log.h"
+#include "base/failure.h"
 #include "http/loggableuri.h"
 #include "http/uri.h"
 #include "tarvikclient/policyfile.h"
@@ -19,10 +19,8 @@ std::shared_ptr<Policy const> TarvikClientCurlSession::policy() const {
 
 bool TarvikClientCurlSession::verifySSL(String const& url) {
     auto const inForce = policy();
-    if (!inForce->allowsRequest(url)) {
-        log(ERROR, "TarvikClientCurlSession", "verifySSL", "The policy refuses " + http::loggableUri(url));
-        throw EPolicy("EPolicy", "apps/tarvikclient/clientcurlsession.cpp", __LINE__);
-    }
+    if (!inForce->allowsRequest(url))
+        fail<EPolicy>("TarvikClientCurlSession", "verifySSL", "The policy refuses " + http::loggableUri(url));
     return !inForce->allowsCertificateExceptions() ||
            !m_settings.isSslCertIgnored(http::Uri::parse(url, true).getAuthority());
 }

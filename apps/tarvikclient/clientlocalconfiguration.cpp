@@ -1,8 +1,8 @@
 #include "tarvikclient/clientlocalconfiguration.h"
 
 #include "base/confhelper.h"
+#include "base/failure.h"
 #include "base/file.h"
-#include "base/log.h"
 #include "base/stringwriter.h"
 #include "xml/parserreader.h"
 #include "xml/writerkeywriter.h"
@@ -14,7 +14,6 @@ namespace quillon {
 namespace {
 
 constexpr char rootName[] = "tarvikclient";
-constexpr char sourceFile[] = "apps/tarvikclient/clientlocalconfiguration.cpp";
 
 } // namespace
 
@@ -46,8 +45,7 @@ void ClientLocalConfiguration::save(String const& path) const {
     try {
         File::replaceAllFile(path, toXml());
     } catch (EFile const&) {
-        log(ERROR, "ClientLocalConfiguration", "save", "Can not write local configuration to " + path);
-        throw EFile("EFile", sourceFile, __LINE__);
+        fail<EFile>("ClientLocalConfiguration", "save", "Can not write local configuration to " + path);
     }
 }
 
@@ -120,11 +118,11 @@ void ClientLocalConfiguration::read(IKeyWriter& writer) const {
 }
 
 void ClientLocalConfiguration::write(IReader&) {
-    throw ENotImplemented("ENotImplemented", sourceFile, __LINE__);
+    failQuietly<ENotImplemented>();
 }
 
 void ClientLocalConfiguration::read(IWriter&) const {
-    throw ENotImplemented("ENotImplemented", sourceFile, __LINE__);
+    failQuietly<ENotImplemented>();
 }
 
 } // namespace quillon

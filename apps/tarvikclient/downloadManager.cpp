@@ -2,8 +2,8 @@
 
 #include "base/condition.h"
 #include "base/confhelper.h"
+#include "base/failure.h"
 #include "base/file.h"
-#include "base/log.h"
 #include "base/safepath.h"
 #include "curl/requestinfo.h"
 #include "http/loggableuri.h"
@@ -140,10 +140,8 @@ String DownloadManager::urlOf(String const& url) const {
 bool DownloadManager::downloadFileTo(String const& url, String const& path, unsigned long limit) noexcept {
     try {
         return transfer(url, path, limit);
-    } catch (Exception const& e) {
-        log(TRACE, "Exception", "catch", e.trace("apps/tarvikclient/downloadManager.cpp", __LINE__));
     } catch (std::exception const& e) {
-        logFailure(e.what());
+        traceCaught(e);
     }
     logFailure("Error while downloding '" + path + "' from '" + http::loggableUri(url) + "'");
     return false;
@@ -192,10 +190,8 @@ String DownloadManager::downloadFromConfig(DownloadConfig const& config, String 
 
 String DownloadManager::computeFileMd5(String const& path) {
     File file;
-    if (!file.open(path, File::in)) {
-        log(ERROR, "DownloadManager", "computeFileMd5", "Cannot open file \"" + path + "\"");
-        throw EFile("EFile", "apps/tarvikclient/downloadManager.cpp", __LINE__);
-    }
+    if (!file.open(path, File::in))
+        fail<EFile>("DownloadManager", "computeFileMd5", "Cannot open file \"" + path + "\"");
     tls::MD5 digest;
     return digest.computehash(file).toHex();
 }

@@ -1,7 +1,7 @@
 #include "tarvikclient/hostcheckerclient.h"
 
+#include "base/failure.h"
 #include "base/file.h"
-#include "base/log.h"
 #include "http/uri.h"
 #include "tarvikclient/mediationresponse.h"
 #include "tarvikclient/moduleinstall.h"
@@ -94,7 +94,7 @@ bool TarvikClientHostchecker::sendResponse(CurlSession& session, String const& r
         return readAnswer(response);
     } catch (Exception const& e) {
         // An answer that cannot be read ends the checks as a refusal does.
-        log(TRACE, "Exception", "catch", e.trace("apps/tarvikclient/hostcheckerclient.cpp", __LINE__));
+        traceCaught(e);
         log(ERROR, "TarvikClientHostchecker", "run", "Bad response from mediation");
         return false;
     }

@@ -1,6 +1,6 @@
 #include "tarvikclient/hostcheckerdllinstance.h"
 
-#include "base/log.h"
+#include "base/failure.h"
 
 namespace quillon {
 
@@ -14,11 +14,9 @@ void HostCheckerDllInstance::start(String const& directory, String const& hostna
 String HostCheckerDllInstance::getValidRules(String const& rules) {
     // The text stays the module's: it is copied here and not handed back.
     char const* const text = m_getValidRules(rules.str());
-    if (!text) {
-        log(ERROR, "HostCheckerDllInstance", "getValidRules", "The module returned no text");
-        throw EHostCheckerDllInstance("EHostCheckerDllInstance",
-                                      "apps/tarvikclient/hostcheckerdllinstance.cpp", __LINE__);
-    }
+    if (!text)
+        fail<EHostCheckerDllInstance>("HostCheckerDllInstance", "getValidRules",
+                                      "The module returned no text");
     return String(text).clone();
 }
 

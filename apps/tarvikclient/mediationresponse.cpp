@@ -1,5 +1,6 @@
 #include "tarvikclient/mediationresponse.h"
 
+#include "base/failure.h"
 namespace quillon {
 
 namespace {
@@ -12,9 +13,9 @@ MediationResponse::MediationResponse(String const& body) try : m_document(body) 
     json::JSONPolyReader reader = m_document.getReader();
     write(*reader);
 } catch (json::EJsonError const&) {
-    throw EMediationResponse("EMediationResponse", sourceFile, 59);
+    failQuietly<EMediationResponse>({sourceFile, 59});
 } catch (EConfMissingKey const&) {
-    throw EMediationResponse("EMediationResponse", sourceFile, 62);
+    failQuietly<EMediationResponse>({sourceFile, 62});
 }
 
 json::JSONPolyReader MediationResponse::resultReader() const {

@@ -1,8 +1,8 @@
 #include "tarvikclient/moduledirectory.h"
 
 #include "base/deadline.h"
+#include "base/failure.h"
 #include "base/file.h"
-#include "base/log.h"
 #include "base/ownfile.h"
 #include "base/splitter.h"
 
@@ -22,9 +22,7 @@ namespace {
 
 constexpr std::chrono::milliseconds lockPause{20};
 
-void logError(char const* method, String const& text) {
-    log(ERROR, "ModuleDirectory", method, text);
-}
+constexpr char logClass[] = "ModuleDirectory";
 
 bool isPrivate(int descriptor) {
     struct stat info {};
@@ -37,9 +35,8 @@ ModuleDirectory::ModuleDirectory(String const& path)
     : m_descriptor(::open(path.str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)), m_path(path.owned()) {
     if (m_descriptor && isPrivate(number()))
         return;
-    logError("ModuleDirectory",
-             m_descriptor ? "others may change what is in " + path : "no directory " + path);
-    throw EFile("EFile", "apps/tarvikclient/moduledirectory.cpp", __LINE__);
+    fail<EFile>(logClass, "ModuleDirectory",
+                m_descriptor ? "others may change what is in " + path : "no directory " + path);
 }
 
 bool ModuleDirectory::lock(std::chrono::milliseconds patience) {
@@ -63,7 +60,7 @@ Descriptor ModuleDirectory::open(String const& name) const {
 Descriptor ModuleDirectory::create(String const& name) const {
     Descriptor file = openOwnFile(number(), name.str(), O_WRONLY | O_CREAT | O_EXCL, S_IRUSR | S_IXUSR);
     if (!file)
-        logError("create", "cannot write " + m_path + "/" + name);
+        log(ERROR, logClass, "create", "cannot write " + m_path + "/" + name);
     return file;
 }
 

@@ -1,7 +1,7 @@
 #include "tarvikclient/moduleinstall.h"
 
+#include "base/failure.h"
 #include "base/file.h"
-#include "base/log.h"
 #include "tarvikclient/installrecord.h"
 #include "tarvikclient/policy.h"
 #include "tarvikclient/verifiedmodule.h"
@@ -22,11 +22,6 @@ constexpr char freshPurpose[] = "install";
 constexpr unsigned long maxCertificateSize = 16UL * 1024 * 1024;
 /// The sum of the lengths of all paths of one module; the record of all of them stays readable.
 constexpr unsigned long maxNames = 1024UL * 1024;
-
-[[noreturn]] void fail(char const* method, String const& reason, int line) {
-    log(ERROR, "ModuleInstall", method, reason);
-    throw EFile("EFile", "apps/tarvikclient/moduleinstall.cpp", line);
-}
 
 /// One spelling for each path, as the record and the archive have it.
 String normalised(String const& path) {
@@ -60,7 +55,7 @@ public:
 private:
     void lock(String const& path) {
         if (!directory.lock())
-            fail("LockedBase", "another process holds " + path, __LINE__);
+            fail<EFile>("ModuleInstall", "LockedBase", "another process holds " + path);
     }
 };
 
@@ -76,7 +71,7 @@ void expect(InstallRecord& record, char kind, String const& name) {
 void sync(String const& path) {
     File file;
     if (!file.open(path, File::in) || !file.sync())
-        fail("sync", "cannot write " + path, __LINE__);
+        fail<EFile>("ModuleInstall", "sync", "cannot write " + path);
 }
 
 } // namespace
@@ -243,7 +238,7 @@ void ModuleInstall::moveIntoPlace(Moves const& moves, InstallRecord& record) con
         length += move.to.length();
     }
     if (length > maxNames)
-        fail("moveIntoPlace", "the names in the archive are too long", __LINE__);
+        fail<EFile>("ModuleInstall", "moveIntoPlace", "the names in the archive are too long");
     Strings const before = record.filesOf(InstallRecord::module, group());
     Strings both = files;
     for (String const& file : before)

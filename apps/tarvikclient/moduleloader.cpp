@@ -1,6 +1,6 @@
 #include "tarvikclient/moduleloader.h"
 
-#include "base/log.h"
+#include "base/failure.h"
 
 #include <dlfcn.h>
 
@@ -8,11 +8,7 @@
 
 namespace quillon {
 
-namespace {
-
-constexpr char sourceFile[] = "apps/tarvikclient/moduleloader.cpp";
-
-} // namespace
+namespace {} // namespace
 
 ModuleLoader::ModuleLoader(std::unique_ptr<VerifiedModule> module) : m_module(std::move(module)) {
     String const loadPath = m_module->getLoadPath();
@@ -63,13 +59,12 @@ void ModuleLoader::reportLoadError(String const& name) {
 }
 
 void ModuleLoader::reportLoadError(String const& name, String const& reason) {
-    log(ERROR, "ModuleLoader", "ModuleLoader", "Unable to load \"" + name + "\": " + reason);
-    throw EModuleLoader("EModuleLoader", sourceFile, 28);
+    fail<EModuleLoader>("ModuleLoader", "ModuleLoader", "Unable to load \"" + name + "\": " + reason,
+                        {"apps/tarvikclient/moduleloader.cpp", 28});
 }
 
 void ModuleLoader::reportException(char const* symbol) {
-    log(ERROR, "ModuleLoader", "call", String("An exception left the module's ") + symbol);
-    throw EModuleLoader("EModuleLoader", sourceFile, __LINE__);
+    fail<EModuleLoader>("ModuleLoader", "call", String("An exception left the module's ") + symbol);
 }
 
 } // namespace quillon

@@ -1,7 +1,7 @@
 #include "tarvikclient/modulemanifest.h"
 
 #include "base/base64.h"
-#include "base/log.h"
+#include "base/failure.h"
 #include "base/splitter.h"
 #include "tarvikclient/dllinfos.h"
 #include "tarvikclient/moduleplatform.h"
@@ -16,14 +16,11 @@ namespace {
 
 constexpr std::size_t sha256Length = 32;
 
-[[noreturn]] void fail(char const* method, String const& reason, int line) {
-    log(ERROR, "ModuleManifest", method, reason);
-    throw EModuleManifest("EModuleManifest", "apps/tarvikclient/modulemanifest.cpp", line);
-}
+constexpr char logClass[] = "ModuleManifest";
 
 void readOnly(IKeyReader& reader, char const* key, String& value) {
     if (reader.size(key) != 1)
-        fail("write", String("there must be one ") + key, __LINE__);
+        fail<EModuleManifest>(logClass, "write", String("there must be one ") + key);
     reader[key].read(value);
 }
 
@@ -89,16 +86,18 @@ void ModuleManifest::read(IKeyWriter& writer) const {
 
 void ModuleManifest::check() const {
     if (!isKind(kind) || !isPlatform(platform))
-        fail("check", "unknown kind or platform: " + xml::excerpt(kind) + ", " + xml::excerpt(platform),
-             __LINE__);
+        fail<EModuleManifest>(logClass, "check",
+                              "unknown kind or platform: " + xml::excerpt(kind) + ", " +
+                                  xml::excerpt(platform));
     if (companions.size() > maxCompanions)
-        fail("check", "too many companions", __LINE__);
+        fail<EModuleManifest>(logClass, "check", "too many companions");
     std::set<String> names;
     for (ModuleCompanion const& companion : companions) {
         if (!isFileName(companion.name) || !names.insert(companion.name.lower()).second)
-            fail("check", "unsafe or repeated companion: " + xml::excerpt(companion.name), __LINE__);
+            fail<EModuleManifest>(logClass, "check",
+                                  "unsafe or repeated companion: " + xml::excerpt(companion.name));
         if (!isDigest(companion.sha256))
-            fail("check", "bad digest of companion: " + companion.name, __LINE__);
+            fail<EModuleManifest>(logClass, "check", "bad digest of companion: " + companion.name);
     }
 }
 

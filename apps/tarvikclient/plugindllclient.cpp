@@ -1,7 +1,7 @@
 #include "tarvikclient/plugindllclient.h"
 
+#include "base/failure.h"
 #include "base/file.h"
-#include "base/log.h"
 #include "tarvikclient/moduleinstall.h"
 #include "json/JSONWrapper.h"
 
@@ -90,10 +90,9 @@ void TarvikClientPluginDll::processPluginStatus(String const& text) {
     bool statusInBatch = false;
     bool closeRequestInBatch = false;
     json::JSONWrapperFromString const batch(text);
-    if (batch.getType() != json::JSON::arrayValue) {
-        log(ERROR, "TarvikClientPluginDll", "processPluginStatus", "the module's status is no list");
-        throw json::EJsonError("EJsonError", "apps/tarvikclient/plugindllclient.cpp", __LINE__);
-    }
+    if (batch.getType() != json::JSON::arrayValue)
+        fail<json::EJsonError>("TarvikClientPluginDll", "processPluginStatus",
+                               "the module's status is no list");
     for (json::JSONWrapper const element : batch) {
         switch (toInt32(element["code"].asString())) {
         case statusLine:

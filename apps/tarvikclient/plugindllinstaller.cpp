@@ -1,7 +1,7 @@
 #include "tarvikclient/plugindllinstaller.h"
 
+#include "base/failure.h"
 #include "base/file.h"
-#include "base/log.h"
 #include "tarvikclient/moduleinstall.h"
 
 namespace quillon {
@@ -33,11 +33,9 @@ void PluginDllInstaller::downloadDll(Dll const& dll, String const& directory, bo
             return;
     log(TRACE, "TarvikClient", "downloadWindowsDll", "Downloading dll.");
     install.fetch(m_downloads, dll);
-    if (auto const missing = install.missing()) {
-        log(ERROR, "TarvikClient", "downloadWindowsDll",
-            "missing " + directory + "/" + *missing + " in archive");
-        throw EFile("EFile", "apps/tarvikclient/plugindllinstaller.cpp", __LINE__);
-    }
+    if (auto const missing = install.missing())
+        fail<EFile>("TarvikClient", "downloadWindowsDll",
+                    "missing " + directory + "/" + *missing + " in archive");
     install.commit();
 }
 

@@ -1,6 +1,6 @@
 #include "tarvikclient/plugindllinstance.h"
 
-#include "base/log.h"
+#include "base/failure.h"
 
 namespace quillon {
 
@@ -8,10 +8,9 @@ PluginDllInstance::PluginDllInstance(std::unique_ptr<VerifiedModule> module, Str
                                      String const& pluginDir)
     : ModuleLoader(std::move(module)) {
     m_instance = m_createPluginFrontal();
-    if (!m_instance) {
-        log(ERROR, "PluginDllInstance", "PluginDllInstance", "Unable to create dll instance !");
-        throw EPluginDllInstance("EPluginDllInstance", "apps/tarvikclient/plugindllinstance.cpp", 41);
-    }
+    if (!m_instance)
+        fail<EPluginDllInstance>("PluginDllInstance", "PluginDllInstance", "Unable to create dll instance !",
+                                 {"apps/tarvikclient/plugindllinstance.cpp", 41});
     m_setDllVersion(m_instance, version.str());
     m_setPluginDir(m_instance, pluginDir.str());
 }

@@ -1,7 +1,7 @@
 // The administrator's policy as a file.
 #pragma once
 
-#include "base/exception.h"
+#include "base/failure.h"
 #include "tarvikclient/policyplace.h"
 
 #include <optional>
@@ -14,7 +14,8 @@ class EPolicy : public Exception {
 };
 
 /// Logs why the policy at `path` cannot be followed, at ERROR, and throws EPolicy.
-[[noreturn]] void failPolicy(String const& path, String const& reason, int line);
+[[noreturn]] void failPolicy(String const& path, String const& reason,
+                             Place place = std::source_location::current());
 
 /// The file's content; nothing where there is none. Throws EPolicy for one that readTrustedFile() does not
 /// trust. Any thread.

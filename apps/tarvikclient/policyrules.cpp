@@ -23,7 +23,7 @@ public:
 
     void readDocument(xml::Element const& root) {
         if (root.getName() != "policy")
-            fail("its root is not <policy>", __LINE__);
+            refuse("its root is not <policy>");
         readChildren(root, {
                                {"gateways", {&RulesReader::readGateways, true}},
                                {"certificateexceptions", {&RulesReader::readExceptions, true}},
@@ -41,11 +41,13 @@ private:
     };
     using Children = std::map<std::string_view, Child>;
 
-    [[noreturn]] void fail(String const& reason, int line) const { failPolicy(m_path, reason, line); }
+    [[noreturn]] void refuse(String const& reason, Place place = std::source_location::current()) const {
+        failPolicy(m_path, reason, place);
+    }
 
     void expectNoAttributes(Element element) const {
         if (!element.getAttributes().empty())
-            fail("<" + element.getName() + "> has an attribute", __LINE__);
+            refuse("<" + element.getName() + "> has an attribute");
     }
 
     /// Reads the elements in `parent`, each as `children` says.
@@ -59,8 +61,7 @@ private:
             }
             auto const child = children.find(element->getName().view());
             if (child == children.end())
-                fail("<" + element->getName() + "> does not belong into <" + parent.getName() + ">",
-                     __LINE__);
+                refuse("<" + element->getName() + "> does not belong into <" + parent.getName() + ">");
             (this->*child->second.read)(*element);
             if (child->second.once)
                 children.erase(child); // a second one is as unknown as any
@@ -70,7 +71,7 @@ private:
     void expectBlank(Element parent, xml::Node const& node) const {
         if (node.getType() != xml::Node::Type::text ||
             !static_cast<xml::Text const&>(node).getText().trim().empty())
-            fail("<" + parent.getName() + "> holds text", __LINE__);
+            refuse("<" + parent.getName() + "> holds text");
     }
 
     /// The text of an element that holds nothing else.
@@ -78,12 +79,12 @@ private:
         expectNoAttributes(element);
         for (xml::Node* node = element.getFirstChild(); node; node = node->getNextSibling())
             if (node->asElement())
-                fail("<" + element.getName() + "> holds an element", __LINE__);
+                refuse("<" + element.getName() + "> holds an element");
         return element.getText().trim();
     }
 
-    [[noreturn]] void failValue(Element element, int line) const {
-        fail("<" + element.getName() + "> cannot be \"" + xml::excerpt(valueOf(element)) + "\"", line);
+    [[noreturn]] void refuseValue(Element element, Place place = std::source_location::current()) const {
+        refuse("<" + element.getName() + "> cannot be \"" + xml::excerpt(valueOf(element)) + "\"", place);
     }
 
     template <class T>
@@ -91,7 +92,7 @@ private:
         String const value = valueOf(element);
         auto const choice = choices.find(value.view());
         if (choice == choices.end())
-            failValue(element, __LINE__);
+            refuseValue(element);
         return choice->second;
     }
 
@@ -101,7 +102,7 @@ private:
                                {"others", {&RulesReader::readOthers, true}}});
         // Left out, it could be meant either way.
         if (!m_others)
-            fail("<gateways> does not say what happens with <others>", __LINE__);
+            refuse("<gateways> does not say what happens with <others>");
     }
 
     void readAllowed(Element element) {
@@ -109,7 +110,7 @@ private:
         bool const below = value.starts(belowMark);
         auto const place = http::HostPort::parse(value.range(below ? 2 : 0), gatewayPort);
         if (!place || (below && place->isAddress()))
-            failValue(element, __LINE__);
+            refuseValue(element);
         m_rules.allowed.push_back({*place, below});
     }
 
@@ -138,7 +139,7 @@ private:
         readChildren(element, {{"name", {&RulesReader::readModuleName, true}},
                                {"signedsince", {&RulesReader::readSignedSince, true}}});
         if (m_rules.signedSince.back().name.empty() || !m_dated)
-            fail("<module> lacks its <name> or <signedsince>", __LINE__);
+            refuse("<module> lacks its <name> or <signedsince>");
     }
 
     void readModuleName(Element element) { m_rules.signedSince.back().name = valueOf(element); }
@@ -146,7 +147,7 @@ private:
     void readSignedSince(Element element) {
         auto const date = DateTime::parse(valueOf(element));
         if (!date)
-            failValue(element, __LINE__);
+            refuseValue(element);
         m_rules.signedSince.back().since = *date;
         m_dated = true;
     }
@@ -160,7 +161,7 @@ private:
         bool const isHex =
             std::all_of(value.begin(), value.end(), [](char c) { return ascii::hexValue(c) >= 0; });
         if (value.length() != fingerprintLength || !isHex)
-            failValue(element, __LINE__);
+            refuseValue(element);
         m_rules.refusedKeys.push_back(value.lower());
     }
 
@@ -188,9 +189,9 @@ PolicyRules readPolicyRules(String const& text, String const& path) {
         std::unique_ptr<xml::Element> const root = xml::StringParser::parse(text);
         RulesReader(path, rules).readDocument(*root);
     } catch (xml::EXmlNode const&) {
-        failPolicy(path, "is not well-formed XML", __LINE__);
+        failPolicy(path, "is not well-formed XML");
     } catch (xml::EParser const&) {
-        failPolicy(path, "is not one XML document", __LINE__);
+        failPolicy(path, "is not one XML document");
     }
     return rules;
 }

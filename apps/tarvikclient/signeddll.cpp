@@ -1,8 +1,8 @@
 #include "tarvikclient/signeddll.h"
 
 #include "base/base64.h"
+#include "base/failure.h"
 #include "base/file.h"
-#include "base/log.h"
 #include "openssl/evp_digest_wrapper.h"
 #include "openssl/rsa_wrapper.h"
 #include "xml/parserreader.h"
@@ -15,8 +15,8 @@ namespace {
 constexpr char rootName[] = "dll";
 
 [[noreturn]] void failParsing() {
-    log(ERROR, "SignedDll", "loadFromFile", "Error while parsing signature");
-    throw EBadSignature("EBadSignature", "apps/tarvikclient/signeddll.cpp", 80);
+    fail<EBadSignature>("SignedDll", "loadFromFile", "Error while parsing signature",
+                        {"apps/tarvikclient/signeddll.cpp", 80});
 }
 
 bool refuse(char const* reason) {
@@ -28,10 +28,8 @@ bool refuse(char const* reason) {
 
 String SignedDll::hashFile(String const& path) {
     File file;
-    if (!file.open(path, File::in)) {
-        log(ERROR, "SignedDll", "hashFile", "Cannot open " + path);
-        throw EFile("EFile", "apps/tarvikclient/signeddll.cpp", __LINE__);
-    }
+    if (!file.open(path, File::in))
+        fail<EFile>("SignedDll", "hashFile", "Cannot open " + path);
     tls::EVPDigest digest("sha256");
     return Base64::encode(digest.computehash(file));
 }
@@ -76,8 +74,8 @@ void SignedDll::loadFromFile(String const& path) {
 }
 
 void SignedDll::failOpening(String const& path) {
-    log(ERROR, "SignedDll", "loadFromFile", "Cannot open dll signature " + path);
-    throw EBadSignature("EBadSignature", "apps/tarvikclient/signeddll.cpp", 77);
+    fail<EBadSignature>("SignedDll", "loadFromFile", "Cannot open dll signature " + path,
+                        {"apps/tarvikclient/signeddll.cpp", 77});
 }
 
 void SignedDll::loadFromText(String const& xml) {

@@ -29,9 +29,9 @@ public:
             return std::nullopt;
         struct stat const before = trusted(file);
         if (!S_ISREG(before.st_mode))
-            fail("is not a plain file", __LINE__);
+            refuse("is not a plain file");
         if (before.st_size > maxSize)
-            fail("is too large", __LINE__);
+            refuse("is too large");
         String const text = read(file);
         struct stat const after = trusted(file);
         // Written in place meanwhile: half of the old policy and half of the new one is neither. The clock of
@@ -39,18 +39,20 @@ public:
         bool const rewritten = before.st_mtime != after.st_mtime || text.length() != after.st_size ||
                                lseek(file.number(), 0, SEEK_SET) != 0 || read(file) != text;
         if (rewritten)
-            fail("changes while it is read", __LINE__);
+            refuse("changes while it is read");
         return text;
     }
 
 private:
-    [[noreturn]] static void fail(String const& reason, int line) { throw EUntrustedFile(reason, line); }
+    [[noreturn]] static void refuse(String const& reason, Place place = std::source_location::current()) {
+        throw EUntrustedFile(reason, place);
+    }
 
     /// None where there is nothing of that name.
     static Descriptor open(int directory, String const& name, int flags) {
         Descriptor opened(openat(directory, name.str(), O_RDONLY | O_NOFOLLOW | O_CLOEXEC | flags));
         if (!opened && errno != ENOENT)
-            fail(String("cannot be opened: ") + std::strerror(errno), __LINE__);
+            refuse(String("cannot be opened: ") + std::strerror(errno));
         return opened;
     }
 
@@ -58,12 +60,12 @@ private:
     struct stat trusted(Descriptor const& opened) const {
         struct stat status {};
         if (fstat(opened.number(), &status) != 0)
-            fail(String("cannot be examined: ") + std::strerror(errno), __LINE__);
+            refuse(String("cannot be examined: ") + std::strerror(errno));
         char const* const what = S_ISDIR(status.st_mode) ? "its directory" : "it";
         if (status.st_uid != m_owner)
-            fail(String(what) + " belongs to user " + toString(status.st_uid), __LINE__);
+            refuse(String(what) + " belongs to user " + toString(status.st_uid));
         if (status.st_mode & (S_IWGRP | S_IWOTH))
-            fail(String(what) + " is writable by others than its owner", __LINE__);
+            refuse(String(what) + " is writable by others than its owner");
         return status;
     }
 
@@ -75,10 +77,10 @@ private:
             if (count < 0 && errno == EINTR)
                 continue;
             if (count < 0)
-                fail(String("cannot be read: ") + std::strerror(errno), __LINE__);
+                refuse(String("cannot be read: ") + std::strerror(errno));
             text.append(piece, static_cast<unsigned>(count));
             if (text.length() > maxSize)
-                fail("is too large", __LINE__);
+                refuse("is too large");
         }
         return text;
     }

@@ -1,7 +1,7 @@
 // Reads a small file as one must read what others would like to write.
 #pragma once
 
-#include "base/exception.h"
+#include "base/failure.h"
 
 #include <sys/types.h>
 
@@ -12,8 +12,8 @@ namespace quillon {
 /// There is a file, or may be, that cannot be trusted or read. Nothing has been logged: reason() says why.
 class EUntrustedFile : public Exception {
 public:
-    EUntrustedFile(String const& reason, int line)
-        : Exception("EUntrustedFile", "apps/tarvikclient/trustedfile.cpp", line), m_reason(reason) {}
+    EUntrustedFile(String const& reason, Place place)
+        : Exception("EUntrustedFile", place.file, place.line), m_reason(reason) {}
 
     String const& reason() const noexcept { return m_reason; }
 

@@ -1,8 +1,8 @@
 #include "tarvikclient/verifiedmodule.h"
 
 #include "base/base64.h"
+#include "base/failure.h"
 #include "base/file.h"
-#include "base/log.h"
 #include "base/ownfile.h"
 #include "openssl/evp_digest_wrapper.h"
 #include "tarvikclient/loadpath.h"
@@ -24,8 +24,8 @@ constexpr std::size_t pieceSize = 65536;
 constexpr unsigned long maxModuleSize = 512UL * 1024 * 1024;
 
 [[noreturn]] void failVerifying(String const& path) {
-    log(ERROR, "TarvikClient", "verifyDllSignature", "Bad dll signature for " + path);
-    throw EBadSignature("EBadSignature", "apps/tarvikclient/client.cpp", 76);
+    fail<EBadSignature>("TarvikClient", "verifyDllSignature", "Bad dll signature for " + path,
+                        {"apps/tarvikclient/client.cpp", 76});
 }
 
 ssize_t readPiece(Descriptor const& file, Memory& piece) {

@@ -14,8 +14,9 @@ String nameOf(std::type_info const& type) {
     return String(readable ? readable.get() : type.name()).rright(':').clone();
 }
 
-void traceCaught(Exception const& e, Place place) noexcept {
-    log(TRACE, "Exception", "catch", e.trace(place.file, place.line));
+void traceCaught(std::exception const& e, Place place) noexcept {
+    auto const* const own = dynamic_cast<Exception const*>(&e);
+    log(TRACE, "Exception", "catch", own ? own->trace(place.file, place.line) : String::copyOf(e.what()));
 }
 
 } // namespace quillon

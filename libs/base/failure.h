@@ -38,6 +38,6 @@ template <std::derived_from<Exception> E>
 }
 
 /// Logs at category TRACE that an exception goes no further than the call.
-void traceCaught(Exception const& e, Place place = std::source_location::current()) noexcept;
+void traceCaught(std::exception const& e, Place place = std::source_location::current()) noexcept;
 
 } // namespace quillon

@@ -1,15 +1,13 @@
 #include "json/JSONReader.h"
 
 #include "base/assertion.h"
-#include "base/log.h"
+#include "base/failure.h"
 
 #include <json/value.h>
 
 namespace quillon::json {
 
 namespace {
-
-constexpr char sourceFile[] = "libs/json/JSONReader.cpp";
 
 std::unique_ptr<JSONReader> makeReader(JSON::Type type, JSONWrapper const& json) {
     switch (type) {
@@ -26,19 +24,13 @@ std::unique_ptr<JSONReader> makeReader(JSON::Type type, JSONWrapper const& json)
     case JSON::objectValue:
         return std::make_unique<JSONObjectReader>(json);
     }
-    log(ERROR, "JSONPolyReader", "JSONPolyReader", "BUG, missing case for polyreader");
-    throw EJsonKeyReader("EJsonKeyReader", sourceFile, __LINE__);
+    fail<EJsonKeyReader>("JSONPolyReader", "JSONPolyReader", "BUG, missing case for polyreader");
 }
 
 } // namespace
 
 void JSONReader::refuse() const {
-    fail("read", "the value is of another type");
-}
-
-void JSONReader::fail(char const* method, String const& text) const {
-    log(ERROR, getClassName(), method, text);
-    throw EJsonKeyReader("EJsonKeyReader", sourceFile, __LINE__);
+    fail<EJsonKeyReader>(getClassName(), "read", "the value is of another type");
 }
 
 JSONPolyReader::JSONPolyReader(JSONWrapper const& json)
@@ -58,7 +50,7 @@ T JSONValueReader::converted(T (JSONWrapper::*conversion)() const) const {
     try {
         return (m_json.*conversion)();
     } catch (EJsonError const&) { // logged by the wrapper
-        throw EKeyReader("EKeyReader", sourceFile, __LINE__);
+        failQuietly<EKeyReader>();
     }
 }
 
@@ -93,7 +85,7 @@ unsigned JSONArrayReader::size(String const&) const {
 
 IKeyReader& JSONArrayReader::operator[](String const&) {
     if (m_next == m_end)
-        fail("operator[]", "no element left");
+        fail<EJsonKeyReader>(getClassName(), "operator[]", "no element left");
     IKeyReader& element = *m_given.emplace_back(*m_next);
     ++m_next;
     return element;
@@ -117,7 +109,7 @@ IKeyReader& JSONObjectReader::operator[](String const& key) {
     if (known == m_members.end()) {
         Json::Value const* const member = find(key);
         if (!member)
-            fail("operator[]", "no member: " + key);
+            fail<EJsonKeyReader>(getClassName(), "operator[]", "no member: " + key);
         known = m_members.emplace(key.owned(), JSONPolyReader(JSONWrapper(*member))).first;
     }
     return *known->second;

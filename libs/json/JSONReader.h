@@ -30,8 +30,6 @@ public:
 
 protected:
     [[noreturn]] void refuse() const override;
-    /// Logs `text` and throws EJsonKeyReader.
-    [[noreturn]] void fail(char const* method, String const& text) const;
 };
 
 /// Owns the one reader that suits the value's type. Readers of what is below are made when they are asked

@@ -1,6 +1,6 @@
 #include "json/JSONWrapper.h"
 
-#include "base/log.h"
+#include "base/failure.h"
 
 #include <json/reader.h>
 #include <json/value.h>
@@ -10,13 +10,6 @@
 namespace quillon::json {
 
 namespace {
-
-constexpr char sourceFile[] = "libs/json/JSONWrapper.cpp";
-
-[[noreturn]] void fail(char const* method, String const& text, int line) {
-    log(ERROR, "JSONWrapper", method, text);
-    throw EJsonError("EJsonError", sourceFile, line);
-}
 
 std::unique_ptr<Json::CharReader> makeParser() {
     Json::CharReaderBuilder builder;
@@ -49,8 +42,7 @@ std::shared_ptr<Json::Value const> parse(String const& text) {
     auto const root = std::make_shared<Json::Value>();
     if (hasBearablyManyValues(text) && parseInto(*root, text))
         return root;
-    log(ERROR, "JSONWrapperFromString", "JSONWrapperFromString", "unable to parse json !");
-    throw EJsonError("EJsonError", sourceFile, __LINE__);
+    fail<EJsonError>("JSONWrapperFromString", "JSONWrapperFromString", "unable to parse json !");
 }
 
 } // namespace
@@ -58,7 +50,7 @@ std::shared_ptr<Json::Value const> parse(String const& text) {
 JSON::Type JSONWrapper::getType() const {
     auto const type = static_cast<int>(m_value->type());
     if (type < JSON::nullValue || type > JSON::objectValue)
-        fail("getType", "unknown type: " + toString(type), __LINE__);
+        fail<EJsonError>("JSONWrapper", "getType", "unknown type: " + toString(type));
     return static_cast<JSON::Type>(type);
 }
 
@@ -67,7 +59,7 @@ T JSONWrapper::_as(char const* method, T (Json::Value::*accessor)() const) const
     try {
         return (m_value->*accessor)();
     } catch (Json::Exception const& e) {
-        fail(method, String::copyOf(e.what()), __LINE__);
+        fail<EJsonError>("JSONWrapper", method, String::copyOf(e.what()));
     }
 }
 
@@ -93,7 +85,7 @@ JSONWrapper JSONWrapper::member(String const& key) const {
         Json::Value const* const found = m_value->find(key.begin(), key.end());
         return JSONWrapper(found ? *found : Json::Value::nullSingleton());
     } catch (Json::Exception const& e) {
-        fail("operator[]", String::copyOf(e.what()), __LINE__);
+        fail<EJsonError>("JSONWrapper", "operator[]", String::copyOf(e.what()));
     }
 }
 
@@ -112,7 +104,7 @@ Strings JSONWrapper::getMemberNames() const {
             names.add(String::copyOf(name));
         return names;
     } catch (Json::Exception const& e) {
-        fail("getMemberNames", String::copyOf(e.what()), __LINE__);
+        fail<EJsonError>("JSONWrapper", "getMemberNames", String::copyOf(e.what()));
     }
 }
 

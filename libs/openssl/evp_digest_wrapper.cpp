@@ -1,6 +1,6 @@
 #include "openssl/evp_digest_wrapper.h"
 
-#include "base/log.h"
+#include "base/failure.h"
 #include "openssl/errorqueue.h"
 
 #include <openssl/evp.h>
@@ -9,11 +9,9 @@ namespace quillon::tls {
 
 namespace {
 
-void require(bool done, char const* method, int line) {
-    if (done)
-        return;
-    log(ERROR, "EVPDigest", method, "the digest cannot be computed");
-    throw EEVPDigest("EEVPDigest", "libs/openssl/evp_digest_wrapper.cpp", line);
+void require(bool done, char const* method, Place place = std::source_location::current()) {
+    if (!done)
+        fail<EEVPDigest>("EVPDigest", method, "the digest cannot be computed", place);
 }
 
 } // namespace
@@ -30,29 +28,27 @@ EVPDigest::EVPDigest(String const& name) : EVPDigest(initByName(name)) {}
 
 evp_md_st const* EVPDigest::initByName(String const& name) {
     evp_md_st const* const kind = EVP_get_digestbyname(name.str());
-    if (!kind) {
-        log(ERROR, "EVPDigest", "initByName", "Cannot retrive digest \"" + name + "\".");
-        throw EEVPDigest("EEVPDigest", "libs/openssl/evp_digest_wrapper.cpp", 30);
-    }
+    if (!kind)
+        fail<EEVPDigest>("EVPDigest", "initByName", "Cannot retrive digest \"" + name + "\".",
+                         {"libs/openssl/evp_digest_wrapper.cpp", 30});
     return kind;
 }
 
 void EVPDigest::start() {
     ErrorQueueGuard const guard;
-    require(m_kind && m_context && EVP_DigestInit_ex(m_context.get(), m_kind, nullptr) == 1, "init",
-            __LINE__);
+    require(m_kind && m_context && EVP_DigestInit_ex(m_context.get(), m_kind, nullptr) == 1, "init");
 }
 
 void EVPDigest::update(Memory const& bytes) {
     ErrorQueueGuard const guard;
-    require(EVP_DigestUpdate(m_context.get(), bytes.array(), bytes.size()) == 1, "update", __LINE__);
+    require(EVP_DigestUpdate(m_context.get(), bytes.array(), bytes.size()) == 1, "update");
 }
 
 Memory EVPDigest::final() {
     ErrorQueueGuard const guard;
     unsigned length = 0;
     unsigned char bytes[EVP_MAX_MD_SIZE];
-    require(EVP_DigestFinal_ex(m_context.get(), bytes, &length) == 1, "final", __LINE__);
+    require(EVP_DigestFinal_ex(m_context.get(), bytes, &length) == 1, "final");
     start();
     return Memory(bytes, length);
 }

@@ -57,8 +57,6 @@ int main(int argc, char** argv) {
         if (arguments.task == cli::CommandLine::Task::showPolicy)
             return cli::showPolicy();
         return runSession(arguments);
-    } catch (Exception const& e) {
-        std::fprintf(stderr, "tarvikclient-cli: %s\n", e.toString().str());
     } catch (std::exception const& e) {
         std::fprintf(stderr, "tarvikclient-cli: %s\n", e.what());
     }
