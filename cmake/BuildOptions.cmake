@@ -1,8 +1,8 @@
 # What every target of the tree is compiled with: link it PRIVATE.
 add_library(tarvik_build_options INTERFACE)
 target_compile_features(tarvik_build_options INTERFACE cxx_std_20)
-target_compile_options(tarvik_build_options INTERFACE -Wall -Wextra -Werror
-  "-ffile-prefix-map=${PROJECT_SOURCE_DIR}/=")
+target_compile_options(tarvik_build_options INTERFACE -Wall -Wextra -Wshadow -Wconversion
+  "$<$<COMPILE_LANGUAGE:CXX>:-Woverloaded-virtual>" -Werror "-ffile-prefix-map=${PROJECT_SOURCE_DIR}/=")
 target_include_directories(tarvik_build_options INTERFACE
   "${PROJECT_SOURCE_DIR}/libs" "${PROJECT_SOURCE_DIR}/apps" "${PROJECT_SOURCE_DIR}/sdk/include")
 include(Hardening)

@@ -1,0 +1,52 @@
+#!/usr/bin/env bash
+# check-documents.sh: runs the commands of docs/modules.md and of the README as they stand there, in a home directory
+# of their own. Of what is in the text, ```sh blocks are run, one after the other, but for the project's own scripts,
+# which are checks themselves. Above a block may stand
+#   <!-- in the background -->   it serves until the end: it is waited for until it has printed a URL
+#   <!-- file PATH -->           the block is what is in a file
+# Expects the build in build/release, whose key it exchanges and puts back. Exit code 1 at the first command that fails.
+set -euo pipefail
+. "$(dirname "${BASH_SOURCE[0]}")/common.sh"
+
+# commands DOCUMENT: its blocks as a shell script.
+commands() {
+  awk '
+    /^<!-- / { mark = $0; sub(/^<!-- /, "", mark); sub(/ -->$/, "", mark); next }
+    /^```/ && inside {
+      if (inside == "file") print "END_OF_FILE"
+      if (inside == "background") print ") >\"$HOME/served\" 2>&1 &\ntimeout 30 sh -c '\''until grep -q :// \"$HOME/served\"; do sleep 0.1; done'\''"
+      inside = mark = ""
+      next
+    }
+    /^```/ {
+      if (mark ~ /^file /) { inside = "file"; sub(/^file /, "", mark); print "mkdir -p \"$(dirname " mark ")\"; cat >" mark " <<\"END_OF_FILE\"" }
+      else if (mark == "in the background") { inside = "background"; print "(" }
+      else inside = /^```sh$/ ? "run" : "ignored"
+      next
+    }
+    inside == "run" && /^scripts\// { next }
+    inside && inside != "ignored" { print; next }
+    NF { mark = "" }' "$1"
+}
+
+home=$(mktemp -d)
+restore() {
+  [ -z "$(jobs -p)" ] || kill $(jobs -p) 2>/dev/null || true
+  rm -rf "$home"
+}
+trap restore EXIT
+cd "$project"
+had=$(sed -n 's/^TARVIK_PUBLISHER_KEY:[A-Z]*=//p' build/release/CMakeCache.txt)
+for document in docs/modules.md README.md; do
+  say "$document"
+  commands "$document" >"$home/commands"
+  grep -q . "$home/commands"
+  (
+    export HOME=$home
+    trap 'kill $(jobs -p) 2>/dev/null || true' EXIT
+    set -x
+    . "$home/commands"
+  ) >"$home/output" 2>&1 || { cat "$home/output" >&2; say "$document: this failed"; exit 1; }
+done
+cmake --preset release -DTARVIK_PUBLISHER_KEY="$had" >/dev/null
+build release
