@@ -67,7 +67,7 @@ wxDialog* openModalDialog() {
 bool eventually(std::function<bool()> const& condition, double seconds) {
     wxStopWatch const watch;
     while (!condition()) {
-        if (watch.Time() > seconds * 1000)
+        if (static_cast<double>(watch.Time()) > seconds * 1000)
             return false;
         wxTheApp->Yield();
         wxMilliSleep(5);
