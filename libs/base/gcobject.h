@@ -67,12 +67,8 @@ public:
     Pointer(Pointer&& other) noexcept : m_object(std::exchange(other.m_object, nullptr)) {}
     ~Pointer() { reset(); }
 
-    Pointer& operator=(Pointer const& other) noexcept {
-        Pointer(other).swap(*this);
-        return *this;
-    }
-    Pointer& operator=(Pointer&& other) noexcept {
-        Pointer(std::move(other)).swap(*this);
+    Pointer& operator=(Pointer other) noexcept {
+        swap(other);
         return *this;
     }
 

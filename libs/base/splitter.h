@@ -37,7 +37,7 @@ public:
     }
 
 protected:
-    Splitter(String const& text, Find find) : m_text(text), m_find(find) {}
+    Splitter(String const& text, Find const& find) : m_text(text), m_find(find) {}
 
 private:
     String m_text;

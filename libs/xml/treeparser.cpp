@@ -146,7 +146,7 @@ void TreeParser::open(std::unique_ptr<Element> element) {
         m_open->append(std::move(element));
     else
         m_root = std::move(element);
-    m_open = opened;
+    m_open = opened; // cppcheck-suppress danglingLifetime; the tree owns it
 }
 
 void TreeParser::close() {
