@@ -4,8 +4,8 @@
 #include "client/fakegateway.h"
 #include "gui/windowtest.h"
 #include "support/temporarydirectory.h"
-#include "tarvikclient/gui/conversion.h"
 #include "tarvikclient/gui/mainframe.h"
+#include "tarvikclient/gui/model/wxconversion.h"
 
 #include <gtest/gtest.h>
 #include <wx/weakref.h>

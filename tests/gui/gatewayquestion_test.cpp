@@ -2,7 +2,7 @@
 #include "gui/frametest.h"
 #include "support/testpolicy.h"
 #include "tarvikclient/gui/gatewaydialog.h"
-#include "tarvikclient/gui/language.h"
+#include "tarvikclient/gui/model/language.h"
 
 #include <wx/app.h>
 #include <wx/stattext.h>

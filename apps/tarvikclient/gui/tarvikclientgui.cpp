@@ -4,12 +4,13 @@
 #include "base/log.h"
 #include "tarvikclient/client.h"
 #include "tarvikclient/gui/artprovider.h"
-#include "tarvikclient/gui/clientlog.h"
-#include "tarvikclient/gui/conversion.h"
-#include "tarvikclient/gui/desktop.h"
-#include "tarvikclient/gui/language.h"
 #include "tarvikclient/gui/mainframe.h"
-#include "tarvikclient/gui/singleinstance.h"
+#include "tarvikclient/gui/model/language.h"
+#include "tarvikclient/gui/model/wxconversion.h"
+#include "tarvikclient/gui/platform/display.h"
+#include "tarvikclient/gui/platform/singleinstance.h"
+#include "tarvikclient/gui/platform/toolkitenvironment.h"
+#include "tarvikclient/gui/wxlogbridge.h"
 
 #include <wx/intl.h>
 #include <wx/msgdlg.h>
@@ -63,7 +64,7 @@ bool TarvikClientGui::OnInit() {
     restoreEnvironment();
     // The pictures and the catalogue are looked up by this name, whatever name the program was started by.
     SetAppName("tarvikclient");
-    delete wxLog::SetActiveTarget(new ClientLog);
+    delete wxLog::SetActiveTarget(new WxLogBridge);
     enableCoreDumps();
     app = this;
     TarvikClientArtProvider::init();
@@ -131,6 +132,7 @@ void TarvikClientGui::init(wxString const& url) {
     try {
         setLangFromUrl(url);
         mainhiddenframe = new TarvikMainFrame(nullptr, wxID_ANY, argv[0]);
+        mainhiddenframe->announceEndBy([this] { refuseUrls(); });
         mainhiddenframe->Show(false);
         mainhiddenframe->start(url);
     } catch (...) {

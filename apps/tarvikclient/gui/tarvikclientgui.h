@@ -2,7 +2,7 @@
 #pragma once
 
 #include "base/string.h"
-#include "tarvikclient/gui/stopsignals.h"
+#include "tarvikclient/gui/platform/stopsignals.h"
 
 #include <wx/app.h>
 
