@@ -80,14 +80,10 @@ std::string takeUtf8(std::string& bytes) {
 
 LogTail::LogTail(std::string path) : m_path(std::move(path)) {}
 
-LogTail::~LogTail() {
-    close();
-}
-
 LogTail::News LogTail::poll() {
     News news;
     news.restarted = beginAnew();
-    if (m_file != -1) {
+    if (m_file) {
         m_incomplete += readPiece();
         std::string const text = takeUtf8(m_incomplete);
         news.text = wxString::FromUTF8(text.data(), text.size());
@@ -96,9 +92,8 @@ LogTail::News LogTail::poll() {
 }
 
 bool LogTail::beginAnew() {
-    if (m_file != -1 && isCurrent())
+    if (m_file && isCurrent())
         return false;
-    close();
     if (!open())
         return false;
     begin();
@@ -107,39 +102,33 @@ bool LogTail::beginAnew() {
 
 bool LogTail::isCurrent() const {
     struct stat named, held;
-    return stat(m_path.c_str(), &named) == 0 && fstat(m_file, &held) == 0 && named.st_ino == held.st_ino &&
-           named.st_dev == held.st_dev && held.st_size >= m_position;
+    return stat(m_path.c_str(), &named) == 0 && fstat(m_file.number(), &held) == 0 &&
+           named.st_ino == held.st_ino && named.st_dev == held.st_dev && held.st_size >= m_position;
 }
 
 bool LogTail::open() {
     // Not blocking: nobody may ever write to a pipe of that name.
-    m_file = ::open(m_path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+    m_file = Descriptor(::open(m_path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
     struct stat held;
-    if (m_file != -1 && (fstat(m_file, &held) != 0 || !S_ISREG(held.st_mode)))
-        close();
-    return m_file != -1;
-}
-
-void LogTail::close() {
-    if (m_file != -1)
-        ::close(m_file);
-    m_file = -1;
+    if (m_file && (fstat(m_file.number(), &held) != 0 || !S_ISREG(held.st_mode)))
+        m_file = Descriptor();
+    return static_cast<bool>(m_file);
 }
 
 void LogTail::begin() {
     constexpr auto backlog = static_cast<off_t>(longestBacklog);
-    off_t const size = lseek(m_file, 0, SEEK_END);
+    off_t const size = lseek(m_file.number(), 0, SEEK_END);
     m_incomplete.clear();
     m_inLine = size > backlog;
     m_position = m_inLine ? size - backlog - 1 : 0; // the byte before says whether a line begins there
 }
 
 std::string LogTail::readPiece() {
-    off_t const size = lseek(m_file, 0, SEEK_END);
+    off_t const size = lseek(m_file.number(), 0, SEEK_END);
     if (size <= m_position)
         return {};
     std::string piece(std::min(static_cast<std::size_t>(size - m_position), longestPiece), '\0');
-    ssize_t const count = pread(m_file, piece.data(), piece.size(), m_position);
+    ssize_t const count = pread(m_file.number(), piece.data(), piece.size(), m_position);
     piece.resize(count > 0 ? static_cast<std::size_t>(count) : 0);
     m_position += static_cast<off_t>(piece.size());
     if (m_inLine && !piece.empty())

@@ -1,6 +1,8 @@
 // Follows a text file that others append to.
 #pragma once
 
+#include "base/descriptor.h"
+
 #include <wx/string.h>
 
 #include <string>
@@ -26,9 +28,6 @@ public:
 
     /// `path` in the file system's encoding. Nothing is opened yet.
     explicit LogTail(std::string path);
-    ~LogTail();
-    LogTail(LogTail const&) = delete;
-    LogTail& operator=(LogTail const&) = delete;
 
     /// What is new since the last call; the begin of it when that is much, and the rest with the next calls.
     /// Never waits: a file that cannot be read gives nothing.
@@ -38,13 +37,12 @@ private:
     bool beginAnew();
     bool isCurrent() const;
     bool open();
-    void close();
     void begin();
     std::string readPiece();
     void skipToLine(std::string& piece);
 
     std::string m_path;
-    int m_file = -1; // held open, so that no other file can have its number
+    Descriptor m_file; // held open, so that no other file can have its number
     off_t m_position = 0;
     bool m_inLine = false;    // the first piece begins within a line
     std::string m_incomplete; // the bytes of a character that has not come whole

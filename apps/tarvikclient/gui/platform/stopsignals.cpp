@@ -2,37 +2,31 @@
 
 #include "base/log.h"
 
-#include <fcntl.h>
-#include <unistd.h>
-
 #include <atomic>
-#include <cerrno>
+#include <system_error>
 
 namespace quillon {
 
 namespace {
 
-std::atomic<int> g_writeEnd{-1};
+std::atomic<SelfPipe*> g_pipe{nullptr};
 
 extern "C" void onStopSignal(int) {
-    int const savedErrno = errno;
-    [[maybe_unused]] ssize_t const written = write(g_writeEnd, "", 1);
-    errno = savedErrno;
+    if (SelfPipe* const pipe = g_pipe)
+        pipe->wake();
 }
 
 } // namespace
 
 StopSignals::StopSignals(std::function<void()> onStop) : m_onStop(std::move(onStop)) {
-    if (pipe(m_ends) != 0) {
+    try {
+        m_pipe.emplace();
+    } catch (std::system_error const&) {
         log(ERROR, "StopSignals", "StopSignals", "no pipe: a signal ends the program at once");
         return;
     }
-    for (int const end : m_ends) {
-        fcntl(end, F_SETFD, FD_CLOEXEC);
-        fcntl(end, F_SETFL, O_NONBLOCK);
-    }
-    m_source = wxEventLoopBase::AddSourceForFD(m_ends[0], this, wxEVENT_SOURCE_INPUT);
-    g_writeEnd = m_ends[1];
+    m_source.reset(wxEventLoopBase::AddSourceForFD(m_pipe->readEnd(), this, wxEVENT_SOURCE_INPUT));
+    g_pipe = &*m_pipe;
     take();
 }
 
@@ -51,19 +45,15 @@ void StopSignals::take() {
 }
 
 StopSignals::~StopSignals() {
-    if (m_ends[0] < 0)
+    if (!m_pipe)
         return;
     for (std::size_t i = 0; i < std::size(signals); ++i)
         sigaction(signals[i], &m_before[i], nullptr);
-    g_writeEnd = -1;
-    delete m_source;
-    for (int const end : m_ends)
-        close(end);
+    g_pipe = nullptr;
 }
 
 void StopSignals::OnReadWaiting() {
-    char bytes[std::size(signals)];
-    if (read(m_ends[0], bytes, sizeof bytes) > 0)
+    if (m_pipe->take())
         m_onStop();
 }
 

@@ -1,12 +1,16 @@
 // Signals that ask the program to end.
 #pragma once
 
+#include "base/selfpipe.h"
+
 #include <wx/evtloop.h>
 #include <wx/evtloopsrc.h>
 
 #include <csignal>
 #include <functional>
 #include <iterator>
+#include <memory>
+#include <optional>
 
 namespace quillon {
 
@@ -32,8 +36,8 @@ private:
     void take();
 
     std::function<void()> m_onStop;
-    int m_ends[2] = {-1, -1};
-    wxEventLoopSource* m_source = nullptr;
+    std::optional<SelfPipe> m_pipe;
+    std::unique_ptr<wxEventLoopSource> m_source;
     struct sigaction m_before[std::size(signals)]{};
 };
 
