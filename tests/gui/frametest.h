@@ -5,7 +5,6 @@
 #include "gui/windowtest.h"
 #include "support/temporarydirectory.h"
 #include "tarvikclient/gui/mainframe.h"
-#include "tarvikclient/gui/model/wxconversion.h"
 
 #include <gtest/gtest.h>
 #include <wx/weakref.h>

@@ -67,7 +67,7 @@ TarvikMainFrame::~TarvikMainFrame() {
 }
 
 void TarvikMainFrame::start(wxString const& url) {
-    client->run(wxToQuillonString(url));
+    start(wxToQuillonString(url));
 }
 
 void TarvikMainFrame::stop() {

@@ -24,6 +24,8 @@ public:
     ~TarvikMainFrame() override;
 
     /// Runs the client with the launch URL. Nothing happens while a session runs.
+    void start(String const& url) { client->run(url); }
+    /// The URL as the C library's encoding expresses it.
     void start(wxString const& url);
     /// The user wants out: ends the session, then the application. Open dialogs are cancelled. Whatever the
     /// session does, the frame is gone after Quitting's times at the latest.

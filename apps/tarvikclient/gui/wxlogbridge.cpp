@@ -6,9 +6,7 @@
 namespace quillon {
 
 void WxLogBridge::DoLogRecord(wxLogLevel level, wxString const& text, wxLogRecordInfo const&) {
-    wxScopedCharBuffer const utf8 = text.utf8_str();
-    log(level <= wxLOG_Error ? ERROR : DEBUG, "wxWidgets", "log",
-        String::copyOf({utf8.data(), utf8.length()}));
+    log(level <= wxLOG_Error ? ERROR : DEBUG, "wxWidgets", "log", wxToUtf8(text));
 }
 
 } // namespace quillon
