@@ -14,8 +14,8 @@ public:
 
     /// Readable as long as there are wake-ups that have not been taken.
     int readEnd() const noexcept { return m_read.number(); }
-    /// Any thread; safe in a signal handler, and leaves errno alone. Never waits: in a pipe that is full there
-    /// are wake-ups enough.
+    /// Any thread; safe in a signal handler, and leaves errno alone. Never waits: in a pipe that is full
+    /// there are wake-ups enough.
     void wake() noexcept;
     /// Takes all wake-ups; false when there is none. One thread.
     bool take() noexcept;

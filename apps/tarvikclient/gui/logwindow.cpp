@@ -3,6 +3,7 @@
 #include "base/log.h"
 #include "tarvikclient/gui/dialoglayout.h"
 #include "tarvikclient/gui/model/logtail.h"
+#include "tarvikclient/gui/model/privatetext.h"
 
 #include <wx/button.h>
 #include <wx/clipbrd.h>
@@ -20,7 +21,6 @@
 #include <wx/utils.h>
 
 #include <algorithm>
-#include <filesystem>
 #include <utility>
 
 namespace quillon {
@@ -249,7 +249,8 @@ void LogWindow::copy() {
     wxClipboardLocker const clipboard;
     if (!clipboard)
         return;
-    wxTheClipboard->SetData(new wxTextDataObject(selection.empty() ? m_text->GetValue() : selection));
+    std::string const text = (selection.empty() ? m_text->GetValue() : selection).utf8_string();
+    wxTheClipboard->SetData(new wxTextDataObject(wxString::FromUTF8(privateText(text, Person::current()))));
 }
 
 void LogWindow::save() {
@@ -273,9 +274,8 @@ bool LogWindow::mayReplace(wxString const& destination) {
 
 void LogWindow::saveAs(wxString const& destination) {
     wxBusyCursor const busy;
-    std::error_code error;
-    std::filesystem::copy_file(std::string(m_path.fn_str()), std::string(destination.fn_str()),
-                               std::filesystem::copy_options::overwrite_existing, error);
+    std::error_code const error =
+        copyPrivately(std::string(m_path.fn_str()), std::string(destination.fn_str()), Person::current());
     if (!error)
         return;
     log(ERROR, "LogWindow", "saveAs", "Can not save the log: " + String::copyOf(error.message()));
