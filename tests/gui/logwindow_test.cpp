@@ -177,7 +177,7 @@ TEST_F(LogWindow, saves_the_whole_file_and_tells_when_it_cannot) {
     std::string const logged = test::readFile(path), saved = "~" + logged.substr(home.size());
     for (Texts const& asked : {Texts{}, Texts{"LOGS_REPLACE"}}) {
         EXPECT_EQ(saveAs(directory.file("copy")), asked);
-        EXPECT_EQ(test::readFile(directory.file("copy")), saved);
+        EXPECT_TRUE(test::readFile(directory.file("copy")) == saved); // too long to be shown
         test::writeFile(directory.file("copy"), "old");
     }
     EXPECT_EQ(saveAs(path), (Texts{"LOGS_REPLACE", "LOGS_NOT_SAVED"}));

@@ -20,8 +20,8 @@ constexpr std::string_view blanks = " \t";
 constexpr std::string_view quotes = "\"'";
 
 /// A key with one of these in it, in whatever letters, has a secret behind it.
-constexpr std::string_view secretKeys[] = {"tarvik-id", "ticket", "password", "passwd", "cookie",
-                                           "authorization"};
+constexpr std::string_view secretKeys[] = {"tarvik-id", "ticket", "password",
+                                           "passwd",    "cookie", "authorization"};
 
 /// ASCII letters in any case.
 bool isSame(char a, char b) {
