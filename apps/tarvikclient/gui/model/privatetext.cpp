@@ -219,7 +219,7 @@ std::error_code copyPrivately(std::string const& from, std::string const& to, Pe
     for (std::string line; destination && std::getline(source, line);)
         destination << privateLine(line, person) << (source.eof() ? "" : "\n");
     destination.close();
-    return destination ? std::error_code() : lastError();
+    return destination && !source.bad() ? std::error_code() : lastError();
 }
 
 } // namespace quillon
