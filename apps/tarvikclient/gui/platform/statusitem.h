@@ -35,7 +35,7 @@ public:
     using MenuMaker = std::function<std::unique_ptr<wxMenu>()>;
 
     /// `makeMenu` is called whenever the item is put on the bus; what is chosen from its menu is queued for
-    /// `target` as wxEVT_MENU. Both must outlive the item.
+    /// `target` as wxEVT_MENU. `target` must outlive the item.
     StatusItem(MenuMaker makeMenu, wxEvtHandler& target);
     ~StatusItem();
     StatusItem(StatusItem const&) = delete;
