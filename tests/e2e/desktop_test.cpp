@@ -184,14 +184,21 @@ TEST_F(Desktop, a_signal_ends_it_with_the_settings_over_the_error) {
     EXPECT_EQ(client.wait(), 0) << client.errors();
 }
 
-TEST_F(Desktop, without_a_url_it_idles_until_one_is_handed_over) {
+TEST_F(Desktop, asks_for_the_bytes_of_its_url_also_of_one_that_it_is_handed_while_it_idles) {
+    // The scheme is not looked at, and the path is no UTF-8.
+    std::string const url = "other://ticket@" + site().authority() + "/caf\xE9?lang=en";
     ChildProcess idle({program}, {{"HOME", site().home()}});
     ASSERT_TRUE(idle.awaitOutput("TARVIK_ENABLE_COREDUMPS"));
-    ChildProcess second =
-        start("other" + refusedUrl.substr(refusedUrl.find(':'))); // the scheme is not looked at
+    ChildProcess second = start(url);
     EXPECT_EQ(second.wait(), 0);
-    ASSERT_TRUE(ui.click({button, text("Quit")}));
+    ASSERT_TRUE(ui.click({button, text("&Quit")})) << ui.describe();
     EXPECT_EQ(idle.wait(), 0) << idle.errors();
+    EXPECT_EQ(site().requests(" /caf%E9?"), 1u);
+    ChildProcess first = start(url);
+    ASSERT_TRUE(ui.click({button, text("&Quit")})) << ui.describe();
+    EXPECT_EQ(first.wait(), 0) << first.errors();
+    ChildProcess({TEST_PROGRAMS "/tarvikclient-cli", url}, {{"HOME", site().home()}}).wait();
+    EXPECT_EQ(site().requests(" /caf%E9?"), 3u);
 }
 
 /// Under a policy that asks about each gateway.

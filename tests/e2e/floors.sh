@@ -72,10 +72,37 @@ alone 'json/' libs/json
 alone 'archive' libs/zlib
 alone '(wx|gtk|gdk|gio|glib)[/.-]' apps/tarvikclient/gui
 
+# only FOLDER REGEX WHAT: every include under FOLDER, as <x> or "x", matches.
+only() {
+  if grep -rnE '^#include ' --include='*.h' --include='*.cpp' "$1" | grep -vE "#include ($2)"; then
+    echo "^ in $1, $3"
+    code=1
+  fi
+}
+client='"tarvikclient/[^/]*"|"(base|xml|json|http|curl|openssl|zlib)/'
 # The client knows no screen.
-if grep -rn '#include "tarvikclient/gui/' --include='*.h' --include='*.cpp' apps/tarvikclient |
-    grep -v '^apps/tarvikclient/gui/'; then
-  echo "^ these includes climb to the desktop program"
+only apps/tarvikclient/cli '"tarvikclient/cli/|'"$client"'|"tarvik/|<' 'these includes climb to another program'
+if grep -rnE '#include "tarvikclient/(gui|cli)/' --include='*.h' --include='*.cpp' apps/tarvikclient/*.*; then
+  echo "^ these includes climb to a program"
+  code=1
+fi
+
+# The three rooms of the desktop program: what is decided without a window, what differs from desktop to desktop, and
+# the windows, which know both. The first lists what it may take of the system and of wxWidgets, and that is no window.
+gui=apps/tarvikclient/gui
+system='<[a-z_]+>|<(fcntl|langinfo|pwd|unistd|sys/(stat|types))\.h>'
+windowless='<wx/(arrstr|defs|dynarray|intl|log|regex|strconv|string|translation|utils|xlocale)\.h>'
+only $gui/model "\"tarvikclient/gui/model/|$client|$system|$windowless" 'these includes need a window or another room'
+only $gui/platform "\"tarvikclient/gui/platform/|$client|<" 'these includes climb to the windows or to the model'
+only $gui "\"tarvikclient/gui/|$client|<" 'these includes go to another program'
+
+# units FOLDER: each include there between two of its units, as a pair; NAME.h, NAME.cpp and NAME_SYSTEM.cpp are one.
+units() {
+  grep -roE '^#include "[^"]+"' --include='*.h' --include='*.cpp' "$1" | sed -nE \
+    "s#^apps/(.*)\.(h|cpp):.include \"(${1#apps/}/.*)\.h\"#\1 \3#p" | sed -E 's#_(linux|mac) # #'
+}
+if ! units $gui | awk '$1 != $2' | tsort >/dev/null; then
+  echo "^ these units of $gui know one another in a circle"
   code=1
 fi
 exit $code

@@ -33,6 +33,14 @@ std::string Site::url(std::string const& kind) const {
     return {};
 }
 
+std::size_t Site::requests(std::string const& path) const {
+    std::string const log = m_gateway->errors();
+    std::size_t count = 0;
+    for (auto at = log.find(path); at != log.npos; at = log.find(path, at + 1))
+        ++count;
+    return count;
+}
+
 void Site::trust(std::string const& authority) const {
     std::filesystem::create_directories(home() + "/.Tarvik");
     std::filesystem::permissions(home() + "/.Tarvik", std::filesystem::perms(0755)); // see awaitClient()

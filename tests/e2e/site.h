@@ -20,6 +20,8 @@ public:
     std::string authority() const;
     /// One of the URLs that the gateway prints.
     std::string url(std::string const& kind) const;
+    /// How many requests the gateway has had for a path, as it was asked for.
+    std::size_t requests(std::string const& path) const;
     /// Writes settings that trust this gateway alone.
     void trust(std::string const& authority) const;
     /// The contents of a module's log, by its path under the data directory.

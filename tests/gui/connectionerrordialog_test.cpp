@@ -1,6 +1,6 @@
 #include "gui/windowtest.h"
 #include "tarvikclient/gui/connectionerrordialog.h"
-#include "tarvikclient/gui/language.h"
+#include "tarvikclient/gui/model/language.h"
 
 #include <gtest/gtest.h>
 #include <wx/app.h>

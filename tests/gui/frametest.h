@@ -4,7 +4,6 @@
 #include "client/fakegateway.h"
 #include "gui/windowtest.h"
 #include "support/temporarydirectory.h"
-#include "tarvikclient/gui/conversion.h"
 #include "tarvikclient/gui/mainframe.h"
 
 #include <gtest/gtest.h>

@@ -2,7 +2,7 @@
 #include "gui/frametest.h"
 #include "support/testpolicy.h"
 #include "tarvikclient/gui/gatewaydialog.h"
-#include "tarvikclient/gui/language.h"
+#include "tarvikclient/gui/model/language.h"
 
 #include <wx/app.h>
 #include <wx/stattext.h>
@@ -40,7 +40,7 @@ protected:
     }
     void start() {
         makeFrame();
-        frame->start(quillonToWxString(gateway.launchUrl()));
+        frame->start(gateway.launchUrl());
     }
     /// Starts a session, does this to the window that asks, and says whether the gateway is then asked.
     bool asksAfter(std::function<void(wxDialog&)> act) {

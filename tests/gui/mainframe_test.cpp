@@ -35,7 +35,7 @@ protected:
     /// Starts a session and awaits its first request.
     void start() {
         auto const before = gateway.server().requests().size();
-        frame->start(quillonToWxString(gateway.launchUrl()));
+        frame->start(gateway.launchUrl());
         ASSERT_TRUE(gateway.server().awaitRequests(before + 1));
     }
     TarvikClientNotificationPanel* panel() {
@@ -61,7 +61,7 @@ protected:
 TEST_F(MainFrame, a_connection_error_closed_from_its_title_bar_changes_nothing) {
     bool closed = false;
     whenModal([&](wxDialog& dialog) { closed = dialog.Close(); });
-    frame->start("tarvik://me@127.0.0.1:1/start"); // refused
+    frame->start(String("tarvik://me@127.0.0.1:1/start")); // refused
     ASSERT_TRUE(eventually([&] { return closed && !openModalDialog(); }));
     EXPECT_FALSE(goes(0.5));
     frame->stop();

@@ -4,7 +4,8 @@
 #include "gui/traymanager.h"
 #include "gui/windowtest.h"
 #include "support/logcapture.h"
-#include "tarvikclient/gui/desktop.h"
+#include "tarvikclient/gui/model/menuentries.h"
+#include "tarvikclient/gui/platform/desktopnotification.h"
 #include "tarvikclient/gui/systray.h"
 
 #include <gtest/gtest.h>
@@ -49,7 +50,7 @@ protected:
     StatusDesktop() {
         icon.Bind(wxEVT_MENU, [this](wxCommandEvent& event) {
             chosen.push_back(event.GetId());
-            event.Skip(); // without a main frame the icon's own handlers do nothing
+            event.Skip(); // without commands the icon's own handlers do nothing
         });
     }
 
@@ -65,30 +66,6 @@ protected:
 };
 
 } // namespace
-
-TEST(StatusArea, the_best_rung_on_offer_is_taken_and_only_changes_are_told) {
-    struct Step {
-        char const* what;
-        void (*happens)(StatusRungChoice&);
-        std::vector<StatusRung> takenSoFar;
-    };
-    Step const steps[] = {
-        {"a tray while the bus is silent", [](auto& c) { c.setTray(true); }, {}},
-        {"the bus stays silent", [](auto& c) { c.stopWaiting(); }, {tray}},
-        {"it answers at last: no watcher", [](auto& c) { c.setWatcher(false); }, {tray}},
-        {"a watcher comes", [](auto& c) { c.setWatcher(true); }, {tray, item}},
-        {"the tray goes, unused", [](auto& c) { c.setTray(false); }, {tray, item}},
-        {"the watcher goes", [](auto& c) { c.setWatcher(false); }, {tray, item, none}},
-        {"a tray comes", [](auto& c) { c.setTray(true); }, {tray, item, none, tray}},
-        {"the wait ends late", [](auto& c) { c.stopWaiting(); }, {tray, item, none, tray}},
-    };
-    std::vector<StatusRung> taken;
-    StatusRungChoice choice([&](StatusRung rung) { taken.push_back(rung); });
-    for (Step const& step : steps) {
-        step.happens(choice);
-        EXPECT_EQ(taken, step.takenSoFar) << step.what;
-    }
-}
 
 TEST_F(StatusAreaTest, a_bare_desktop_is_recognised_at_once_and_leaves_the_menu_to_the_panel) {
     area.show();
@@ -118,7 +95,7 @@ TEST_F(StatusDesktop, a_watcher_is_given_the_item_with_its_menu) {
     watcher.click("_Quit");
     watcher.click("MENU__SETTINGS");
     EXPECT_TRUE(eventually([&] { return chosen.size() == 2; }));
-    EXPECT_EQ(chosen, (std::vector<int>{wxID_EXIT, TarvikSystrayIcon::menuSettings}));
+    EXPECT_EQ(chosen, (std::vector<int>{wxID_EXIT, menuSettings}));
     whenModal([&](wxDialog& open) {
         watcher.click("_Quit");
         EXPECT_TRUE(eventually([&] { return chosen.size() == 3; })) << "unheard while a dialog is open";
@@ -187,7 +164,7 @@ TEST_F(StatusDesktop, a_left_click_in_the_tray_pops_the_menu_up) {
     manager.pointAtIcon();
     user.MouseClick();
     EXPECT_TRUE(eventually([&] { return !chosen.empty(); }));
-    EXPECT_EQ(chosen, std::vector<int>{TarvikSystrayIcon::menuSettings});
+    EXPECT_EQ(chosen, std::vector<int>{menuSettings});
 }
 
 TEST_F(StatusDesktop, a_bus_that_hangs_holds_nothing_up) {

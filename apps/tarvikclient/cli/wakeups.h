@@ -1,6 +1,8 @@
 // What wakes the program's main thread: signals, and news from the client thread.
 #pragma once
 
+#include "base/selfpipe.h"
+
 #include <atomic>
 
 namespace quillon::cli {
@@ -8,9 +10,9 @@ namespace quillon::cli {
 /// Why the main thread was woken.
 enum class Wakeup { stop, hangUp, news };
 
-/// A pipe into which signal handlers and the client thread write one byte for each reason, and which the main
-/// thread reads. One object per process, made before the client and never destroyed: a handler may be at work
-/// on any thread while the process ends.
+/// Signal handlers and the client thread post reasons, and the main thread waits for them. One object per
+/// process, made before the client and never destroyed: a handler may be at work on any thread while the
+/// process ends.
 class Wakeups {
 public:
     /// Takes over SIGINT and SIGTERM (stop) and SIGHUP (hangUp). Throws std::system_error without a pipe.
@@ -25,7 +27,7 @@ public:
     Wakeup wait();
 
 private:
-    int m_ends[2];
+    SelfPipe m_pipe;
     // Apart from the pipe, which may be full.
     std::atomic<bool> m_stop{false};
     std::atomic<bool> m_hangUp{false};

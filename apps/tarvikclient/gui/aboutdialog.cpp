@@ -1,7 +1,7 @@
 #include "tarvikclient/gui/aboutdialog.h"
 
 #include "tarvikclient/client.h"
-#include "tarvikclient/gui/windows.h"
+#include "tarvikclient/gui/dialoglayout.h"
 
 #include <wx/sizer.h>
 #include <wx/stattext.h>

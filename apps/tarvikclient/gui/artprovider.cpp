@@ -142,4 +142,10 @@ wxIconBundle TarvikClientArtProvider::CreateIconBundle(wxArtID const& id, wxArtC
     return bundle;
 }
 
+wxIconBundle programIcons() {
+    if (!wxArtProvider::GetBitmap(logo, wxART_MESSAGE_BOX).IsOk())
+        return wxIconBundle();
+    return wxArtProvider::GetIconBundle(logo, wxART_OTHER);
+}
+
 } // namespace quillon

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <wx/artprov.h>
+#include <wx/iconbndl.h>
 
 namespace quillon {
 
@@ -20,5 +21,9 @@ protected:
     wxBitmap CreateBitmap(wxArtID const& id, wxArtClient const& client, wxSize const& size) override;
     wxIconBundle CreateIconBundle(wxArtID const& id, wxArtClient const& client) override;
 };
+
+/// The icons of the program's windows; none where no provider has them, which the toolkit would complain of
+/// in a message box. Interface thread only.
+wxIconBundle programIcons();
 
 } // namespace quillon

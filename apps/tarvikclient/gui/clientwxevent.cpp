@@ -1,7 +1,7 @@
 #include "tarvikclient/gui/clientwxevent.h"
 
 #include "curl/requestinfo.h"
-#include "tarvikclient/gui/conversion.h"
+#include "tarvikclient/gui/model/wxconversion.h"
 
 namespace quillon {
 

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "tarvikclient/gui/guielements.h"
-#include "tarvikclient/gui/settingsedit.h"
+#include "tarvikclient/gui/model/settingsedit.h"
 
 namespace quillon {
 

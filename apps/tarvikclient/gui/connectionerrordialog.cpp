@@ -1,6 +1,6 @@
 #include "tarvikclient/gui/connectionerrordialog.h"
 
-#include "tarvikclient/gui/windows.h"
+#include "tarvikclient/gui/dialoglayout.h"
 
 #include <wx/dcclient.h>
 #include <wx/intl.h>

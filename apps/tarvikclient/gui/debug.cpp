@@ -1,5 +1,7 @@
 #include "tarvikclient/gui/debug.h"
 
+#include "tarvikclient/gui/dialoglayout.h"
+
 #include <wx/dialog.h>
 #include <wx/sizer.h>
 #include <wx/textctrl.h>
@@ -17,11 +19,13 @@ wxString describeParameters(int argc, char** argv) {
 void showParameters(int argc, char** argv) {
     wxDialog dialog(nullptr, wxID_ANY, "DEBUG", wxDefaultPosition, wxDefaultSize,
                     wxDEFAULT_DIALOG_STYLE | wxRESIZE_BORDER);
+    Distances const space(dialog);
     auto* const sizer = new wxBoxSizer(wxVERTICAL);
     sizer->Add(new wxTextCtrl(&dialog, wxID_ANY, describeParameters(argc, argv), wxDefaultPosition,
-                              wxSize(480, 240), wxTE_MULTILINE | wxTE_READONLY),
-               1, wxEXPAND | wxALL, 10);
-    sizer->Add(dialog.CreateStdDialogButtonSizer(wxOK), 0, wxEXPAND | wxLEFT | wxRIGHT | wxBOTTOM, 10);
+                              dialog.FromDIP(wxSize(480, 240)), wxTE_MULTILINE | wxTE_READONLY),
+               1, wxEXPAND | wxALL, space.margin);
+    sizer->Add(dialog.CreateStdDialogButtonSizer(wxOK), 0, wxEXPAND | wxLEFT | wxRIGHT | wxBOTTOM,
+               space.margin);
     dialog.SetSizerAndFit(sizer);
     dialog.ShowModal();
 }

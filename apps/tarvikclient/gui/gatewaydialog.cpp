@@ -1,7 +1,8 @@
 #include "tarvikclient/gui/gatewaydialog.h"
 
-#include "tarvikclient/gui/conversion.h"
-#include "tarvikclient/gui/windows.h"
+#include "tarvikclient/gui/artprovider.h"
+#include "tarvikclient/gui/dialoglayout.h"
+#include "tarvikclient/gui/model/wxconversion.h"
 #include "tarvikclient/policyrules.h"
 
 #include <wx/artprov.h>
@@ -15,8 +16,6 @@ namespace quillon {
 
 namespace {
 
-constexpr int margin = 12;
-constexpr int gap = 8;
 constexpr int widthInCharacters = 56;
 constexpr std::size_t longestPiece = 44;
 
@@ -39,6 +38,7 @@ TarvikClientGatewayDialog::TarvikClientGatewayDialog(wxWindow* parent, http::Hos
     : wxDialog(parent, wxID_ANY, _("TarvikClient"), wxDefaultPosition, wxDefaultSize,
                wxDEFAULT_DIALOG_STYLE) {
     SetIcons(programIcons());
+    Distances const space(*this);
     auto* const texts = new wxBoxSizer(wxVERTICAL);
     // TRANSLATORS: {gateway} is the name of the gateway's host.
     addText(*texts, withName(_("GATEWAY_QUESTION"), quillonToWxString(gateway.toString(gatewayPort))), true);
@@ -51,16 +51,16 @@ TarvikClientGatewayDialog::TarvikClientGatewayDialog(wxWindow* parent, http::Hos
     auto* const question = new wxBoxSizer(wxHORIZONTAL);
     question->Add(
         new wxStaticBitmap(this, wxID_ANY, wxArtProvider::GetBitmap(wxART_QUESTION, wxART_CMN_DIALOG)), 0,
-        wxRIGHT, margin);
+        wxRIGHT, space.margin);
     question->Add(texts, 1);
     auto* const buttons = new wxBoxSizer(wxHORIZONTAL);
     buttons->AddStretchSpacer();
-    buttons->Add(new wxButton(this, wxID_YES), 0, wxRIGHT, gap);
+    buttons->Add(new wxButton(this, wxID_YES), 0, wxRIGHT, space.gap);
     auto* const no = new wxButton(this, wxID_NO);
     buttons->Add(no);
     auto* const rows = new wxBoxSizer(wxVERTICAL);
-    rows->Add(question, 1, wxEXPAND | wxALL, margin);
-    rows->Add(buttons, 0, wxEXPAND | wxLEFT | wxRIGHT | wxBOTTOM, margin);
+    rows->Add(question, 1, wxEXPAND | wxALL, space.margin);
+    rows->Add(buttons, 0, wxEXPAND | wxLEFT | wxRIGHT | wxBOTTOM, space.margin);
     no->SetDefault();
     no->SetFocus();
     SetAffirmativeId(wxID_YES);
@@ -75,7 +75,7 @@ void TarvikClientGatewayDialog::addText(wxSizer& rows, wxString const& text, boo
         control->SetFont(control->GetFont().Bold());
     control->SetLabelText(text);
     control->Wrap(widthInCharacters * GetCharWidth());
-    rows.Add(control, 0, wxBOTTOM, gap);
+    rows.Add(control, 0, wxBOTTOM, Distances(*this).gap);
 }
 
 } // namespace quillon

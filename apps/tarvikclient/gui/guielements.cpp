@@ -1,6 +1,7 @@
 #include "tarvikclient/gui/guielements.h"
 
-#include "tarvikclient/gui/windows.h"
+#include "tarvikclient/gui/artprovider.h"
+#include "tarvikclient/gui/dialoglayout.h"
 
 #include <wx/artprov.h>
 #include <wx/button.h>
@@ -17,9 +18,6 @@ namespace quillon {
 
 namespace {
 
-constexpr int margin = 12;
-constexpr int gap = 8;
-
 wxStaticText* addText(wxWindow* parent, wxSizer* sizer, wxString const& text, int flags, int border) {
     auto* const control = new wxStaticText(parent, wxID_ANY, text);
     sizer->Add(control, 0, flags, border);
@@ -31,34 +29,35 @@ wxStaticText* addText(wxWindow* parent, wxSizer* sizer, wxString const& text, in
 ConnectionErrorDialog::ConnectionErrorDialog(wxWindow* parent, wxString const& title)
     : wxDialog(parent, wxID_ANY, title, wxDefaultPosition, wxDefaultSize, wxDEFAULT_DIALOG_STYLE) {
     SetIcons(programIcons());
+    Distances const space(*this);
     auto* const rows = new wxBoxSizer(wxVERTICAL);
 
     auto* const heading = new wxBoxSizer(wxHORIZONTAL);
     heading->Add(
         new wxStaticBitmap(this, wxID_ANY, wxArtProvider::GetBitmap(wxART_WARNING, wxART_CMN_DIALOG)), 0,
-        wxALIGN_CENTER_VERTICAL | wxRIGHT, margin);
+        wxALIGN_CENTER_VERTICAL | wxRIGHT, space.margin);
     // TRANSLATORS: {gateway} is the name of the gateway's host.
     errorHeading = addText(this, heading, _("CONNECTION_ERROR"), wxALIGN_CENTER_VERTICAL, 0);
     errorHeading->SetFont(errorHeading->GetFont().Bold());
-    rows->Add(heading, 0, wxEXPAND | wxALL, margin);
+    rows->Add(heading, 0, wxEXPAND | wxALL, space.margin);
 
-    addText(this, rows, _("Details:"), wxLEFT | wxRIGHT, margin);
-    rows->AddSpacer(gap / 2);
+    addText(this, rows, _("Details:"), wxLEFT | wxRIGHT, space.margin);
+    rows->AddSpacer(space.gap / 2);
     detailsArea = new wxScrolledWindow(this, wxID_ANY, wxDefaultPosition, wxDefaultSize, wxBORDER_SIMPLE);
     auto* const details = new wxBoxSizer(wxVERTICAL);
-    errorDetails = addText(detailsArea, details, wxString(), wxALL, gap);
+    errorDetails = addText(detailsArea, details, wxString(), wxALL, space.gap);
     detailsArea->SetSizer(details);
-    rows->Add(detailsArea, 1, wxEXPAND | wxLEFT | wxRIGHT, margin);
+    rows->Add(detailsArea, 1, wxEXPAND | wxLEFT | wxRIGHT, space.margin);
 
     auto* const buttons = new wxBoxSizer(wxHORIZONTAL);
     buttons->Add(new wxButton(this, settingsButtonId, _("Settings")));
-    buttons->AddSpacer(3 * margin);
+    buttons->AddSpacer(3 * space.margin);
     buttons->AddStretchSpacer();
     auto* const retry = new wxButton(this, wxID_ANY, _("Retry"));
-    buttons->Add(retry, 0, wxRIGHT, gap);
+    buttons->Add(retry, 0, wxRIGHT, space.gap);
     auto* const quit = new wxButton(this, wxID_EXIT, _("Quit"));
     buttons->Add(quit);
-    rows->Add(buttons, 0, wxEXPAND | wxALL, margin);
+    rows->Add(buttons, 0, wxEXPAND | wxALL, space.margin);
     retry->SetDefault();
     retry->SetFocus();
     SetSizerAndFit(rows);
@@ -85,23 +84,24 @@ AboutDialog::AboutDialog(wxWindow* parent)
     : wxDialog(parent, wxID_ANY, _("TarvikClient"), wxDefaultPosition, wxDefaultSize,
                wxDEFAULT_DIALOG_STYLE) {
     SetIcons(programIcons());
+    Distances const space(*this);
     auto* const rows = new wxBoxSizer(wxVERTICAL);
     rows->Add(new wxStaticBitmap(this, wxID_ANY, wxArtProvider::GetBitmap("tarvik-logo", wxART_MESSAGE_BOX)),
               0, wxALIGN_CENTER);
-    auto* const name = addText(this, rows, _("TarvikClient"), wxALIGN_CENTER | wxTOP, margin);
+    auto* const name = addText(this, rows, _("TarvikClient"), wxALIGN_CENTER | wxTOP, space.margin);
     name->SetFont(wxFont(23, wxFONTFAMILY_DEFAULT, wxFONTSTYLE_NORMAL, wxFONTWEIGHT_NORMAL));
-    version = addText(this, rows, _("0.0.0.0"), wxALIGN_CENTER | wxTOP, gap / 2);
+    version = addText(this, rows, _("0.0.0.0"), wxALIGN_CENTER | wxTOP, space.gap / 2);
     auto* const line = new wxStaticText(this, wxID_ANY, _("ABOUT_LINE"), wxDefaultPosition, wxDefaultSize,
                                         wxALIGN_CENTRE_HORIZONTAL);
-    rows->Add(line, 0, wxALIGN_CENTER | wxTOP, 2 * margin);
+    rows->Add(line, 0, wxALIGN_CENTER | wxTOP, 2 * space.margin);
     line->Wrap(48 * GetCharWidth());
     auto* const close = new wxButton(this, wxID_CLOSE);
-    rows->Add(close, 0, wxALIGN_CENTER | wxTOP, 2 * margin);
+    rows->Add(close, 0, wxALIGN_CENTER | wxTOP, 2 * space.margin);
     close->SetDefault();
     close->SetFocus();
     SetEscapeId(wxID_CLOSE);
     auto* const outer = new wxBoxSizer(wxVERTICAL);
-    outer->Add(rows, 1, wxEXPAND | wxALL, 2 * margin);
+    outer->Add(rows, 1, wxEXPAND | wxALL, 2 * space.margin);
     SetSizerAndFit(outer);
     close->Bind(wxEVT_BUTTON, &AboutDialog::onClose, this);
 }

@@ -1,6 +1,7 @@
 #include "tarvikclient/gui/guielements.h"
 
-#include "tarvikclient/gui/windows.h"
+#include "tarvikclient/gui/artprovider.h"
+#include "tarvikclient/gui/dialoglayout.h"
 
 #include <wx/artprov.h>
 #include <wx/button.h>
@@ -17,8 +18,6 @@ namespace quillon {
 
 namespace {
 
-constexpr int outerGap = 12;
-constexpr int innerGap = 8;
 wxSize const leastSize(418, 286);
 // Explicit, because a list would otherwise be as wide as its longest entry, and measuring them all takes
 // time.
@@ -26,26 +25,28 @@ wxSize const leastListSize(240, 130);
 // Where texts are wrapped; a label beside a field leaves room for that.
 constexpr int textWidth = 380;
 constexpr int labelWidth = 240;
+constexpr int warningWidth = 352; // beside a picture
 
 wxTextCtrl* makeField(wxWindow* parent, long style = 0) {
     auto* const field = new wxTextCtrl(parent, wxID_ANY, "", wxDefaultPosition, wxDefaultSize, style);
-    field->SetMinSize(wxSize(leastListSize.x, field->GetBestSize().y));
+    field->SetMinSize(wxSize(parent->FromDIP(leastListSize).x, field->GetBestSize().y));
     return field;
 }
 
 wxStaticText* makeWrapped(wxWindow* parent, wxString const& text, int width) {
     auto* const control = new wxStaticText(parent, wxID_ANY, text);
-    control->Wrap(width);
+    control->Wrap(parent->FromDIP(width));
     return control;
 }
 
 wxSizer* makeWarning(wxWindow* parent) {
     wxBitmap const picture = wxArtProvider::GetBitmap(wxART_WARNING, wxART_MENU);
+    Distances const space(*parent);
     auto* const row = new wxBoxSizer(wxHORIZONTAL);
     row->Add(new wxStaticBitmap(parent, wxID_ANY, picture), wxSizerFlags().Top());
-    row->AddSpacer(innerGap);
+    row->AddSpacer(space.gap);
     // TRANSLATORS: stands below the list of the domains whose certificates are not checked.
-    row->Add(makeWrapped(parent, _("SETTINGS_SSL_NOCHECK_WARNING"), textWidth - 2 * innerGap - outerGap),
+    row->Add(makeWrapped(parent, _("SETTINGS_SSL_NOCHECK_WARNING"), warningWidth),
              wxSizerFlags(1).CentreVertical());
     return row;
 }
@@ -57,12 +58,13 @@ ConfigurationDialog::ConfigurationDialog(wxWindow* parent)
     : wxDialog(parent, wxID_ANY, _("Settings"), wxDefaultPosition, wxDefaultSize,
                wxDEFAULT_DIALOG_STYLE | wxRESIZE_BORDER | (parent ? 0 : wxDIALOG_NO_PARENT)) {
     SetIcons(programIcons());
+    Distances const space(*this);
     auto* const groups = new wxBoxSizer(wxVERTICAL);
-    groups->Add(makeProxyGroup(), wxSizerFlags().Expand().Border(wxALL, outerGap));
+    groups->Add(makeProxyGroup(), wxSizerFlags().Expand().Border(wxALL, space.margin));
     groups->Add(makeCertificateGroup(),
-                wxSizerFlags(1).Expand().Border(wxLEFT | wxRIGHT | wxBOTTOM, outerGap));
+                wxSizerFlags(1).Expand().Border(wxLEFT | wxRIGHT | wxBOTTOM, space.margin));
     groups->Add(CreateStdDialogButtonSizer(wxOK | wxCANCEL),
-                wxSizerFlags().Expand().Border(wxLEFT | wxRIGHT | wxBOTTOM, outerGap));
+                wxSizerFlags().Expand().Border(wxLEFT | wxRIGHT | wxBOTTOM, space.margin));
     SetSizer(groups);
     fitToContents();
     centre(*this);
@@ -70,10 +72,11 @@ ConfigurationDialog::ConfigurationDialog(wxWindow* parent)
 }
 
 wxSizer* ConfigurationDialog::makeProxyGroup() {
+    Distances const space(*this);
     auto* const group = new wxStaticBoxSizer(wxVERTICAL, this, _("Proxy"));
     wxWindow* const box = group->GetStaticBox();
     useSystemProxy = new wxCheckBox(box, wxID_ANY, _("SETTINGS_PROXY_USE_SYSTEM_PARAMETERS"));
-    auto* const fields = new wxFlexGridSizer(2, innerGap, outerGap);
+    auto* const fields = new wxFlexGridSizer(2, space.gap, space.margin);
     fields->AddGrowableCol(1);
     // TRANSLATORS: the label of a field.
     fields->Add(makeWrapped(box, _("SETTINGS_PROXY_LOGIN"), labelWidth), wxSizerFlags().CentreVertical());
@@ -81,12 +84,13 @@ wxSizer* ConfigurationDialog::makeProxyGroup() {
     // TRANSLATORS: the label of a field.
     fields->Add(makeWrapped(box, _("SETTINGS_PROXY_PASSWORD"), labelWidth), wxSizerFlags().CentreVertical());
     fields->Add(proxyPassword = makeField(box, wxTE_PASSWORD), wxSizerFlags().Expand());
-    group->Add(useSystemProxy, wxSizerFlags().Border(wxALL, innerGap));
-    group->Add(fields, wxSizerFlags().Expand().Border(wxLEFT | wxRIGHT | wxBOTTOM, innerGap));
+    group->Add(useSystemProxy, wxSizerFlags().Border(wxALL, space.gap));
+    group->Add(fields, wxSizerFlags().Expand().Border(wxLEFT | wxRIGHT | wxBOTTOM, space.gap));
     return group;
 }
 
 wxSizer* ConfigurationDialog::makeCertificateGroup() {
+    Distances const space(*this);
     auto* const group = new wxStaticBoxSizer(wxVERTICAL, this, _("SSL"));
     wxWindow* const box = group->GetStaticBox();
     // TRANSLATORS: the label of the field for a domain and of the list below it.
@@ -95,11 +99,11 @@ wxSizer* ConfigurationDialog::makeCertificateGroup() {
     auto* const add = new wxButton(box, wxID_ADD);
     certIgnoreDomainList =
         new wxListBox(box, wxID_ANY, wxDefaultPosition, wxDefaultSize, 0, nullptr, wxLB_EXTENDED | wxLB_SORT);
-    certIgnoreDomainList->SetMinSize(leastListSize);
+    certIgnoreDomainList->SetMinSize(FromDIP(leastListSize));
     removeCertIgnoreDomainButton = new wxButton(box, wxID_REMOVE);
     removeCertIgnoreDomainButton->Disable();
 
-    auto* const columns = new wxFlexGridSizer(2, innerGap, innerGap);
+    auto* const columns = new wxFlexGridSizer(2, space.gap, space.gap);
     columns->AddGrowableCol(0);
     columns->AddGrowableRow(1);
     columns->Add(certIgnoreDomain, wxSizerFlags().Expand());
@@ -108,9 +112,9 @@ wxSizer* ConfigurationDialog::makeCertificateGroup() {
     auto* const below = new wxBoxSizer(wxVERTICAL); // keeps the button at its own height
     below->Add(removeCertIgnoreDomainButton, wxSizerFlags().Expand());
     columns->Add(below, wxSizerFlags().Expand());
-    group->Add(label, wxSizerFlags().Border(wxALL, innerGap));
-    group->Add(columns, wxSizerFlags(1).Expand().Border(wxLEFT | wxRIGHT | wxBOTTOM, innerGap));
-    group->Add(makeWarning(box), wxSizerFlags().Expand().Border(wxLEFT | wxRIGHT | wxBOTTOM, innerGap));
+    group->Add(label, wxSizerFlags().Border(wxALL, space.gap));
+    group->Add(columns, wxSizerFlags(1).Expand().Border(wxLEFT | wxRIGHT | wxBOTTOM, space.gap));
+    group->Add(makeWarning(box), wxSizerFlags().Expand().Border(wxLEFT | wxRIGHT | wxBOTTOM, space.gap));
     return group;
 }
 
@@ -124,10 +128,10 @@ void ConfigurationDialog::bindEvents() {
 void ConfigurationDialog::fitToContents() {
     GetSizer()->SetSizeHints(this);
     wxSize least = GetMinSize();
-    least.IncTo(leastSize);
+    least.IncTo(FromDIP(leastSize));
     SetMinSize(least);
     wxSize size = GetSize();
-    size.IncTo(leastSize);
+    size.IncTo(FromDIP(leastSize));
     SetSize(size);
 }
 

@@ -1,7 +1,9 @@
 #include "tarvikclient/gui/logwindow.h"
 
 #include "base/log.h"
-#include "tarvikclient/gui/logtail.h"
+#include "tarvikclient/gui/dialoglayout.h"
+#include "tarvikclient/gui/model/logtail.h"
+#include "tarvikclient/gui/model/privatetext.h"
 
 #include <wx/button.h>
 #include <wx/clipbrd.h>
@@ -19,14 +21,12 @@
 #include <wx/utils.h>
 
 #include <algorithm>
-#include <filesystem>
 #include <utility>
 
 namespace quillon {
 
 namespace {
 
-constexpr int gap = 10;
 wxSize const defaultSize(860, 540);
 constexpr int pollInterval = 500; // ms
 // In characters: the control is cut down to the second when it holds more than the first.
@@ -102,36 +102,39 @@ LogWindow::~LogWindow() {
 }
 
 void LogWindow::makeLayout() {
+    Distances const space(*this);
     auto* const panel = new wxPanel(this);
     m_text = new wxTextCtrl(panel, wxID_ANY, "", wxDefaultPosition, wxDefaultSize,
                             wxTE_MULTILINE | wxTE_READONLY | wxTE_DONTWRAP | wxTE_NOHIDESEL);
     m_text->SetFont(wxFont(m_text->GetFont().GetPointSize(), wxFONTFAMILY_TELETYPE, wxFONTSTYLE_NORMAL,
                            wxFONTWEIGHT_NORMAL));
-    m_text->SetMinSize(wxSize(300, 120));
+    m_text->SetMinSize(FromDIP(wxSize(300, 120)));
     // TRANSLATORS: stands above the empty text field.
     m_hint = new wxStaticText(panel, wxID_ANY, _("LOGS_EMPTY"));
-    m_hint->Wrap(defaultSize.x - 4 * gap);
+    m_hint->Wrap(FromDIP(defaultSize).x - 4 * space.margin);
     auto* const column = new wxBoxSizer(wxVERTICAL);
-    column->Add(m_hint, wxSizerFlags().Border(wxLEFT | wxRIGHT | wxTOP, gap));
-    column->Add(m_text, wxSizerFlags(1).Expand().Border(wxALL, gap));
-    column->Add(makeButtons(panel), wxSizerFlags().Expand().Border(wxLEFT | wxRIGHT | wxBOTTOM, gap));
+    column->Add(m_hint, wxSizerFlags().Border(wxLEFT | wxRIGHT | wxTOP, space.margin));
+    column->Add(m_text, wxSizerFlags(1).Expand().Border(wxALL, space.margin));
+    column->Add(makeButtons(panel),
+                wxSizerFlags().Expand().Border(wxLEFT | wxRIGHT | wxBOTTOM, space.margin));
     panel->SetSizer(column);
     auto* const whole = new wxBoxSizer(wxVERTICAL);
     whole->Add(panel, wxSizerFlags(1).Expand());
     SetSizer(whole);
     whole->SetSizeHints(this);
-    SetSize(defaultSize);
+    SetSize(FromDIP(defaultSize));
     CentreOnScreen();
     m_text->SetFocus();
 }
 
 wxSizer* LogWindow::makeButtons(wxWindow* parent) {
+    Distances const space(*this);
     auto* const row = new wxBoxSizer(wxHORIZONTAL);
     row->Add(m_copy = new wxButton(parent, wxID_COPY));
-    row->AddSpacer(gap);
+    row->AddSpacer(space.gap);
     row->Add(m_save = new wxButton(parent, wxID_SAVE));
     row->AddStretchSpacer();
-    row->AddSpacer(gap);
+    row->AddSpacer(space.gap);
     row->Add(new wxButton(parent, wxID_CLOSE));
     return row;
 }
@@ -246,7 +249,8 @@ void LogWindow::copy() {
     wxClipboardLocker const clipboard;
     if (!clipboard)
         return;
-    wxTheClipboard->SetData(new wxTextDataObject(selection.empty() ? m_text->GetValue() : selection));
+    std::string const text = (selection.empty() ? m_text->GetValue() : selection).utf8_string();
+    wxTheClipboard->SetData(new wxTextDataObject(wxString::FromUTF8(privateText(text, Person::current()))));
 }
 
 void LogWindow::save() {
@@ -270,9 +274,8 @@ bool LogWindow::mayReplace(wxString const& destination) {
 
 void LogWindow::saveAs(wxString const& destination) {
     wxBusyCursor const busy;
-    std::error_code error;
-    std::filesystem::copy_file(std::string(m_path.fn_str()), std::string(destination.fn_str()),
-                               std::filesystem::copy_options::overwrite_existing, error);
+    std::error_code const error =
+        copyPrivately(std::string(m_path.fn_str()), std::string(destination.fn_str()), Person::current());
     if (!error)
         return;
     log(ERROR, "LogWindow", "saveAs", "Can not save the log: " + String::copyOf(error.message()));

@@ -1,6 +1,6 @@
 // The desktop client: tarvikclient [URL].
-#include "tarvikclient/gui/desktop.h"
-#include "tarvikclient/gui/singleinstance.h"
+#include "tarvikclient/gui/platform/singleinstance.h"
+#include "tarvikclient/gui/platform/toolkitenvironment.h"
 #include "tarvikclient/gui/tarvikclientgui.h"
 
 #include "base/exception.h"

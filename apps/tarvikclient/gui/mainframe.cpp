@@ -3,15 +3,14 @@
 #include "base/console.h"
 #include "base/file.h"
 #include "tarvikclient/gui/aboutdialog.h"
+#include "tarvikclient/gui/artprovider.h"
 #include "tarvikclient/gui/configurationdialog.h"
 #include "tarvikclient/gui/connectionerrordialog.h"
-#include "tarvikclient/gui/conversion.h"
 #include "tarvikclient/gui/gatewaydialog.h"
 #include "tarvikclient/gui/logwindow.h"
+#include "tarvikclient/gui/model/wxconversion.h"
 #include "tarvikclient/gui/notificationpanel.h"
 #include "tarvikclient/gui/systray.h"
-#include "tarvikclient/gui/tarvikclientgui.h"
-#include "tarvikclient/gui/windows.h"
 
 #include <wx/dcclient.h>
 #include <wx/intl.h>
@@ -24,7 +23,6 @@ TarvikMainFrame* mainhiddenframe = nullptr;
 
 namespace {
 
-constexpr int timerMs = 100;
 constexpr int pathWidth = 600; // pixels
 
 /// The settings button of the connection-error dialog: the settings open on top of that dialog.
@@ -51,51 +49,34 @@ wxEND_EVENT_TABLE()
 #undef EVT_CLIENTNOTIFY
 
 TarvikMainFrame::TarvikMainFrame(wxWindow* parent, int id, wxString const& title)
-    : wxFrame(parent, id, title, wxDefaultPosition, wxDefaultSize, wxDEFAULT_FRAME_STYLE),
-      client(*this),
-      m_timer(this) {
+    : wxFrame(parent, id, title, wxDefaultPosition, wxDefaultSize, wxDEFAULT_FRAME_STYLE), client(*this) {
     SetIcons(programIcons());
     notificationPanel = std::make_unique<TarvikClientNotificationPanel>(this);
     Bind(wxEventTypeTag<wxThreadEvent>(EVT_TYPE_CLIENTNOTIFY), &TarvikClientNotificationPanel::onVpnStatus,
          notificationPanel.get(), CLIENTNOTIFY_VPN_STATUS);
     Bind(EVT_GATEWAY_QUESTION, &TarvikMainFrame::onGatewayQuestion, this);
-    Bind(wxEVT_TIMER, &TarvikMainFrame::onTimer, this, m_timer.GetId());
     showTaskBarIcon();
 }
 
 TarvikMainFrame::~TarvikMainFrame() {
     if (mainhiddenframe == this)
         mainhiddenframe = nullptr;
-    m_timer.Stop();
     m_statusArea.reset();
     taskBarIcon.reset();
     notificationPanel.reset();
 }
 
 void TarvikMainFrame::start(wxString const& url) {
-    client->run(wxToQuillonString(url));
+    start(wxToQuillonString(url));
 }
 
 void TarvikMainFrame::stop() {
-    if (app)
-        app->refuseUrls();
-    m_quitting.begin(std::chrono::steady_clock::now(), m_atWork);
-    m_nestedLoops.refuse();
-    m_timer.Start(timerMs);
-    endSession();
-    closeIfFree();
-}
-
-void TarvikMainFrame::stopWithoutDisplay() {
-    if (client->isRunning()) {
-        client->stop();
-        client->join(std::chrono::milliseconds(Quitting::grace).count());
-    }
+    m_leaving.begin();
 }
 
 void TarvikMainFrame::showTaskBarIcon() {
     if (!taskBarIcon)
-        taskBarIcon = std::make_unique<TarvikSystrayIcon>(wxTBI_CUSTOM_STATUSITEM);
+        taskBarIcon = std::make_unique<TarvikSystrayIcon>(wxTBI_CUSTOM_STATUSITEM, this);
     if (m_statusArea)
         return;
     m_statusArea = std::make_unique<StatusArea>(*taskBarIcon, [this](StatusRung rung) {
@@ -172,7 +153,7 @@ void TarvikMainFrame::onGatewayQuestion(wxThreadEvent& event) {
 }
 
 void TarvikMainFrame::onClientConnectError(wxThreadEvent& event) {
-    if (m_quitting.begun())
+    if (m_leaving.begun())
         return; // it failed before it could be cut off
     if (auto* const open = m_nestedLoops.find<TarvikClientConnectionErrorDialog>()) {
         open->setErrorContent(event.GetString());
@@ -200,9 +181,9 @@ int TarvikMainFrame::askAfterConnectError(wxString const& text) {
 }
 
 void TarvikMainFrame::retry() {
-    if (m_quitting.begun())
+    if (m_leaving.begun())
         return;
-    m_atWork = false;
+    m_leaving.setAtWork(false);
     if (client.restart())
         return;
     log(ERROR, "TarvikMainFrame", "retry", "The last session has not ended, so none was started");
@@ -224,7 +205,7 @@ void TarvikMainFrame::onClientStatus(wxThreadEvent& event) {
         m_statusText = _("STATUS_CONNECTED");
         break;
     case STATUS_FINISHED:
-        closeWhenFree();
+        m_leaving.sessionEnded();
         break;
     case STATUS_HOSTCHECKING:
         // TRANSLATORS: the program's state: this machine is being checked.
@@ -240,14 +221,14 @@ void TarvikMainFrame::onFatalError(wxThreadEvent&) {
 }
 
 void TarvikMainFrame::fail() {
-    if (!m_quitting.begun())
+    if (!m_leaving.begun())
         // TRANSLATORS: a message whose only button ends the program. The reason is in the log.
         showError(this, _("UNKNOWN_ERROR_HAS_OCCURED"), wxGetStockLabel(wxID_EXIT));
     stop();
 }
 
 void TarvikMainFrame::onClientDispatch(wxThreadEvent& event) {
-    m_atWork = true;
+    m_leaving.setAtWork(true);
     if (event.GetInt() == CLIENT_TYPE_HOSTCHECKER)
         hideTaskBarIcon();
 }
@@ -255,60 +236,7 @@ void TarvikMainFrame::onClientDispatch(wxThreadEvent& event) {
 void TarvikMainFrame::onClose(wxCloseEvent& event) {
     client->stop();
     hideTaskBarIcon();
-    bool const running = client->isRunning();
-    if (!m_nestedLoops.any() && !(event.CanVeto() && running)) {
-        m_nestedLoops.refuse();
-        m_timer.Stop();
-        event.Skip();
-        return;
-    }
-    // The session has to end first, or a handler to return whose windows go with the frame.
-    if (event.CanVeto())
-        event.Veto();
-    else
-        m_closing = true;
-    stop();
-}
-
-void TarvikMainFrame::onTimer(wxTimerEvent&) {
-    if (m_quitting.begun())
-        endSession();
-    closeIfFree();
-}
-
-void TarvikMainFrame::endSession() {
-    m_nestedLoops.endTop();
-    if (!client->isRunning()) {
-        m_closing = true;
-        return;
-    }
-    // Again each time: a session that was asked before it had anything to stop goes on.
-    client->stop();
-    switch (m_quitting.advance(std::chrono::steady_clock::now())) {
-    case Quitting::Step::wait:
-        break;
-    case Quitting::Step::cancel:
-        client->cancel();
-        break;
-    case Quitting::Step::abandon:
-        log(ERROR, "TarvikMainFrame", "endSession", "The session does not end; the program ends without it");
-        client.giveUp();
-        m_closing = true;
-        break;
-    }
-}
-
-void TarvikMainFrame::closeWhenFree() {
-    if (app)
-        app->refuseUrls();
-    m_closing = true;
-    m_timer.Start(timerMs);
-    closeIfFree();
-}
-
-void TarvikMainFrame::closeIfFree() {
-    if (m_closing && !m_nestedLoops.any())
-        Close(true);
+    m_leaving.answer(event);
 }
 
 } // namespace quillon

@@ -2,12 +2,12 @@
 #pragma once
 
 #include "tarvikclient/gui/clientholder.h"
+#include "tarvikclient/gui/leaving.h"
+#include "tarvikclient/gui/menucommands.h"
 #include "tarvikclient/gui/nestedloops.h"
-#include "tarvikclient/gui/quitting.h"
 #include "tarvikclient/gui/statusarea.h"
 
 #include <wx/frame.h>
-#include <wx/timer.h>
 
 namespace quillon {
 
@@ -17,26 +17,29 @@ class TarvikSystrayIcon;
 
 /// Owns the client, the status icon and the panel, and turns the client's notifications into what the user
 /// sees. Never shown itself. Interface thread only.
-class TarvikMainFrame : public wxFrame {
+class TarvikMainFrame : public wxFrame, public MenuCommands {
 public:
     /// Throws what the client's constructor throws.
     TarvikMainFrame(wxWindow* parent, int id, wxString const& title);
     ~TarvikMainFrame() override;
 
     /// Runs the client with the launch URL. Nothing happens while a session runs.
+    void start(String const& url) { client->run(url); }
+    /// The URL as the C library's encoding expresses it.
     void start(wxString const& url);
     /// The user wants out: ends the session, then the application. Open dialogs are cancelled. Whatever the
     /// session does, the frame is gone after Quitting's times at the latest.
-    void stop();
-    /// The display has gone and the process is about to end: only the session is given its time to end. Uses
-    /// no window.
-    void stopWithoutDisplay();
+    void stop() override;
+    /// The display has gone and the process is about to end. Uses no window.
+    void stopWithoutDisplay() { m_leaving.withoutDisplay(); }
+    /// `announcement` is called, possibly several times, as soon as it is certain that the frame goes.
+    void announceEndBy(Leaving::Announcement announcement) { m_leaving.announceBy(std::move(announcement)); }
     void showTaskBarIcon();
     void hideTaskBarIcon();
     /// Returns when the dialog has been closed. Where one is open already, that one is raised instead.
-    void showConfigurationDialogModal(wxWindow* parent);
-    void showAbout();
-    void showLogs();
+    void showConfigurationDialogModal(wxWindow* parent) override;
+    void showAbout() override;
+    void showLogs() override;
 
 private:
     void onClientConnectError(wxThreadEvent& event);
@@ -45,7 +48,6 @@ private:
     void onClientDispatch(wxThreadEvent& event);
     void onGatewayQuestion(wxThreadEvent& event);
     void onClose(wxCloseEvent& event);
-    void onTimer(wxTimerEvent& event);
 
     int askAfterConnectError(wxString const& text);
     void retry();
@@ -53,12 +55,6 @@ private:
     void fail();
     void saveSettings(TarvikClientConfigurationDialog& dialog);
     void showError(wxWindow* parent, wxString const& text, wxString const& okLabel);
-
-    /// The next step of ending the session that is due.
-    void endSession();
-    /// Closes the frame as soon as no handler of it or of its windows can be on the stack.
-    void closeWhenFree();
-    void closeIfFree();
 
     // Its notify handler's events come to this frame.
     ClientHolder client;
@@ -69,15 +65,12 @@ private:
     wxString m_statusText;                // of the client's state; no control shows it yet
     std::unique_ptr<wxEvent> m_postponed; // a connection error, while the settings are open
     NestedLoops m_nestedLoops;
-    Quitting m_quitting;
-    wxTimer m_timer; // runs while the session is to end or the frame to close
-    bool m_atWork = false;
-    bool m_closing = false;
+    Leaving m_leaving{*this, client, m_nestedLoops};
 
     wxDECLARE_EVENT_TABLE();
 };
 
-/// The one frame of the process, which the status icon's menu acts on; null before the first launch URL and
+/// The one frame of the process; null before the first launch URL and
 /// when the frame has been destroyed.
 extern TarvikMainFrame* mainhiddenframe;
 

@@ -1,6 +1,7 @@
 #include "tarvikclient/gui/nestedloops.h"
 
-#include "tarvikclient/gui/nativedialog.h"
+#include "tarvikclient/gui/platform/nativedialog.h"
+#include "tarvikclient/gui/platform/nativemenu.h"
 
 #include <wx/dialog.h>
 

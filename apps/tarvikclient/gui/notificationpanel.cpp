@@ -1,7 +1,8 @@
 #include "tarvikclient/gui/notificationpanel.h"
 
-#include "tarvikclient/gui/desktop.h"
 #include "tarvikclient/gui/nestedloops.h"
+#include "tarvikclient/gui/platform/desktopnotification.h"
+#include "tarvikclient/gui/platform/display.h"
 #include "tarvikclient/gui/systray.h"
 
 #include <wx/dcclient.h>

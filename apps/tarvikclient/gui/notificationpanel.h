@@ -2,7 +2,7 @@
 #pragma once
 
 #include "tarvikclient/gui/guielements.h"
-#include "tarvikclient/gui/vpnstatus.h"
+#include "tarvikclient/gui/model/vpnstatus.h"
 
 #include <wx/timer.h>
 

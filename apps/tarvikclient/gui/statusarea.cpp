@@ -1,10 +1,12 @@
 #include "tarvikclient/gui/statusarea.h"
 
 #include "base/log.h"
-#include "tarvikclient/gui/statusitem.h"
+#include "tarvikclient/gui/platform/statusitem.h"
+#include "tarvikclient/gui/platform/tray.h"
 #include "tarvikclient/gui/systray.h"
 
 #include <wx/artprov.h>
+#include <wx/menu.h>
 #include <wx/timer.h>
 
 namespace quillon {
@@ -36,33 +38,6 @@ void showInTray(TarvikSystrayIcon& icon) {
 
 } // namespace
 
-void StatusRungChoice::setWatcher(bool present) {
-    m_watcher = present;
-    choose();
-}
-
-void StatusRungChoice::setTray(bool available) {
-    m_tray = available;
-    choose();
-}
-
-void StatusRungChoice::stopWaiting() {
-    if (!m_watcher)
-        setWatcher(false);
-}
-
-void StatusRungChoice::choose() {
-    if (!m_watcher)
-        return;
-    StatusRung const best = *m_watcher ? StatusRung::notifierItem
-                            : m_tray   ? StatusRung::tray
-                                       : StatusRung::none;
-    if (m_rung == best)
-        return;
-    m_rung = best;
-    m_taken(best);
-}
-
 class StatusArea::Watch {
 public:
     Watch(TarvikSystrayIcon& icon, Listener listener);
@@ -75,6 +50,7 @@ private:
     void take(StatusRung rung);
     void showOn(StatusRung rung);
     void onWatcher(bool present);
+    std::unique_ptr<wxMenu> makeMenu() { return std::unique_ptr<wxMenu>(m_icon.CreatePopupMenu()); }
     void lookForTray() { m_choice.setTray(isTrayAvailable()); }
 
     TarvikSystrayIcon& m_icon;
@@ -152,7 +128,7 @@ void StatusArea::Watch::showOn(StatusRung rung) {
     else
         m_trayPoll.Start(period);
     if (rung == StatusRung::notifierItem)
-        m_item = std::make_unique<StatusItem>(m_icon);
+        m_item = std::make_unique<StatusItem>([this] { return makeMenu(); }, m_icon);
     else if (rung == StatusRung::tray)
         showInTray(m_icon);
 }

@@ -1,10 +1,10 @@
 #include "tarvikclient/gui/systray.h"
 
-#include "tarvikclient/gui/desktop.h"
-#include "tarvikclient/gui/mainframe.h"
-#include "tarvikclient/gui/menuentries.h"
+#include "tarvikclient/gui/menucommands.h"
+#include "tarvikclient/gui/model/menuentries.h"
 #include "tarvikclient/gui/nestedloops.h"
-#include "tarvikclient/gui/statusitem.h"
+#include "tarvikclient/gui/platform/nativemenu.h"
+#include "tarvikclient/gui/platform/tray.h"
 
 #include <wx/artprov.h>
 #include <wx/intl.h>
@@ -35,7 +35,8 @@ wxBEGIN_EVENT_TABLE(TarvikSystrayIcon, wxTaskBarIcon)
     EVT_TASKBAR_LEFT_UP(TarvikSystrayIcon::OnLeftUp)
 wxEND_EVENT_TABLE()
 
-TarvikSystrayIcon::TarvikSystrayIcon(wxTaskBarIconType type) : wxTaskBarIcon(type) {
+TarvikSystrayIcon::TarvikSystrayIcon(wxTaskBarIconType type, MenuCommands* commands)
+    : wxTaskBarIcon(type), m_commands(commands) {
     bindTrayClick(*this);
     showMenuPictures();
 }
@@ -50,23 +51,23 @@ wxMenu* TarvikSystrayIcon::CreatePopupMenu() {
 }
 
 void TarvikSystrayIcon::OnMenuStop(wxCommandEvent&) {
-    if (mainhiddenframe)
-        mainhiddenframe->stop();
+    if (m_commands)
+        m_commands->stop();
 }
 
 void TarvikSystrayIcon::OnMenuLogs(wxCommandEvent&) {
-    if (mainhiddenframe)
-        mainhiddenframe->showLogs();
+    if (m_commands)
+        m_commands->showLogs();
 }
 
 void TarvikSystrayIcon::OnMenuConf(wxCommandEvent&) {
-    if (mainhiddenframe)
-        mainhiddenframe->showConfigurationDialogModal(nullptr);
+    if (m_commands)
+        m_commands->showConfigurationDialogModal(nullptr);
 }
 
 void TarvikSystrayIcon::OnAbout(wxCommandEvent&) {
-    if (mainhiddenframe)
-        mainhiddenframe->showAbout();
+    if (m_commands)
+        m_commands->showAbout();
 }
 
 void TarvikSystrayIcon::OnLeftUp(wxTaskBarIconEvent&) {

@@ -5,13 +5,14 @@
 
 namespace quillon {
 
+class MenuCommands;
+
 /// Builds the menu and carries out what is chosen from it, wherever it is shown; puts itself into the system
-/// tray only once SetIcon() is called. Reaches the session through `mainhiddenframe`. Interface thread only.
+/// tray only once SetIcon() is called. Interface thread only.
 class TarvikSystrayIcon : public wxTaskBarIcon {
 public:
-    enum MenuId { menuLogs = 10001, menuSettings = 10002 };
-
-    explicit TarvikSystrayIcon(wxTaskBarIconType type);
+    /// `commands` must outlive the icon; without them what is chosen does nothing.
+    explicit TarvikSystrayIcon(wxTaskBarIconType type, MenuCommands* commands = nullptr);
 
     /// A new menu, owned by the caller, with this object as its event handler.
     wxMenu* CreatePopupMenu() override;
@@ -25,6 +26,8 @@ public:
     void OnLeftUp(wxTaskBarIconEvent& event);
 
 private:
+    MenuCommands* m_commands;
+
     wxDECLARE_EVENT_TABLE();
 };
 

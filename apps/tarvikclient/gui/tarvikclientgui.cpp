@@ -4,12 +4,13 @@
 #include "base/log.h"
 #include "tarvikclient/client.h"
 #include "tarvikclient/gui/artprovider.h"
-#include "tarvikclient/gui/clientlog.h"
-#include "tarvikclient/gui/conversion.h"
-#include "tarvikclient/gui/desktop.h"
-#include "tarvikclient/gui/language.h"
 #include "tarvikclient/gui/mainframe.h"
-#include "tarvikclient/gui/singleinstance.h"
+#include "tarvikclient/gui/model/language.h"
+#include "tarvikclient/gui/model/wxconversion.h"
+#include "tarvikclient/gui/platform/display.h"
+#include "tarvikclient/gui/platform/singleinstance.h"
+#include "tarvikclient/gui/platform/toolkitenvironment.h"
+#include "tarvikclient/gui/wxlogbridge.h"
 
 #include <wx/intl.h>
 #include <wx/msgdlg.h>
@@ -63,7 +64,7 @@ bool TarvikClientGui::OnInit() {
     restoreEnvironment();
     // The pictures and the catalogue are looked up by this name, whatever name the program was started by.
     SetAppName("tarvikclient");
-    delete wxLog::SetActiveTarget(new ClientLog);
+    delete wxLog::SetActiveTarget(new WxLogBridge);
     enableCoreDumps();
     app = this;
     TarvikClientArtProvider::init();
@@ -104,20 +105,21 @@ void TarvikClientGui::enableCoreDumps() {
 /// The URL that this process was started with comes before those of the others, some of which may be waiting.
 void TarvikClientGui::takeLaunch() {
     if (!g_launchUrl.empty())
-        CallAfter([this] { MacOpenURL(quillonToWxString(g_launchUrl)); });
+        CallAfter([this] { MacOpenURL(g_launchUrl); });
     CallAfter([this] {
         if (!g_instance || m_ending)
             return;
         // Not handled where it is received: a dialog opened there would keep further ones from being
         // received.
-        g_instance->listen([this](String const& url) {
-            wxString const text = quillonToWxString(url);
-            CallAfter([this, text] { MacOpenURL(text); });
-        });
+        g_instance->listen([this](String const& url) { CallAfter([this, url] { MacOpenURL(url); }); });
     });
 }
 
 void TarvikClientGui::MacOpenURL(wxString const& url) {
+    MacOpenURL(wxToUtf8(url));
+}
+
+void TarvikClientGui::MacOpenURL(String const& url) {
     if (urlHandled) {
         logTo(ERROR, "MacOpenURL", "I can only handle MacOpenURL once for now... Ignoring.");
         return;
@@ -127,10 +129,15 @@ void TarvikClientGui::MacOpenURL(wxString const& url) {
 }
 
 void TarvikClientGui::init(wxString const& url) {
+    init(wxToUtf8(url));
+}
+
+void TarvikClientGui::init(String const& url) {
     urlHandled = true;
     try {
         setLangFromUrl(url);
         mainhiddenframe = new TarvikMainFrame(nullptr, wxID_ANY, argv[0]);
+        mainhiddenframe->announceEndBy([this] { refuseUrls(); });
         mainhiddenframe->Show(false);
         mainhiddenframe->start(url);
     } catch (...) {
@@ -142,10 +149,11 @@ void TarvikClientGui::init(wxString const& url) {
 }
 
 void TarvikClientGui::setLangFromUrl(wxString const& url) {
-    // The C library may not know any letters yet, and a URL that it cannot express would name no language.
-    wxScopedCharBuffer const utf8 = url.utf8_str();
-    String const code = TarvikClient::getLangFromArg(String::copyOf({utf8.data(), utf8.length()}));
-    initLanguage(locale, languageOfCode(code));
+    setLangFromUrl(wxToUtf8(url));
+}
+
+void TarvikClientGui::setLangFromUrl(String const& url) {
+    initLanguage(locale, languageOfCode(TarvikClient::getLangFromArg(url)));
 }
 
 /// One box at a time: an event that keeps failing would pile them up.

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "base/string.h"
-#include "tarvikclient/gui/stopsignals.h"
+#include "tarvikclient/gui/platform/stopsignals.h"
 
 #include <wx/app.h>
 
@@ -15,7 +15,7 @@ namespace quillon {
 class SingleInstance;
 
 /// On macOS the toolkit calls MacOpenURL() with the URL that the system opens. Elsewhere it does not know
-/// that operation, and the program makes the call itself.
+/// that operation, and the program handles the bytes that it was started with.
 class UrlOpeningApp : public wxApp {
 public:
     virtual void MacOpenURL(wxString const& url) = 0;
@@ -33,12 +33,18 @@ public:
     /// 1 when the first URL could not be handled, else what the toolkit's loop returns.
     int OnRun() override;
     int OnExit() override;
+    // A launch URL is bytes, and they need not be text: the gateway gets those that were given. Where the
+    // toolkit delivers a text, they are its UTF-8.
+
     /// Handles the first URL; any other is logged and ignored.
+    void MacOpenURL(String const& url);
     void MacOpenURL(wxString const& url) override;
 
     /// Creates the main frame and starts its session. A failure is logged, shown and ends the application.
+    void init(String const& url);
     void init(wxString const& url);
     /// Chooses the interface's language by the URL's parameter "lang".
+    void setLangFromUrl(String const& url);
     void setLangFromUrl(wxString const& url);
     /// The application's end is certain: a URL that another process has now is kept there until this one has
     /// ended, and then starts that one.

@@ -1,0 +1,225 @@
+#include "tarvikclient/gui/model/privatetext.h"
+
+#include "base/ascii.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+
+#include <pwd.h>
+#include <unistd.h>
+
+namespace quillon {
+
+namespace {
+
+constexpr std::string_view removed = "***";
+constexpr std::string_view blanks = " \t";
+constexpr std::string_view quotes = "\"'";
+
+/// A key with one of these in it, in whatever letters, has a secret behind it.
+constexpr std::string_view secretKeys[] = {"tarvik-id", "ticket", "password",
+                                           "passwd",    "cookie", "authorization"};
+
+/// ASCII letters in any case.
+bool isSame(char a, char b) {
+    return ascii::lower(a) == ascii::lower(b);
+}
+
+bool startsWith(std::string_view text, std::string_view with) {
+    return text.size() >= with.size() && std::equal(with.begin(), with.end(), text.begin(), isSame);
+}
+
+bool isWordByte(char byte) {
+    return ascii::isAlnum(byte) || byte == '_' || static_cast<unsigned char>(byte) >= 0x80;
+}
+
+bool isKeyByte(char byte) {
+    return isWordByte(byte) || byte == '-';
+}
+
+bool isFileNameByte(char byte) {
+    return isKeyByte(byte) || byte == '.';
+}
+
+bool isSecretKey(std::string_view key) {
+    return std::any_of(std::begin(secretKeys), std::end(secretKeys), [key](std::string_view secret) {
+        return std::search(key.begin(), key.end(), secret.begin(), secret.end(), isSame) != key.end();
+    });
+}
+
+std::size_t orEnd(std::size_t position, std::string_view line) {
+    return std::min(position, line.size());
+}
+
+/// Where a value in quotes ends, of which the first byte stands at `from`.
+std::size_t endOfQuoted(std::string_view line, std::size_t from) {
+    char const quote = line[from - 1];
+    while (from < line.size() && line[from] != quote)
+        from += line[from] == '\\' ? 2 : 1;
+    return orEnd(from, line);
+}
+
+/// Where the value ends that begins at `from`, behind `separator`.
+std::size_t endOfValue(std::string_view line, std::size_t from, char separator) {
+    if (separator == '>')
+        return orEnd(line.find('<', from), line);
+    // What is written for people may have blanks in it.
+    return separator == ':' ? line.size() : orEnd(line.find_first_of(" \t;&\"'<>)", from), line);
+}
+
+struct Range {
+    std::size_t begin, end;
+};
+
+/// The value behind a key that ends at `keyEnd`; an empty range where there is none.
+Range valueBehind(std::string_view line, std::size_t keyEnd) {
+    bool const quotedKey = keyEnd < line.size() && quotes.find(line[keyEnd]) != quotes.npos;
+    std::size_t const separator = line.find_first_not_of(blanks, keyEnd + quotedKey);
+    if (separator == line.npos || std::string_view("=:>").find(line[separator]) == std::string_view::npos)
+        return {keyEnd, keyEnd};
+    std::size_t const begin = orEnd(line.find_first_not_of(blanks, separator + 1), line);
+    if (begin < line.size() && quotes.find(line[begin]) != quotes.npos)
+        return {begin + 1, endOfQuoted(line, begin + 1)};
+    return {begin, endOfValue(line, begin, line[separator])};
+}
+
+std::string withoutSecrets(std::string_view line) {
+    std::string result;
+    for (std::size_t at = 0; at < line.size();) {
+        std::size_t const from = at;
+        while (at < line.size() && isKeyByte(line[at]))
+            ++at;
+        if (at > from && isSecretKey(line.substr(from, at - from))) {
+            Range const value = valueBehind(line, at);
+            result += line.substr(from, value.begin - from);
+            result += value.end > value.begin ? removed : "";
+            at = value.end;
+        } else {
+            at += at == from;
+            result += line.substr(from, at - from);
+        }
+    }
+    return result;
+}
+
+/// Of what stands between blanks, from the first "://" to the last "@": a ticket may hold the delimiters that
+/// end it.
+std::string withoutUserInfo(std::string_view line) {
+    constexpr std::string_view mark = "://";
+    std::string result;
+    while (!line.empty()) {
+        std::size_t const blank = line.find_first_of(blanks);
+        std::string_view const piece = line.substr(0, blank == line.npos ? blank : blank + 1);
+        std::size_t const found = piece.find(mark), at = piece.rfind('@');
+        if (found != piece.npos && at != piece.npos && at >= found + mark.size())
+            result.append(piece.substr(0, found + mark.size())).append(removed).append(piece.substr(at));
+        else
+            result += piece;
+        line.remove_prefix(piece.size());
+    }
+    return result;
+}
+
+std::string withoutHome(std::string_view line, std::string_view home) {
+    std::string result;
+    for (std::size_t at = 0, found;; at = found + home.size()) {
+        found = line.find(home, at);
+        result += line.substr(at, found - at);
+        if (found == line.npos)
+            return result;
+        std::size_t const end = found + home.size();
+        bool const whole = (found == 0 || !isFileNameByte(line[found - 1])) &&
+                           (end == line.size() || !isFileNameByte(line[end]));
+        result += whole ? std::string_view("~") : home;
+    }
+}
+
+/// The length of the name that is a word of its own at the begin of the text; 0 where there is none.
+std::size_t nameLength(std::string_view text, std::vector<std::string> const& names) {
+    std::size_t longest = 0;
+    for (std::string const& name : names)
+        if (startsWith(text, name) && (text.size() == name.size() || !isWordByte(text[name.size()])))
+            longest = std::max(longest, name.size());
+    return longest;
+}
+
+std::string withoutNames(std::string_view line, std::vector<std::string> const& names) {
+    std::string result;
+    while (!line.empty()) {
+        std::size_t const name = nameLength(line, names);
+        std::size_t kept = 0;
+        while (!name && kept < line.size() && isWordByte(line[kept]))
+            ++kept;
+        if (!name && kept == 0)
+            kept = 1;
+        result += name ? std::string_view("<user>") : line.substr(0, kept);
+        line.remove_prefix(name + kept);
+    }
+    return result;
+}
+
+std::string privateLine(std::string_view line, Person const& person) {
+    std::string result = withoutUserInfo(withoutSecrets(line));
+    for (std::string const& home : person.homes)
+        result = withoutHome(result, home);
+    return withoutNames(result, person.names);
+}
+
+void addName(Person& person, char const* name) {
+    // One letter is no word that anybody could leave out.
+    if (name && std::string_view(name).size() > 1 && std::string_view(name) != "root")
+        person.names.emplace_back(name);
+}
+
+void addHome(Person& person, char const* home) {
+    std::string path(home ? home : "");
+    path.erase(path.find_last_not_of('/') + 1);
+    if (path.starts_with('/'))
+        person.homes.push_back(path);
+}
+
+std::error_code lastError() {
+    return {errno, std::generic_category()};
+}
+
+} // namespace
+
+Person Person::current() {
+    Person person;
+    passwd entry{};
+    passwd* found = nullptr;
+    char buffer[16 * 1024];
+    if (getpwuid_r(geteuid(), &entry, buffer, sizeof buffer, &found) == 0 && found) {
+        addName(person, found->pw_name);
+        addHome(person, found->pw_dir);
+    }
+    addName(person, std::getenv("USER"));
+    addHome(person, std::getenv("HOME"));
+    return person;
+}
+
+std::string privateText(std::string_view text, Person const& person) {
+    std::string result;
+    for (std::size_t end; (end = text.find('\n')) != text.npos; text.remove_prefix(end + 1))
+        result += privateLine(text.substr(0, end), person) + "\n";
+    return result + privateLine(text, person);
+}
+
+std::error_code copyPrivately(std::string const& from, std::string const& to, Person const& person) {
+    std::error_code ignored; // of a file that is not there yet
+    if (std::filesystem::equivalent(from, to, ignored))
+        return std::make_error_code(std::errc::file_exists);
+    std::ifstream source(from, std::ios::binary);
+    if (!source)
+        return lastError();
+    std::ofstream destination(to, std::ios::binary | std::ios::trunc);
+    for (std::string line; destination && std::getline(source, line);)
+        destination << privateLine(line, person) << (source.eof() ? "" : "\n");
+    destination.close();
+    return destination && !source.bad() ? std::error_code() : lastError();
+}
+
+} // namespace quillon

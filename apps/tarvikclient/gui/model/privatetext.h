@@ -1,0 +1,30 @@
+// What of a log may leave the machine.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <system_error>
+#include <vector>
+
+namespace quillon {
+
+/// By what a text tells whose it is.
+struct Person {
+    std::vector<std::string> names; ///< of the user's account
+    std::vector<std::string> homes; ///< absolute paths of the user's home directory
+
+    /// The user of this process. The administrator's account is nobody's name.
+    static Person current();
+};
+
+/// The lines with what tells of the user taken out of each: a home directory becomes "~", a name that stands
+/// as a word of its own, in whatever letters, "<user>". What stands for a ticket or a password becomes "***":
+/// the user-info of URLs, and the value behind a key that says so, as in "Tarvik-Id=...", "Cookie: ...",
+/// "\"password\": \"...\"" or "<password>...". Bytes that are no UTF-8 stay. Any thread.
+std::string privateText(std::string_view text, Person const& person);
+
+/// Writes the lines of one file, each as privateText() has it, to another one, which is replaced; paths in
+/// the file system's encoding. An error when that fails, or when both are the same file, which then stays.
+std::error_code copyPrivately(std::string const& from, std::string const& to, Person const& person);
+
+} // namespace quillon

@@ -1,0 +1,86 @@
+#include "tarvikclient/gui/model/settingsedit.h"
+
+#include "tarvikclient/clientlocalconfiguration.h"
+#include "tarvikclient/gui/model/wxconversion.h"
+
+#include <algorithm>
+
+namespace quillon {
+
+namespace {
+
+/// Whether the bytes that stand for the text stand for no other one.
+bool isUnambiguous(wxString const& text) {
+    return quillonToWxString(wxToQuillonString(text)) == text;
+}
+
+bool isStorable(wxString const& login, wxString const& password, wxArrayString const& domains) {
+    if (!isUnambiguous(login) || !isUnambiguous(password) ||
+        !std::all_of(domains.begin(), domains.end(), isUnambiguous))
+        return false;
+    ClientLocalConfiguration conf;
+    SettingsEdit{login, password, domains}.write(conf);
+    return conf.survivesSaving();
+}
+
+bool isStorableDomain(wxString const& domain) {
+    return isStorable({}, {}, wxArrayString(1, &domain));
+}
+
+} // namespace
+
+SettingsEdit SettingsEdit::read(ClientLocalConfiguration const& conf) {
+    SettingsEdit edit;
+    Credentials const credentials = conf.getProxyCredentials();
+    edit.login = quillonToWxString(credentials.getDomainLogin(true));
+    edit.password = quillonToWxString(credentials.getPassword());
+    for (String const& domain : conf.getSslCertIgnoreDomains())
+        edit.domains.Add(quillonToWxString(domain));
+    return edit;
+}
+
+void SettingsEdit::write(ClientLocalConfiguration& conf) const {
+    Credentials credentials;
+    credentials.setDomainLogin(wxToQuillonString(login));
+    credentials.setPassword(wxToQuillonString(password));
+    conf.setProxyCredentials(credentials);
+    List<String> list;
+    for (wxString const& domain : domains)
+        list.add(wxToQuillonString(domain));
+    conf.setSslCertIgnoreDomains(list);
+}
+
+bool SettingsEdit::addDomain(wxString const& typed) {
+    wxString domain = typed;
+    domain.Trim();
+    if (domain.empty())
+        return false;
+    if (domains.Index(domain) == wxNOT_FOUND)
+        domains.Add(domain);
+    return true;
+}
+
+void SettingsEdit::removeDomains(wxArrayInt const& indexes) {
+    wxArrayString left;
+    auto next = indexes.begin();
+    for (unsigned i = 0; i < domains.size(); ++i) {
+        if (next != indexes.end() && static_cast<unsigned>(*next) == i)
+            ++next;
+        else
+            left.Add(domains[i]);
+    }
+    domains = left;
+}
+
+SettingsFault SettingsEdit::findFault() const {
+    if (!isStorable(login, {}, {}))
+        return {SettingsFault::login};
+    if (!isStorable({}, password, {}))
+        return {SettingsFault::password};
+    if (isStorable({}, {}, domains))
+        return {};
+    auto const first = std::find_if_not(domains.begin(), domains.end(), isStorableDomain);
+    return {SettingsFault::domain, static_cast<unsigned>(first - domains.begin())};
+}
+
+} // namespace quillon

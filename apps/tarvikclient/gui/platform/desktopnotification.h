@@ -1,0 +1,12 @@
+// Notifications that the desktop shows.
+#pragma once
+
+#include <wx/string.h>
+
+namespace quillon {
+
+/// Shows a notification of the desktop's own, in place of the last one shown this way. Waits for nothing;
+/// where the desktop has no notifications, or they do not answer, nothing is shown. Interface thread only.
+void showDesktopNotification(wxString const& title, wxString const& text);
+
+} // namespace quillon

@@ -1,0 +1,46 @@
+#include "tarvikclient/gui/model/privatetext.h"
+
+#include <gtest/gtest.h>
+
+namespace quillon {
+
+namespace {
+
+TEST(PrivateText, tells_nothing_of_the_user_and_stays_readable) {
+    Person const person{{"alice", "a.smith"}, {"/home/alice", "/data/it's alice"}};
+    struct {
+        char const* line;
+        char const* said;
+    } const cases[] = {
+        {"TRACE TarvikClient.main Tarvik directory is : /home/alice/.Tarvik/",
+         "TRACE TarvikClient.main Tarvik directory is : ~/.Tarvik/"},
+        {"cannot open \"/home/alice\": /data/it's alice/x", "cannot open \"~\": ~/x"},
+        {"/home/alice2/x /srv/home/alice/x file:///home/alice", "/home/alice2/x /srv/home/<user>/x file://~"},
+        {"Alice, CORP\\alice, A.Smith@corp; malice alice_2 a.smithy",
+         "<user>, CORP\\<user>, <user>@corp; malice alice_2 a.smithy"},
+        {"Invalid uri: tarvik://T/i?c@k@gw.example/start?lang=de, and http://gw/",
+         "Invalid uri: tarvik://***@gw.example/start?lang=de, and http://gw/"},
+        {"Tarvik-Id=demo-ticket; path=/", "Tarvik-Id=***; path=/"},
+        {"the cookie Tarvik-Id is missing", "the cookie Tarvik-Id is missing"},
+        {"Cookie: a=b; c=d", "Cookie: ***"},
+        {R"({"ticket64" : "a\"b", "host": "gw"})", R"({"ticket64" : "***", "host": "gw"})"},
+        {"<login>x</login><password>a b</password><password></password>",
+         "<login>x</login><password>***</password><password></password>"},
+        {"proxyPassword='s3', PASSWORD=s&x=1", "proxyPassword='***', PASSWORD=***&x=1"},
+        {"password: two words", "password: ***"},
+        {"password=", "password="},
+        {"password: \"open", "password: \"***"},
+        {"caf\xE9 \xC3\xA9", "caf\xE9 \xC3\xA9"},
+    };
+    std::string lines, said;
+    for (auto const& test : cases) {
+        EXPECT_EQ(privateText(test.line, person), test.said);
+        lines += std::string(test.line) + "\n";
+        said += std::string(test.said) + "\n";
+    }
+    EXPECT_EQ(privateText(lines, person), said);
+}
+
+} // namespace
+
+} // namespace quillon
