@@ -2,19 +2,19 @@
 // beside a minimal wxWidgets program from its start to its end once its one frame has been drawn. Wants a
 // display.
 #include <benchmark/benchmark.h>
-
-#include <algorithm>
-#include <csignal>
-#include <cstdlib>
 #include <fcntl.h>
 #include <netinet/in.h>
 #include <spawn.h>
-#include <stdexcept>
-#include <string>
 #include <sys/resource.h>
 #include <sys/socket.h>
 #include <sys/wait.h>
 #include <unistd.h>
+
+#include <algorithm>
+#include <csignal>
+#include <cstdlib>
+#include <stdexcept>
+#include <string>
 
 extern char** environ;
 

@@ -1,5 +1,6 @@
 // Signature files: what loads is the same record when it is written and loaded again, and the bytes that the
 // second signature signs give every field back, so no other record has them.
+#include "base/stringconversion.h"
 #include "base/stringwriter.h"
 #include "fuzz/fuzzer.h"
 #include "tarvikclient/signeddll.h"

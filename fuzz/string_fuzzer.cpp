@@ -2,6 +2,7 @@
 // are compared after each.
 #include "base/memory.h"
 #include "base/splitter.h"
+#include "base/strings.h"
 #include "base/visibletext.h"
 #include "fuzz/fuzzer.h"
 

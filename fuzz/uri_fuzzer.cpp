@@ -1,6 +1,7 @@
 // Launch URLs: what goes out is stable when it is parsed again.
-#include "fuzz/fuzzer.h"
 #include "http/uri.h"
+
+#include "fuzz/fuzzer.h"
 
 using namespace quillon;
 

@@ -1,9 +1,10 @@
 // Certificates and keys made in memory; nothing is read from disk.
 #pragma once
 
-#include <memory>
 #include <openssl/evp.h>
 #include <openssl/x509.h>
+
+#include <memory>
 #include <string>
 
 namespace devgateway {

@@ -1,7 +1,8 @@
 #include "devgateway/connections.h"
 
-#include <memory>
 #include <sys/socket.h>
+
+#include <memory>
 
 namespace devgateway {
 

@@ -1,11 +1,12 @@
 // The connections that are open, and their end when the gateway ends.
 #pragma once
 
+#include <openssl/ssl.h>
+
 #include <chrono>
 #include <condition_variable>
 #include <map>
 #include <mutex>
-#include <openssl/ssl.h>
 #include <optional>
 
 namespace devgateway {

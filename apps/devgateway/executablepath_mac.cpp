@@ -1,7 +1,8 @@
 #include "devgateway/executablepath.h"
 
-#include <cstdint>
 #include <mach-o/dyld.h>
+
+#include <cstdint>
 #include <stdexcept>
 #include <string>
 

@@ -1,8 +1,9 @@
 #include "devgateway/options.h"
 
+#include <getopt.h>
+
 #include <charconv>
 #include <cstring>
-#include <getopt.h>
 
 namespace devgateway {
 

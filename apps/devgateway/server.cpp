@@ -6,10 +6,11 @@
 #include "devgateway/wire.h"
 #include "devgateway/workers.h"
 
-#include <chrono>
 #include <httplib.h>
-#include <stdexcept>
 #include <sys/socket.h>
+
+#include <chrono>
+#include <stdexcept>
 
 namespace devgateway {
 

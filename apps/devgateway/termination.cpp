@@ -1,8 +1,9 @@
 #include "devgateway/termination.h"
 
+#include <pthread.h>
+
 #include <csignal>
 #include <initializer_list>
-#include <pthread.h>
 
 namespace devgateway {
 

@@ -1,8 +1,9 @@
 #include "devgateway/wire.h"
 
-#include <algorithm>
 #include <openssl/ssl.h>
 #include <sys/socket.h>
+
+#include <algorithm>
 
 namespace devgateway {
 

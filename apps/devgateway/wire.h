@@ -4,6 +4,7 @@
 #include "devgateway/message.h"
 
 #include <httplib.h>
+
 #include <string>
 #include <vector>
 

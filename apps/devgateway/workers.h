@@ -1,10 +1,11 @@
 // The threads that serve connections.
 #pragma once
 
+#include <httplib.h>
+
 #include <condition_variable>
 #include <deque>
 #include <functional>
-#include <httplib.h>
 #include <mutex>
 #include <thread>
 #include <vector>

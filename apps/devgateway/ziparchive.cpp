@@ -2,8 +2,9 @@
 
 #include <archive.h>
 #include <archive_entry.h>
-#include <memory>
 #include <openssl/evp.h>
+
+#include <memory>
 #include <stdexcept>
 
 namespace devgateway {

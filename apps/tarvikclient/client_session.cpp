@@ -3,6 +3,7 @@
 
 #include "base/console.h"
 #include "base/failure.h"
+#include "base/stringconversion.h"
 #include "curl/requestinfo.h"
 #include "curl/requesturl.h"
 #include "http/setcookie.h"

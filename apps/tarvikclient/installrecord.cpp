@@ -4,6 +4,7 @@
 #include "base/log.h"
 #include "base/safepath.h"
 #include "base/splitter.h"
+#include "base/strings.h"
 
 #include <unistd.h>
 

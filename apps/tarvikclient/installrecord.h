@@ -2,6 +2,7 @@
 #pragma once
 
 #include "base/string.h"
+#include "base/strings.h"
 
 #include <vector>
 

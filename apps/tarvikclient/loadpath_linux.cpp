@@ -3,6 +3,8 @@
 // process's number in place of "self" it also means the same to programs that a module starts.
 #include "tarvikclient/loadpath.h"
 
+#include "base/stringconversion.h"
+
 #include <unistd.h>
 
 namespace quillon {

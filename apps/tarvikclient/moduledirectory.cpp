@@ -5,6 +5,7 @@
 #include "base/file.h"
 #include "base/ownfile.h"
 #include "base/splitter.h"
+#include "base/strings.h"
 
 #include <dirent.h>
 #include <fcntl.h>

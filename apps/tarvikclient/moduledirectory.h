@@ -3,6 +3,7 @@
 
 #include "base/descriptor.h"
 #include "base/string.h"
+#include "base/strings.h"
 
 #include <chrono>
 
@@ -18,6 +19,10 @@ public:
     /// Throws EFile, after a log line, when there is no such directory, when it belongs to another user or
     /// others may write in it.
     explicit ModuleDirectory(String const& path);
+    /// Unlocks: a process that a module has forked holds the lock with this one as long as it lives.
+    ~ModuleDirectory() { unlock(); }
+    ModuleDirectory(ModuleDirectory const&) = delete;
+    ModuleDirectory& operator=(ModuleDirectory const&) = delete;
 
     int number() const noexcept { return m_descriptor.number(); }
     /// Keeps other processes of the user out, which install or load here, until unlock() or the object's

@@ -2,6 +2,7 @@
 
 #include "base/failure.h"
 #include "base/file.h"
+#include "base/strings.h"
 #include "tarvikclient/installrecord.h"
 #include "tarvikclient/policy.h"
 #include "tarvikclient/verifiedmodule.h"

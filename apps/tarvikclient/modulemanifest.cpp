@@ -3,6 +3,7 @@
 #include "base/base64.h"
 #include "base/failure.h"
 #include "base/splitter.h"
+#include "base/stringconversion.h"
 #include "tarvikclient/dllinfos.h"
 #include "tarvikclient/moduleplatform.h"
 #include "xml/cursor.h"

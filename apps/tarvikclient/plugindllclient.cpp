@@ -2,8 +2,9 @@
 
 #include "base/failure.h"
 #include "base/file.h"
-#include "tarvikclient/moduleinstall.h"
+#include "base/stringconversion.h"
 #include "json/JSONWrapper.h"
+#include "tarvikclient/moduleinstall.h"
 
 namespace quillon {
 

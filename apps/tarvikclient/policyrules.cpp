@@ -1,6 +1,7 @@
 #include "tarvikclient/policyrules.h"
 
 #include "base/ascii.h"
+#include "base/stringconversion.h"
 #include "tarvikclient/policyfile.h"
 #include "xml/stringparser.h"
 #include "xml/text.h"

@@ -2,6 +2,7 @@
 
 #include "base/descriptor.h"
 #include "base/file.h"
+#include "base/stringconversion.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>

@@ -4,6 +4,7 @@
 #include "base/exception.h"
 #include "base/immortal.h"
 #include "base/processexit.h"
+#include "base/stringconversion.h"
 #include "base/systemlog.h"
 #include "base/visibletext.h"
 

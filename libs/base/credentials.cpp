@@ -1,6 +1,7 @@
 #include "base/credentials.h"
 
 #include "base/confhelper.h"
+#include "base/stringconversion.h"
 
 namespace quillon {
 

@@ -1,5 +1,7 @@
 #include "base/datetime.h"
 
+#include "base/stringconversion.h"
+
 namespace quillon {
 
 namespace {

@@ -1,5 +1,7 @@
 #include "base/exception.h"
 
+#include "base/stringconversion.h"
+
 namespace quillon {
 
 namespace {

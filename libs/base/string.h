@@ -221,6 +221,4 @@ private:
 
 } // namespace quillon
 
-#include "base/stringaddition.h"   // a + b
-#include "base/stringconversion.h" // toString, toUint32 and their kin
-#include "base/strings.h"          // a list of them
+#include "base/stringaddition.h" // a + b

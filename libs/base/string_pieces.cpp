@@ -4,6 +4,7 @@
 #include "base/ascii.h"
 #include "base/assertion.h"
 #include "base/base64.h"
+#include "base/strings.h"
 
 #include <algorithm>
 

@@ -1,6 +1,7 @@
 #include "base/stringwriter.h"
 
 #include "base/failure.h"
+#include "base/stringconversion.h"
 
 namespace quillon {
 

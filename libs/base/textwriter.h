@@ -2,6 +2,7 @@
 #pragma once
 
 #include "base/serialize.h"
+#include "base/stringconversion.h"
 
 #include <algorithm>
 

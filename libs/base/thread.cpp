@@ -1,6 +1,7 @@
 #include "base/thread.h"
 
 #include "base/console.h"
+#include "base/stringconversion.h"
 #include "base/threadmanager.h"
 
 #include <algorithm>

@@ -2,6 +2,8 @@
 
 #include "base/exception.h"
 #include "base/log.h"
+#include "base/stringconversion.h"
+#include "base/strings.h"
 #include "base/thread.h"
 #include "base/threadmanager.h"
 #include "base/threadname.h"

@@ -4,6 +4,7 @@
 #include "base/condition.h"
 #include "base/dict.h"
 #include "base/string.h"
+#include "base/strings.h"
 #include "base/synchrothread.h"
 
 #include <atomic>

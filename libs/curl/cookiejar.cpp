@@ -1,9 +1,10 @@
 #include "curl/cookiejar.h"
 
+#include "base/failure.h"
+#include "base/stringconversion.h"
+#include "base/strings.h"
 #include "curl/cookieline.h"
 #include "curl/ecurl.h"
-
-#include "base/failure.h"
 
 #include <curl/curl.h>
 

@@ -1,11 +1,9 @@
 // The cookies of one libcurl handle.
 #pragma once
 
-#include "curl/requesturl.h"
-
-#include "http/setcookie.h"
-
 #include "base/strings.h"
+#include "curl/requesturl.h"
+#include "http/setcookie.h"
 
 #include <map>
 

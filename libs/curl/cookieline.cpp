@@ -1,6 +1,7 @@
 #include "curl/cookieline.h"
 
 #include "base/ascii.h"
+#include "base/stringconversion.h"
 
 #include <tuple>
 

@@ -1,12 +1,11 @@
 #include "curl/curleasywrapper.h"
 
+#include "base/failure.h"
+#include "base/stringconversion.h"
 #include "curl/longhead.h"
 #include "curl/transfercallbacks.h"
-
 #include "http/loggableuri.h"
 #include "http/uri.h"
-
-#include "base/failure.h"
 
 #include <curl/curl.h>
 

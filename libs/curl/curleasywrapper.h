@@ -1,15 +1,14 @@
 // One libcurl easy handle.
 #pragma once
 
+#include "base/proxy.h"
+#include "base/strings.h"
+#include "base/writer.h"
 #include "curl/cookiejar.h"
 #include "curl/curlinitializer.h"
 #include "curl/ecurl.h"
 #include "curl/requesturl.h"
-
 #include "http/responseheader.h"
-
-#include "base/proxy.h"
-#include "base/writer.h"
 
 #include <atomic>
 #include <chrono>

@@ -1,6 +1,7 @@
 #include "curl/curlsession.h"
 
 #include "base/failure.h"
+#include "base/strings.h"
 
 #include <curl/curl.h>
 

@@ -1,10 +1,10 @@
 // One logical HTTP(S) session.
 #pragma once
 
+#include "base/mutex.h"
+#include "base/strings.h"
 #include "curl/curleasywrapper.h"
 #include "curl/requestinfo.h"
-
-#include "base/mutex.h"
 
 #include <memory>
 

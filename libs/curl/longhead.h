@@ -1,6 +1,7 @@
 // A way round what libcurl does to requests with a long head.
 #pragma once
 
+#include "base/strings.h"
 #include "curl/cookiejar.h"
 
 using CURL = void;

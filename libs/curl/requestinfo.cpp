@@ -1,5 +1,6 @@
 #include "curl/requestinfo.h"
 
+#include "base/stringconversion.h"
 #include "curl/curleasywrapper.h"
 
 namespace quillon {

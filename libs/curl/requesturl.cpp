@@ -1,8 +1,7 @@
 #include "curl/requesturl.h"
 
-#include "http/uri.h"
-
 #include "base/ascii.h"
+#include "http/uri.h"
 
 #include <curl/curl.h>
 

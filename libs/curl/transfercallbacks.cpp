@@ -1,9 +1,8 @@
 #include "curl/transfercallbacks.h"
 
-#include "curl/longhead.h"
-
 #include "base/ascii.h"
 #include "base/log.h"
+#include "curl/longhead.h"
 
 namespace quillon {
 

@@ -1,9 +1,8 @@
 // The functions that libcurl calls during a transfer.
 #pragma once
 
-#include "http/responseheader.h"
-
 #include "base/writer.h"
+#include "http/responseheader.h"
 
 #include <cstddef>
 

@@ -1,5 +1,6 @@
 #include "http/header.h"
 
+#include "base/strings.h"
 #include "http/knownheaders.h"
 
 namespace quillon::http {

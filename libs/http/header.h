@@ -2,6 +2,7 @@
 #pragma once
 
 #include "base/exception.h"
+#include "base/strings.h"
 
 #include <vector>
 

@@ -1,6 +1,7 @@
 #include "http/hostport.h"
 
 #include "base/ascii.h"
+#include "base/stringconversion.h"
 #include "http/idn.h"
 
 #include <arpa/inet.h>

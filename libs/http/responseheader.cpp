@@ -2,6 +2,7 @@
 
 #include "base/ascii.h"
 #include "base/failure.h"
+#include "base/stringconversion.h"
 
 #include <algorithm>
 #include <optional>

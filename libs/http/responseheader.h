@@ -1,6 +1,7 @@
 // The header of an HTTP reply.
 #pragma once
 
+#include "base/strings.h"
 #include "http/header.h"
 
 #include <cstdint>

@@ -1,5 +1,7 @@
 #include "http/setcookie.h"
 
+#include "base/stringconversion.h"
+
 namespace quillon::http {
 
 String SetCookie::toString() const {

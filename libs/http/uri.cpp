@@ -1,10 +1,9 @@
 #include "http/uri.h"
 
-#include "http/loggableuri.h"
-#include "http/uri_encoding.h"
-
 #include "base/failure.h"
 #include "base/splitter.h"
+#include "http/loggableuri.h"
+#include "http/uri_encoding.h"
 
 #include <algorithm>
 

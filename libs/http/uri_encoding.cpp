@@ -1,8 +1,7 @@
 #include "http/uri_encoding.h"
 
-#include "http/uri.h"
-
 #include "base/ascii.h"
+#include "http/uri.h"
 
 #include <string_view>
 

@@ -1,6 +1,8 @@
 #include "json/JSONWrapper.h"
 
 #include "base/failure.h"
+#include "base/stringconversion.h"
+#include "base/strings.h"
 
 #include <json/reader.h>
 #include <json/value.h>

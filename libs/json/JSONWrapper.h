@@ -2,6 +2,7 @@
 #pragma once
 
 #include "base/reader.h"
+#include "base/strings.h"
 
 #include <concepts>
 #include <iterator>

@@ -1,7 +1,6 @@
 // Where keys come from and go to.
-#include "openssl/rsa_wrapper.h"
-
 #include "openssl/errorqueue.h"
+#include "openssl/rsa_wrapper.h"
 
 #include <openssl/bn.h>
 #include <openssl/pem.h>

@@ -1,5 +1,7 @@
 #include "xml/cursor.h"
 
+#include "base/stringconversion.h"
+
 #include <algorithm>
 
 namespace quillon::xml {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "base/keyreaderdefaults.h"
+#include "base/stringconversion.h"
 #include "xml/childindex.h"
 #include "xml/exceptions.h"
 

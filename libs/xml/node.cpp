@@ -1,6 +1,7 @@
 #include "xml/node.h"
 
 #include "base/failure.h"
+#include "base/stringconversion.h"
 #include "xml/comment.h"
 #include "xml/element.h"
 #include "xml/text.h"

@@ -1,6 +1,7 @@
 #include "xml/references.h"
 
 #include "base/ascii.h"
+#include "base/stringconversion.h"
 
 #include <algorithm>
 

@@ -2,6 +2,7 @@
 
 #include "base/log.h"
 #include "base/safepath.h"
+#include "base/stringconversion.h"
 #include "zlib/utf8locale.h"
 
 #include <algorithm>

@@ -1,6 +1,5 @@
 // Ends of the headless client at random moments of a session.
 #include "attacks/attackfixture.h"
-
 #include "attacks/random.h"
 
 #include <chrono>

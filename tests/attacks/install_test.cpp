@@ -1,9 +1,9 @@
 // Modules, archives, certificates and their names.
 #include "attacks/attackfixture.h"
 
-#include <filesystem>
-
 #include <sys/stat.h>
+
+#include <filesystem>
 
 namespace quillon::test {
 

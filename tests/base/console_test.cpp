@@ -2,6 +2,7 @@
 
 #include "base/descriptor.h"
 #include "base/failure.h"
+#include "base/stringconversion.h"
 #include "base/visibletext.h"
 #include "support/logcapture.h"
 

@@ -1,6 +1,7 @@
 #include "base/base64.h"
 #include "base/safepath.h"
 #include "base/string.h"
+#include "base/stringconversion.h"
 
 #include <gtest/gtest.h>
 

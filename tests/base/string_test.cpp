@@ -3,6 +3,8 @@
 #include "base/memory.h"
 #include "base/searchpattern.h"
 #include "base/splitter.h"
+#include "base/stringconversion.h"
+#include "base/strings.h"
 #include "base/stringwriter.h"
 
 #include <gtest/gtest.h>

@@ -1,6 +1,5 @@
 // Sessions that are cut off: whoever quits does not wait for the network.
 #include "client/clientfixture.h"
-
 #include "tarvikclient/downloadManager.h"
 
 #include <filesystem>

@@ -1,6 +1,7 @@
 // What a hostile reply or archive does to installed modules, and to the session of an honest one that
 // follows.
 #include "client/clientfixture.h"
+#include "tarvikclient/moduledirectory.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -158,6 +159,18 @@ TEST_F(InstallTest, a_mapped_module_is_replaced_and_not_written_to) {
         EXPECT_EQ(info.st_nlink, 0u) << name;
         close(held);
     }
+}
+
+TEST_F(InstallTest, a_lock_ends_with_its_session_though_a_forked_process_holds_it) {
+    using namespace std::chrono_literals;
+    String const path = String::copyOf(pluginDirectory());
+    Descriptor inherited;
+    {
+        ModuleDirectory directory(path);
+        ASSERT_TRUE(directory.lock(0ms));
+        inherited = Descriptor(dup(directory.number()));
+    }
+    EXPECT_TRUE(ModuleDirectory(path).lock(0ms));
 }
 
 TEST_F(InstallTest, nothing_is_loaded_from_where_others_can_write) {

@@ -1,7 +1,6 @@
 // What people are called and what they prove it with stays out of the log, whatever goes wrong.
-#include "client/clientfixture.h"
-
 #include "base/file.h"
+#include "client/clientfixture.h"
 
 #include <thread>
 

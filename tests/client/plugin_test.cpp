@@ -1,6 +1,5 @@
 // Sessions with a plug-in module.
 #include "client/clientfixture.h"
-
 #include "tarvikclient/plugindllclient.h"
 #include "tarvikclient/plugindllinstance.h"
 #include "tarvikclient/policy.h"

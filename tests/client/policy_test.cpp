@@ -1,7 +1,6 @@
 // Sessions under an administrator's policy.
 #include "client/clientfixture.h"
 #include "support/testpolicy.h"
-
 #include "tarvikclient/publisherkeys.h"
 
 #include <filesystem>

@@ -1,13 +1,13 @@
 // The policy's file: who may have written it, and what it may say.
+#include "tarvikclient/policyfile.h"
+
 #include "openssl/rsa_wrapper.h"
 #include "support/logcapture.h"
 #include "support/testpolicy.h"
 #include "tarvikclient/policy.h"
-#include "tarvikclient/policyfile.h"
 #include "tarvikclient/publisherkeys.h"
 
 #include <gtest/gtest.h>
-
 #include <sys/stat.h>
 #include <unistd.h>
 

@@ -1,11 +1,11 @@
 // The list of gateways that the user has agreed to.
+#include "tarvikclient/rememberedgateways.h"
+
 #include "support/logcapture.h"
 #include "support/temporarydirectory.h"
 #include "tarvikclient/policyrules.h"
-#include "tarvikclient/rememberedgateways.h"
 
 #include <gtest/gtest.h>
-
 #include <sys/stat.h>
 
 #include <filesystem>

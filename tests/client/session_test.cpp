@@ -1,8 +1,7 @@
 // The pass from the launch URL to its outcome.
-#include "client/clientfixture.h"
-
 #include "base/confhelper.h"
 #include "base/file.h"
+#include "client/clientfixture.h"
 
 #include <filesystem>
 

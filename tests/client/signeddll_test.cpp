@@ -1,8 +1,9 @@
 // Signature files with a manifest: what is read of them, and what verifies.
+#include "tarvikclient/signeddll.h"
+
 #include "openssl/rsa_wrapper.h"
 #include "support/logcapture.h"
 #include "tarvikclient/publisherkeys.h"
-#include "tarvikclient/signeddll.h"
 
 #include <gtest/gtest.h>
 

@@ -1,8 +1,8 @@
 #include "cookiecomparison.h"
 
-#include <curl/curl.h>
-
 #include "base/ascii.h"
+
+#include <curl/curl.h>
 
 #include <algorithm>
 #include <charconv>

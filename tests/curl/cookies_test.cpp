@@ -1,7 +1,6 @@
 #include "curl/cookieline.h"
-#include "trustingsession.h"
-
 #include "support/logcapture.h"
+#include "trustingsession.h"
 
 #include <gtest/gtest.h>
 

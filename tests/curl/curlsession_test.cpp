@@ -1,11 +1,8 @@
+#include "base/stringwriter.h"
+#include "support/logcapture.h"
 #include "trustingsession.h"
 
-#include "support/logcapture.h"
-
-#include "base/stringwriter.h"
-
 #include <gtest/gtest.h>
-
 #include <signal.h>
 #include <stdlib.h>
 

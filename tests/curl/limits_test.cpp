@@ -1,6 +1,5 @@
-#include "trustingsession.h"
-
 #include "base/stringwriter.h"
+#include "trustingsession.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,5 @@
-#include "trustingsession.h"
-
 #include "support/logcapture.h"
+#include "trustingsession.h"
 
 #include <gtest/gtest.h>
 

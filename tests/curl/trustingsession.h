@@ -2,7 +2,6 @@
 #pragma once
 
 #include "curl/curlwrapper.h"
-
 #include "support/testserver.h"
 
 namespace quillon::test {

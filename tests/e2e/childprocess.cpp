@@ -1,15 +1,16 @@
 #include "e2e/childprocess.h"
 
-#include <chrono>
-#include <csignal>
 #include <fcntl.h>
-#include <fstream>
-#include <iterator>
 #include <spawn.h>
-#include <stdexcept>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
+
+#include <chrono>
+#include <csignal>
+#include <fstream>
+#include <iterator>
+#include <stdexcept>
 
 extern char** environ;
 

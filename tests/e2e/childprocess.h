@@ -1,11 +1,12 @@
 // A program under test.
 #pragma once
 
+#include <sys/types.h>
+
 #include <condition_variable>
 #include <map>
 #include <mutex>
 #include <string>
-#include <sys/types.h>
 #include <thread>
 #include <vector>
 

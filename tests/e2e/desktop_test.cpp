@@ -6,13 +6,13 @@
 #include "support/repeated.h"
 
 #include <gtest/gtest.h>
+#include <libintl.h>
+#include <locale.h>
 
 #include <algorithm>
 #include <csignal>
 #include <cstdlib>
-#include <libintl.h>
 #include <list>
-#include <locale.h>
 #include <thread>
 
 extern "C" int _nl_msg_cat_cntr; // the C library's own way of being told that LANGUAGE has changed

@@ -1,10 +1,8 @@
 // The headless program against the development gateway, both as they are deployed.
+#include "base/descriptor.h"
 #include "e2e/site.h"
 
-#include "base/descriptor.h"
-
 #include <gtest/gtest.h>
-
 #include <netinet/in.h>
 #include <sys/socket.h>
 

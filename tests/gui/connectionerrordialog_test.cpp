@@ -1,5 +1,6 @@
-#include "gui/windowtest.h"
 #include "tarvikclient/gui/connectionerrordialog.h"
+
+#include "gui/windowtest.h"
 #include "tarvikclient/gui/model/language.h"
 
 #include <gtest/gtest.h>

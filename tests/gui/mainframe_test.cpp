@@ -8,14 +8,13 @@
 #include "tarvikclient/gui/connectionerrordialog.h"
 #include "tarvikclient/gui/notificationpanel.h"
 
-#include <wx/menu.h>
-#include <wx/textctrl.h>
-
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <wx/menu.h>
+#include <wx/textctrl.h>
 
 namespace quillon {
 

@@ -2,12 +2,13 @@
 
 #include "gui/windowtest.h"
 
-#include <csignal>
-#include <future>
-#include <stdexcept>
 #include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
+
+#include <csignal>
+#include <future>
+#include <stdexcept>
 #include <utility>
 
 namespace quillon::test {

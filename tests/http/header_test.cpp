@@ -1,5 +1,4 @@
 #include "http/responseheader.h"
-
 #include "support/logcapture.h"
 
 #include <gtest/gtest.h>

@@ -1,6 +1,7 @@
-#include "http/loggableuri.h"
 #include "http/uri.h"
 
+#include "base/stringconversion.h"
+#include "http/loggableuri.h"
 #include "support/logcapture.h"
 
 #include <gtest/gtest.h>

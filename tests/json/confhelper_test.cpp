@@ -1,9 +1,10 @@
 // Required and optional keys, over both kinds of documents.
 #include "base/confhelper.h"
+
 #include "base/serializearray.h"
+#include "json/JSONReader.h"
 #include "support/logcapture.h"
 #include "xml/parserreader.h"
-#include "json/JSONReader.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,7 @@
+#include "base/strings.h"
+#include "json/JSONWrapper.h"
 #include "support/logcapture.h"
 #include "support/repeated.h"
-#include "json/JSONWrapper.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 /* A host checker in C that writes down every call and satisfies every rule. */
-#include <tarvik/module.h>
-
 #include "recorder.h"
+
+#include <tarvik/module.h>
 
 int InitHostCheckerDll(char const* reserved1, char const* reserved2, char const* directory,
                        char const* hostname, char const* language) {

@@ -1,10 +1,9 @@
 /* A plug-in in C that writes down every call, secrets included, and plays back status lines: script.txt in
  * the plug-in directory, one line for each poll, the last one again and again. */
-#include <tarvik/module.h>
+#include "recorder.h"
 
 #include <stdlib.h>
-
-#include "recorder.h"
+#include <tarvik/module.h>
 
 static int the_instance;
 static char const* next_line;

@@ -1,7 +1,6 @@
+#include "base/file.h"
 #include "openssl/evp_digest_wrapper.h"
 #include "openssl/md5_wrapper.h"
-
-#include "base/file.h"
 #include "support/logcapture.h"
 
 #include <gtest/gtest.h>

@@ -1,6 +1,5 @@
-#include "openssl/rsa_wrapper.h"
-
 #include "base/base64.h"
+#include "openssl/rsa_wrapper.h"
 #include "support/temporarydirectory.h"
 
 #include <gtest/gtest.h>

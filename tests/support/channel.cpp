@@ -1,7 +1,6 @@
 #include "support/channel.h"
 
 #include <openssl/ssl.h>
-
 #include <sys/socket.h>
 #include <unistd.h>
 

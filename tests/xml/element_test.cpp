@@ -1,6 +1,7 @@
+#include "xml/element.h"
+
 #include "support/logcapture.h"
 #include "xml/comment.h"
-#include "xml/element.h"
 #include "xml/stringparser.h"
 #include "xml/text.h"
 

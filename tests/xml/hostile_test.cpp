@@ -1,6 +1,7 @@
 // Documents made to be deep, long or repetitive. Quadratic work on these sizes would run for minutes and meet
 // the test's time limit; a recursion for each level would overflow the stack.
 #include "base/serializearray.h"
+#include "base/stringconversion.h"
 #include "support/repeated.h"
 #include "xml/parserreader.h"
 #include "xml/stringparser.h"

@@ -1,5 +1,6 @@
 #include "tarvikclient/cli/linenotify.h"
 
+#include "base/stringconversion.h"
 #include "base/visibletext.h"
 #include "curl/requestinfo.h"
 

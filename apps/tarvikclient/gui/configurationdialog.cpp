@@ -90,7 +90,7 @@ void TarvikClientConfigurationDialog::onRemoveCertIgnoreDomainButton(wxCommandEv
     // All at once: for each entry that is deleted by itself the list looks through all the others.
     certIgnoreDomainList->Set(edit.domains);
     if (!edit.domains.empty())
-        certIgnoreDomainList->EnsureVisible(std::min<int>(selected[0], edit.domains.size() - 1));
+        certIgnoreDomainList->EnsureVisible(std::min(selected[0], static_cast<int>(edit.domains.size()) - 1));
     updateRemoveButton();
 }
 

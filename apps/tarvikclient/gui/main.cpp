@@ -1,9 +1,8 @@
 // The desktop client: tarvikclient [URL].
+#include "base/exception.h"
 #include "tarvikclient/gui/platform/singleinstance.h"
 #include "tarvikclient/gui/platform/toolkitenvironment.h"
 #include "tarvikclient/gui/tarvikclientgui.h"
-
-#include "base/exception.h"
 #include "tarvikclient/launchargument.h"
 
 #include <cstdio>
@@ -45,8 +44,6 @@ int main(int argc, char** argv) {
     }
     try {
         return run(argc, argv);
-    } catch (Exception const& e) {
-        std::fprintf(stderr, "tarvikclient: %s\n", e.toString().str());
     } catch (std::exception const& e) {
         std::fprintf(stderr, "tarvikclient: %s\n", e.what());
     }

@@ -12,16 +12,15 @@
 #include "tarvikclient/gui/platform/toolkitenvironment.h"
 #include "tarvikclient/gui/wxlogbridge.h"
 
+#include <sys/resource.h>
 #include <wx/intl.h>
 #include <wx/msgdlg.h>
 #include <wx/utils.h>
 
-#include <wx/generic/msgdlgg.h> // stands on wx/msgdlg.h
-
-#include <sys/resource.h>
-
 #include <exception>
 #include <utility>
+
+#include <wx/generic/msgdlgg.h> // stands on wx/msgdlg.h
 
 namespace quillon {
 
@@ -44,8 +43,6 @@ void logTo(LogCategory category, char const* method, String const& text) {
 void logException(char const* method) {
     try {
         throw;
-    } catch (Exception const& e) {
-        logTo(ERROR, method, e.toString());
     } catch (std::exception const& e) {
         logTo(ERROR, method, e.what());
     } catch (...) {

@@ -15,6 +15,7 @@
 //
 // Its calls are written to sample-hostchecker.log in the directory that InitHostCheckerDll is given.
 
+#include <sys/utsname.h>
 #include <tarvik/module.h>
 
 #include <cstdlib>
@@ -23,7 +24,6 @@
 #include <optional>
 #include <sstream>
 #include <string>
-#include <sys/utsname.h>
 #include <system_error>
 
 namespace {

@@ -3,11 +3,10 @@
 #include "tarvikclient/gui/model/wxconversion.h"
 
 #include <gtest/gtest.h>
+#include <libintl.h>
 #include <wx/init.h>
 #include <wx/log.h>
 #include <wx/utils.h>
-
-#include <libintl.h>
 
 #include <clocale>
 #include <future>

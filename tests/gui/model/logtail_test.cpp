@@ -3,11 +3,10 @@
 #include "support/temporarydirectory.h"
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <filesystem>
 #include <fstream>
-
-#include <sys/stat.h>
 
 namespace quillon {
 

@@ -7,9 +7,8 @@
 #include "support/logcapture.h"
 #include "support/temporarydirectory.h"
 
-#include <gtest/gtest.h>
-
 #include <fcntl.h>
+#include <gtest/gtest.h>
 #include <poll.h>
 #include <sys/socket.h>
 #include <sys/stat.h>

@@ -1,12 +1,11 @@
 #include "tarvikclient/gui/model/language.h"
 
+#include <langinfo.h>
 #include <wx/arrstr.h>
 #include <wx/log.h>
 #include <wx/translation.h>
 #include <wx/utils.h>
 #include <wx/xlocale.h> // and the C library's, wherever it has its own
-
-#include <langinfo.h>
 
 #include <clocale>
 #include <cstring>

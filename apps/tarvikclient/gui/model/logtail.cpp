@@ -1,11 +1,11 @@
 #include "tarvikclient/gui/model/logtail.h"
 
-#include <algorithm>
-#include <string_view>
-
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
+
+#include <algorithm>
+#include <string_view>
 
 namespace quillon {
 

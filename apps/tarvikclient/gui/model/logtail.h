@@ -3,11 +3,10 @@
 
 #include "base/descriptor.h"
 
+#include <sys/types.h>
 #include <wx/string.h>
 
 #include <string>
-
-#include <sys/types.h>
 
 namespace quillon {
 

@@ -2,14 +2,14 @@
 
 #include "base/ascii.h"
 
+#include <pwd.h>
+#include <unistd.h>
+
 #include <algorithm>
 #include <cerrno>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-
-#include <pwd.h>
-#include <unistd.h>
 
 namespace quillon {
 

@@ -3,8 +3,9 @@
 
 #include "base/descriptor.h"
 
-#include <string>
 #include <sys/un.h>
+
+#include <string>
 
 namespace quillon::instance {
 

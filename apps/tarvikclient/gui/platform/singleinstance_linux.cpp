@@ -1,13 +1,13 @@
 #include "tarvikclient/gui/platform/singleinstance.h"
 
 #include "base/log.h"
+#include "base/stringconversion.h"
 #include "tarvikclient/gui/platform/instancesocket.h"
-
-#include <wx/evtloop.h>
-#include <wx/evtloopsrc.h>
 
 #include <sys/epoll.h>
 #include <sys/socket.h>
+#include <wx/evtloop.h>
+#include <wx/evtloopsrc.h>
 
 #include <algorithm>
 #include <cerrno>
