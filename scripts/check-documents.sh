@@ -4,6 +4,7 @@
 # which are checks themselves. Above a block may stand
 #   <!-- in the background -->   it serves until the end: it is waited for until it has printed a URL
 #   <!-- file PATH -->           the block is what is in a file
+# Before that, every test that docs/ name as "Suite.test" must be there.
 # Expects the build in build/release, whose key it exchanges and puts back. Exit code 1 at the first command that fails.
 set -euo pipefail
 . "$(dirname "${BASH_SOURCE[0]}")/common.sh"
@@ -28,6 +29,18 @@ commands() {
     inside && inside != "ignored" { print; next }
     NF { mark = "" }' "$1"
 }
+
+# unknown_tests: those that documents name, wholly or up to a "…" or "*", and that no source has.
+unknown_tests() {
+  grep -ohE '`[A-Z][A-Za-z]+\.[a-z0-9_]+(`|…|\*)' "$project"/docs/*.md | sort -u | while read -r name; do
+    suite=${name%%.*} test=${name#*.}
+    case $test in po\` | sig\`) continue ;; esac # names of files
+    case $test in *\`) end='\)' ;; *) end= ;; esac
+    grep -rqE "TEST(_F|_P)?\\(${suite#?}, ${test%[\`…*]}$end" "$project/tests" || echo "$name"
+  done
+}
+unknown=$(unknown_tests)
+[ -z "$unknown" ] || { say "no such tests: $unknown"; exit 1; }
 
 home=$(mktemp -d)
 restore() {

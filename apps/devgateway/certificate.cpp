@@ -12,7 +12,7 @@ namespace devgateway {
 
 namespace {
 
-constexpr long secondsPerDay = 24 * 60 * 60;
+constexpr long secondsPerDay = 24L * 60 * 60;
 
 void check(bool ok, char const* what) {
     if (ok)

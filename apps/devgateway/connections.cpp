@@ -60,7 +60,7 @@ void Connections::onSslEvent(SSL const* ssl, int where, int) noexcept {
     auto entry = std::make_unique<Entry>(*self, SSL_get_fd(ssl));
     // The callback's type promises not to change the connection's state, and attaching data does not.
     if (SSL_set_ex_data(const_cast<SSL*>(ssl), entryIndex(), entry.get()))
-        entry.release();
+        std::ignore = entry.release(); // it is the connection's now
 }
 
 void Connections::onSslFree(void*, void* entry, CRYPTO_EX_DATA*, int, long, void*) noexcept {

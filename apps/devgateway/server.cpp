@@ -24,7 +24,7 @@ constexpr time_t silenceSeconds = 5;
 constexpr std::chrono::seconds longestHandshake(5);
 constexpr size_t requestsPerConnection = 100;
 constexpr time_t terminationCheckMicroseconds = 50'000;
-constexpr size_t longestBody = 16 * 1024 * 1024;
+constexpr size_t longestBody = 16UL * 1024 * 1024;
 
 /// Only lets a port be taken again soon after the last gateway's end. The library's own choice (SO_REUSEPORT)
 /// would let two gateways share a port, and requests go to either.
@@ -49,7 +49,7 @@ public:
 private:
     bool setUpTls(SSL_CTX& context, Certificate const& certificate);
     void routeEverything();
-    void serve(httplib::Request const& request, httplib::Response& response, std::string const& body);
+    void serve(httplib::Request const& from, httplib::Response& to, std::string const& body);
     std::string commitFaults(Request const& request, Reply reply, httplib::Request const& from,
                              httplib::Response& to);
     void check();
@@ -131,7 +131,7 @@ std::string Server::Private::commitFaults(Request const& request, Reply reply, h
     }
     if (Fault const* fault = findFault(m_faults, FaultKind::Status, request.path))
         setStatus(reply, fault->status);
-    std::string const outcome = std::to_string(reply.status);
+    std::string outcome = std::to_string(reply.status);
     if (findFault(m_faults, FaultKind::Truncate, request.path)) {
         sendTruncated(reply, to);
         return outcome + " truncated";

@@ -182,7 +182,7 @@ String DownloadManager::downloadFromConfig(DownloadConfig const& config, String 
                                            unsigned long limit) {
     if (!staysInDirectory(config.filename, "DownloadManager", "downloadFromConfig"))
         return String::null;
-    String const path = directory + "/" + config.filename;
+    String path = directory + "/" + config.filename;
     if (isPresent(config, path) || downloadFileTo(config.urlpath + config.filename, path, limit))
         return path;
     return String::null;

@@ -7,7 +7,7 @@ namespace quillon {
 
 String takeArgument(char* argument) {
     std::size_t const length = std::strlen(argument);
-    String const copy = String::copyOf({argument, length});
+    String copy = String::copyOf({argument, length});
     std::fill_n(argument, length, '\0');
     return copy;
 }

@@ -37,4 +37,5 @@ private:
 
 /// Declares, within a class of loaded modules, the member for the export `name`. Exports are looked for in
 /// the order of their members.
-#define TARVIK_EXPORT(member, name) ::quillon::ModuleExport<decltype(::name)> member = {*this, #name}
+#define TARVIK_EXPORT(member, name) /* NOLINTNEXTLINE(bugprone-macro-parentheses): declares `member` */      \
+    ::quillon::ModuleExport<decltype(::name)> member = {*this, #name}

@@ -73,7 +73,7 @@ int PluginDllInstance::LaunchSafeResource(int id, String const& text,
 String PluginDllInstance::strResponse(char* text) {
     if (!text)
         return String();
-    String const copy = String(text).clone();
+    String copy = String(text).clone();
     m_releaseStr(text);
     return copy;
 }

@@ -11,7 +11,7 @@ void failPolicy(String const& path, String const& reason, Place place) {
 
 std::optional<String> readPolicyFile(PolicyPlace const& place) {
     try {
-        auto const text = readTrustedFile(place.path, place.owner);
+        auto text = readTrustedFile(place.path, place.owner);
         String const inOneLine = text ? text->remove('\n').remove('\r') : String();
         if (visibleText(inOneLine) != inOneLine) // which an editor would not show
             failPolicy(place.path, "it holds control characters");

@@ -13,7 +13,7 @@ namespace quillon {
 
 namespace {
 
-constexpr off_t maxSize = 64 * 1024;
+constexpr off_t maxSize = 64L * 1024;
 
 /// One reading of a file.
 class Reading {

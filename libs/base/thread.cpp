@@ -169,6 +169,7 @@ pthread_t Thread::getMyId() {
 
 String Thread::getMyIdString() {
     String const name = ThreadPrivateBase::myName();
+    // A number or a pointer, as the platform has it. NOLINTNEXTLINE(performance-no-int-to-ptr)
     return name.empty() ? toString((void const*)pthread_self()) : name;
 }
 

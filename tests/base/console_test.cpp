@@ -29,7 +29,7 @@ std::string body(std::string const& line) {
 
 } // namespace
 
-TEST(Exception, textNamesThePlaceThatThrewAndThePlaceThatCaught) {
+TEST(Exception, text_names_the_place_that_threw_and_the_place_that_caught) {
     static constexpr char const* files[][2] = {
         {"/a/b/c", "c"}, {"a\\b\\c", "c"}, {"c", "c"}, {"a\\b/c\\d", "c\\d"}};
     for (auto const& [path, file] : files) {
@@ -45,7 +45,7 @@ TEST(Exception, textNamesThePlaceThatThrewAndThePlaceThatCaught) {
     EXPECT_EQ(Exception(-7, "EX", "c", 1).getErrorCode(), -7);
 }
 
-TEST(Console, linesHaveOneForm) {
+TEST(Console, lines_have_one_form) {
     using namespace std::chrono;
     test::LogCapture capture;
     while (duration_cast<milliseconds>(system_clock::now().time_since_epoch()).count() % 1000 > 60)
@@ -70,7 +70,7 @@ TEST(Console, linesHaveOneForm) {
     EXPECT_EQ(body(lines[5]), "[tag] TRACE Class.c text");
 }
 
-TEST(Console, aTextCannotForgeALineNorHideTheRestOfItsOwn) {
+TEST(Console, a_text_cannot_forge_a_line_nor_hide_the_rest_of_its_own) {
     test::LogCapture capture;
     log(ERROR, "tag", "Class", "", String("a\r\n[tag] TRACE b\0c\x1b[2J", 22));
     std::vector<std::string> const lines = capture.lines();
@@ -78,7 +78,7 @@ TEST(Console, aTextCannotForgeALineNorHideTheRestOfItsOwn) {
     EXPECT_EQ(body(lines[0]), "[tag] ERROR Class: a  [tag] TRACE b c\\x1b[2J");
 }
 
-TEST(Console, aLineHasABound) {
+TEST(Console, a_line_has_a_bound) {
     constexpr unsigned head = 19; // "[tag] TRACE Class: "
     static constexpr struct {
         unsigned filling; // before the character
@@ -101,7 +101,7 @@ TEST(Console, aLineHasABound) {
     }
 }
 
-TEST(VisibleText, writesOutWhatTerminalsObeyAndLeavesTheRest) {
+TEST(VisibleText, writes_out_what_terminals_obey_and_leaves_the_rest) {
     static constexpr char const* cases[][2] = {
         {"", ""},
         {"plain \t~ text", "plain \t~ text"},
@@ -127,7 +127,7 @@ TEST(VisibleText, writesOutWhatTerminalsObeyAndLeavesTheRest) {
 }
 
 // The name may stand in a directory that everybody writes to.
-TEST(Console, takesOnlyAPlainFileOfItsOwnForTheLog) {
+TEST(Console, takes_only_a_plain_file_of_its_own_for_the_log) {
     test::LogCapture restoresTheStreams;
     test::TemporaryDirectory directory;
     String const path = directory.file("log"), victim = directory.file("victim");
@@ -166,7 +166,7 @@ TEST(Console, takesOnlyAPlainFileOfItsOwnForTheLog) {
     EXPECT_EQ(std::filesystem::status(path.str()).permissions(), std::filesystem::perms(0600));
 }
 
-TEST(Console, aCategoryCanBeSentToNull) {
+TEST(Console, a_category_can_be_sent_to_null) {
     test::LogCapture capture;
     Console::instance()->setStream(ERROR, "null");
     log(ERROR, "Class", "method", "lost");
@@ -179,7 +179,7 @@ TEST(Console, aCategoryCanBeSentToNull) {
     EXPECT_EQ(capture.lines().size(), 1u);
 }
 
-TEST(Console, closingASharedStreamSendsTheOthersToStandardOutput) {
+TEST(Console, closing_a_shared_stream_sends_the_others_to_standard_output) {
     test::LogCapture capture;
     test::TemporaryDirectory directory;
     FILE* const shared = std::fopen(directory.file("shared").str(), "w");
@@ -197,7 +197,7 @@ TEST(Console, closingASharedStreamSendsTheOthersToStandardOutput) {
 }
 
 // Four categories with a handle each on one file, a million lines from four threads.
-TEST(Console, noLineIsLostTornOrOutOfOrder) {
+TEST(Console, no_line_is_lost_torn_or_out_of_order) {
     constexpr int threads = 4, linesEach = SANITIZED ? 25000 : 250000;
     test::LogCapture capture;
     std::vector<std::thread> writers;

@@ -34,14 +34,14 @@ void expectKeyedForm() {
 
 } // namespace
 
-TEST(Containers, standInDocumentsAsOneChildForEachItem) {
+TEST(Containers, stand_in_documents_as_one_child_for_each_item) {
     expectKeyedForm<SerializeArray<String>>();
     expectKeyedForm<SerializeArray<String, InternalMutex>>();
     expectKeyedForm<List<String>>();
     expectKeyedForm<Vector<String>>();
 }
 
-TEST(Dict, keepsOneValueForEachKeyInOrder) {
+TEST(Dict, keeps_one_value_for_each_key_in_order) {
     Dict<String, int> dict;
     for (char const* key : {"b", "a", "c", "a"})
         dict.set(key, static_cast<int>(dict.size()));

@@ -9,7 +9,7 @@
 
 using namespace quillon;
 
-TEST(Conversion, textToNumbers) {
+TEST(Conversion, text_to_numbers) {
     static constexpr struct {
         char const* text;
         std::uint32_t u32;
@@ -51,7 +51,7 @@ TEST(Conversion, utf16) {
     EXPECT_EQ(wildcard2regex("a*.b?[c]"), "^a.*\\.b.\\[c\\]$");
 }
 
-TEST(Base64, knownTexts) {
+TEST(Base64, known_texts) {
     static constexpr char const* cases[][2] = {{"", ""},        {"a", "YQ=="},        {"ab", "YWI="},
                                                {"abc", "YWJj"}, {"abcd", "YWJjZA=="}, {"\xFB\xFF", "+/8="}};
     for (auto const& [text, encoded] : cases) {
@@ -62,7 +62,7 @@ TEST(Base64, knownTexts) {
     }
 }
 
-TEST(Base64, decodingIsLenientAndBounded) {
+TEST(Base64, decoding_is_lenient_and_bounded) {
     struct {
         char const* encoded;
         String decoded;
@@ -74,7 +74,7 @@ TEST(Base64, decodingIsLenientAndBounded) {
         EXPECT_EQ(Base64::decode(c.encoded), Memory(c.decoded)) << c.encoded;
 }
 
-TEST(SafePath, staysBelowItsDirectory) {
+TEST(SafePath, stays_below_its_directory) {
     for (char const* name : {"", "a", "a/b", "a..b", "..a", "a..", ".", "./a", "a//b", "...", "a\\b", "c:/x"})
         EXPECT_TRUE(isSafeRelativePath(name)) << name;
     for (char const* name :

@@ -40,7 +40,7 @@ bool inOrder(std::string const& text, std::initializer_list<char const*> parts) 
 
 } // namespace
 
-TEST(ProcessExit, givesUpOnASynchronisedThreadAfterFiveSeconds) {
+TEST(ProcessExit, gives_up_on_a_synchronised_thread_after_five_seconds) {
     Ending const ending = runProbe("linger");
     EXPECT_EQ(ending.status, 0);
     EXPECT_EQ(ending.err, "SynchroThread::~SynchroThread\tcannot wait for all threads termination for: 5s\n"
@@ -50,7 +50,7 @@ TEST(ProcessExit, givesUpOnASynchronisedThreadAfterFiveSeconds) {
 }
 
 // The last three once hung for ever, or ended in a crash.
-TEST(ProcessExit, isPromptWhateverHappensBefore) {
+TEST(ProcessExit, is_prompt_whatever_happens_before) {
     static constexpr char const *before = "[tag] TRACE Static.constructor before main\n",
                                 *ends = "[tag] TRACE main: ends\n",
                                 *after = "[tag] TRACE Static.destructor after main\n";
@@ -80,7 +80,7 @@ TEST(ProcessExit, isPromptWhateverHappensBefore) {
     }
 }
 
-TEST(ProcessExit, aThreadThatCannotBeStartedIsFatal) {
+TEST(ProcessExit, a_thread_that_cannot_be_started_is_fatal) {
     if (SANITIZED)
         GTEST_SKIP() << "a sanitizer's own memory does not fit the limit";
     Ending const ending = runProbe("no thread");

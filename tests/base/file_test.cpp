@@ -35,7 +35,7 @@ std::string sorted(List<String> const& list) {
 
 } // namespace
 
-TEST_F(FileTest, applicationDataIsBelowTheHomeDirectory) {
+TEST_F(FileTest, application_data_is_below_the_home_directory) {
     std::string const current = std::filesystem::current_path();
     std::string const home = std::getenv("HOME") ? std::getenv("HOME") : "/";
     struct {
@@ -61,7 +61,7 @@ TEST_F(FileTest, applicationDataIsBelowTheHomeDirectory) {
     set("HOME", home.c_str());
 }
 
-TEST_F(FileTest, pathsAreTakenApart) {
+TEST_F(FileTest, paths_are_taken_apart) {
     static constexpr char const* cases[][4] = {
         // path, sub path, folder name, extension
         {"/a/b/c.txt", "/a/b/", "/a/b", "txt"},
@@ -82,7 +82,7 @@ TEST_F(FileTest, pathsAreTakenApart) {
     }
 }
 
-TEST_F(FileTest, openModes) {
+TEST_F(FileTest, open_modes) {
     static constexpr struct {
         File::ModeOption mode;
         bool createsMissing;
@@ -118,7 +118,7 @@ TEST_F(FileTest, openModes) {
     EXPECT_FALSE(directory.isOpened());
 }
 
-TEST_F(FileTest, isAStreamOfValues) {
+TEST_F(FileTest, is_a_stream_of_values) {
     File file;
     ASSERT_TRUE(file.open(path("file"), File::in | File::out | File::truncate));
     file.write(-5);
@@ -140,7 +140,7 @@ TEST_F(FileTest, isAStreamOfValues) {
     EXPECT_EQ(readFile(path("file")).substr(4), "te!t");
 }
 
-TEST_F(FileTest, whatFitsIntoNoStringIsRefused) {
+TEST_F(FileTest, what_fits_into_no_string_is_refused) {
     String const content("a\0b\r\n", 5);
     File::writeAllFile(path("file"), content);
     EXPECT_EQ(File::readAllFile(path("file")), content);
@@ -157,7 +157,7 @@ TEST_F(FileTest, whatFitsIntoNoStringIsRefused) {
 }
 
 // C code takes "kept\0x" for "kept".
-TEST_F(FileTest, aNameWithANulIsNobodysName) {
+TEST_F(FileTest, a_name_with_a_nul_is_nobodys_name) {
     using Name = String const&;
     static constexpr struct {
         char const* what;
@@ -197,7 +197,7 @@ TEST_F(FileTest, aNameWithANulIsNobodysName) {
     EXPECT_EQ(File::getSize(file + nul), 0u);
 }
 
-TEST_F(FileTest, directoriesAndUnreadableNamesDoNotExistAsFiles) {
+TEST_F(FileTest, directories_and_unreadable_names_do_not_exist_as_files) {
     writeFile(path("file"), "");
     EXPECT_TRUE(File::exists(path("file").replace('/', '\\')));
     EXPECT_FALSE(File::exists(m_directory.toString()));
@@ -209,7 +209,7 @@ TEST_F(FileTest, directoriesAndUnreadableNamesDoNotExistAsFiles) {
     EXPECT_FALSE(File::isDirectory(path("file")));
 }
 
-TEST_F(FileTest, removesMovesAndCopies) {
+TEST_F(FileTest, removes_moves_and_copies) {
     test::LogCapture log;
     EXPECT_THROW(File::remove(path("missing")), EFile);
     EXPECT_EQ(log.text(), "") << "without a line";
@@ -226,7 +226,7 @@ TEST_F(FileTest, removesMovesAndCopies) {
     EXPECT_EQ(File::getFileLastWrite(path("b")).toString(), "1970-01-02T00:00:00Z");
 }
 
-TEST_F(FileTest, directoriesAreMadeForTheirOwnerAlone) {
+TEST_F(FileTest, directories_are_made_for_their_owner_alone) {
     File::createDirectory(path("a/b/"));
     File::ensureDirectory(path("a\\b"));
     for (char const* directory : {"a", "a/b"})

@@ -8,7 +8,7 @@
 
 using namespace quillon;
 
-TEST(Credentials, domainLoginsAreTakenApart) {
+TEST(Credentials, domain_logins_are_taken_apart) {
     static constexpr struct {
         char const *text, *login, *domain;
     } cases[] = {
@@ -31,7 +31,7 @@ TEST(Credentials, domainLoginsAreTakenApart) {
     EXPECT_EQ(credentials, Credentials("login", "", "domain"));
 }
 
-TEST(Proxy, isWrittenWithCredentialAndReadWithCredentials) {
+TEST(Proxy, is_written_with_credential_and_read_with_credentials) {
     Proxy proxy(Proxy::HTTP_CONNECT, "host:3128");
     proxy.getCredentials() = Credentials("login", "pw", "domain");
     String text;

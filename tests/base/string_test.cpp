@@ -17,7 +17,7 @@
 
 using namespace quillon;
 
-TEST(String, piecesAroundACharacter) {
+TEST(String, pieces_around_a_character) {
     static constexpr struct {
         char const *text, *left, *leftOrNull, *right, *rightOrNull, *rleft, *rright;
     } cases[] = {
@@ -38,7 +38,7 @@ TEST(String, piecesAroundACharacter) {
     }
 }
 
-TEST(String, rangesAndTrimsStayWithinTheString) {
+TEST(String, ranges_and_trims_stay_within_the_string) {
     String const text = String::copyOf("hello");
     EXPECT_STREQ(text.range(1, 2).str(), "el");
     EXPECT_STREQ(text.str(), "hello");
@@ -51,7 +51,7 @@ TEST(String, rangesAndTrimsStayWithinTheString) {
     EXPECT_TRUE(String("---").trim('-').empty());
 }
 
-TEST(String, searchFindsPositionsFromTheStart) {
+TEST(String, search_finds_positions_from_the_start) {
     constexpr unsigned npos = String::npos;
     String const text("abcABCabc");
     SearchPattern const exact("abc"), ignored("ABC", SearchPattern::Case::ignored);
@@ -84,7 +84,7 @@ TEST(String, searchFindsPositionsFromTheStart) {
         EXPECT_EQ(found, expected) << "case " << (&found - cases[0]) / 2;
 }
 
-TEST(String, comparisonIsByteForByte) {
+TEST(String, comparison_is_byte_for_byte) {
     EXPECT_TRUE(String("abc").starts("bc", 1) && !String("abc").starts("bc", 2));
     EXPECT_TRUE(String("abc").starts("", 3) && !String("abc").starts("", 4));
     EXPECT_TRUE(String("abc").startsNoCase2("", 3) && !String("abc").startsNoCase2("", 4));
@@ -97,7 +97,7 @@ TEST(String, comparisonIsByteForByte) {
     EXPECT_TRUE(String("z") < String("\x80") && String("ab") > String("a"));
 }
 
-TEST(String, newStringsLeaveTheOldOneAlone) {
+TEST(String, new_strings_leave_the_old_one_alone) {
     String const text("aXbXxc"), upper = text.upper();
     EXPECT_EQ(upper, "AXBXXC");
     EXPECT_EQ(upper.upper().array(), upper.array()) << "nothing to change, nothing copied";
@@ -111,7 +111,7 @@ TEST(String, newStringsLeaveTheOldOneAlone) {
     EXPECT_EQ(text, "aXbXxc");
 }
 
-TEST(String, wrappedBytesAreNeverReadBeyondTheirEnd) {
+TEST(String, wrapped_bytes_are_never_read_beyond_their_end) {
     auto const bytes = std::make_unique<char[]>(3); // no NUL behind: a memory checker sees each step too far
     std::memcpy(bytes.get(), "abc", 3);
     String const wrapped(bytes.get(), 3);
@@ -131,7 +131,7 @@ TEST(String, wrappedBytesAreNeverReadBeyondTheirEnd) {
     EXPECT_THROW(StringWriter(text).write(Memory("bytes", 5), 6), EStringWriter);
 }
 
-TEST(String, keepsBytesOfPassingBuffersWhenAsked) {
+TEST(String, keeps_bytes_of_passing_buffers_when_asked) {
     char buffer[] = "text";
     String const wrapped(buffer);
     String appended;
@@ -143,7 +143,7 @@ TEST(String, keepsBytesOfPassingBuffersWhenAsked) {
         EXPECT_EQ(s, "text");
 }
 
-TEST(String, growsAtLinearCost) {
+TEST(String, grows_at_linear_cost) {
     String s;
     unsigned moves = 0;
     for (unsigned i = 0; i < 4u << 20; ++i) {
@@ -156,7 +156,7 @@ TEST(String, growsAtLinearCost) {
 }
 
 // Several strings that share blocks behave as so many separate std::string objects.
-TEST(String, sharingIsNotObservable) {
+TEST(String, sharing_is_not_observable) {
     std::mt19937 random(1);
     auto const below = [&](std::size_t n) { return static_cast<unsigned>(n ? random() % n : 0); };
     constexpr unsigned count = 4;
@@ -192,7 +192,7 @@ TEST(String, sharingIsNotObservable) {
     }
 }
 
-TEST(Splitter, yieldsOnePieceMoreThanSeparators) {
+TEST(Splitter, yields_one_piece_more_than_separators) {
     static constexpr struct {
         char const* text;
         std::initializer_list<char const*> pieces;
@@ -215,7 +215,7 @@ TEST(Splitter, yieldsOnePieceMoreThanSeparators) {
     EXPECT_EQ(one.next(), "b,c");
 }
 
-TEST(StringAddition, putsAnyNumberOfPartsTogether) {
+TEST(StringAddition, puts_any_number_of_parts_together) {
     StringAddition addition;
     std::string expected;
     for (unsigned i = 0; i < 40; ++i) {
@@ -231,7 +231,7 @@ TEST(StringAddition, putsAnyNumberOfPartsTogether) {
     EXPECT_EQ(target, "ababcb") << "the target may be a part";
 }
 
-TEST(StringAddition, longChainsAreTakenApartWithoutRecursion) {
+TEST(StringAddition, long_chains_are_taken_apart_without_recursion) {
     StringAddition addition;
     for (unsigned i = 0; i < 1000000; ++i)
         addition.add("x");
@@ -240,7 +240,7 @@ TEST(StringAddition, longChainsAreTakenApartWithoutRecursion) {
     EXPECT_EQ(copy.toString().length(), 1000000u);
 }
 
-TEST(String, isSharedAmongThreads) {
+TEST(String, is_shared_among_threads) {
     String const shared = String::copyOf(std::string(100, 's'));
     std::vector<std::thread> threads;
     std::atomic<int> wrong{0};

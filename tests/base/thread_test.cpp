@@ -45,7 +45,7 @@ private:
 
 } // namespace
 
-TEST(Thread, runsAgainAndAgain) {
+TEST(Thread, runs_again_and_again) {
     Gate gate;
     int runs = 0;
     FunctionThread thread("again", true, [&] {
@@ -67,14 +67,14 @@ TEST(Thread, runsAgainAndAgain) {
 }
 
 // run() once waited for ever for a thread that had finished before it was seen to start.
-TEST(Thread, startingOneThatEndsAtOnceDoesNotHang) {
+TEST(Thread, starting_one_that_ends_at_once_does_not_hang) {
     for (int i = 0; i < 3000; ++i) {
         FunctionThread thread("short", true, [] {});
         thread.run();
     }
 }
 
-TEST(Thread, knowsItself) {
+TEST(Thread, knows_itself) {
     EXPECT_TRUE(Thread::getMyIdString().starts("0x"));
     for (bool const synchronised : {true, false}) {
         String id;
@@ -91,7 +91,7 @@ TEST(Thread, knowsItself) {
     }
 }
 
-TEST(Thread, anEscapedExceptionIsLoggedAndEndsTheThread) {
+TEST(Thread, an_escaped_exception_is_logged_and_ends_the_thread) {
     test::LogCapture log;
     char osName[32] = "";
     FunctionThread thread("sixteen letters!", true, [&] {
@@ -107,7 +107,7 @@ TEST(Thread, anEscapedExceptionIsLoggedAndEndsTheThread) {
 }
 
 // What a thread keeps for itself goes when it is replaced, removed, or the thread ends.
-TEST(Thread, localDataEndsWithTheThreadAtTheLatest) {
+TEST(Thread, local_data_ends_with_the_thread_at_the_latest) {
     struct Data : ThreadLocalData {
         explicit Data(std::string& list, char letter) : ended(list), name(letter) {}
         ~Data() override { ended += name; }
@@ -131,7 +131,7 @@ TEST(Thread, localDataEndsWithTheThreadAtTheLatest) {
     EXPECT_EQ(ended, "abc");
 }
 
-TEST(Thread, sleepEndsWhenWoken) {
+TEST(Thread, sleep_ends_when_woken) {
     for (unsigned long const limit : {60000ul, 1ul << 32, Thread::noLimit - 1, Thread::noLimit}) {
         Mutex mutex;
         bool asleep = false, woken = false;
@@ -151,7 +151,7 @@ TEST(Thread, sleepEndsWhenWoken) {
     }
 }
 
-TEST(Condition, timedWaitTellsSignalFromTimeout) {
+TEST(Condition, timed_wait_tells_signal_from_timeout) {
     using namespace std::chrono;
     Mutex mutex;
     Condition condition;
@@ -173,7 +173,7 @@ TEST(Condition, timedWaitTellsSignalFromTimeout) {
 }
 
 // A lock without a native mutex is let go during the wait and held again afterwards.
-TEST(Condition, waitsWithAnyLock) {
+TEST(Condition, waits_with_any_lock) {
     struct Lock : IMutex {
         void lock() override { m_mutex.lock(); }
         void unlock() override { m_mutex.unlock(); }

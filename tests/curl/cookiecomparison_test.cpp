@@ -8,7 +8,7 @@
 using namespace quillon::test;
 
 // TARVIK_COOKIE_ROUNDS asks for more rounds than a test's time allows.
-TEST(CookieComparison, sentAndHeldAsByLibcurlAlone) {
+TEST(CookieComparison, sent_and_held_as_by_libcurl_alone) {
     char const* const asked = std::getenv("TARVIK_COOKIE_ROUNDS");
     int const rounds = asked ? std::atoi(asked) : 40;
     std::mt19937 random(20261121);
@@ -21,7 +21,7 @@ TEST(CookieComparison, sentAndHeldAsByLibcurlAlone) {
 }
 
 // Lengths and numbers that random replies do not come to.
-TEST(CookieComparison, longTicketsAndManyCookies) {
+TEST(CookieComparison, long_tickets_and_many_cookies) {
     std::string const gate = "http://gate.example/";
     std::string const ticket = "Tarvik-Id=" + std::string(4000, 't');
     std::vector<std::string> many;

@@ -27,7 +27,7 @@ using Texts = std::vector<std::string>;
 
 } // namespace
 
-TEST(Cookies, goOnlyToTheirDomainUnlessTheyHaveNone) {
+TEST(Cookies, go_only_to_their_domain_unless_they_have_none) {
     TestServer server(setCookies, Tls::off);
     CurlSession session;
     session.setCookie(cookie("other", "1", "gate.example"));
@@ -37,7 +37,7 @@ TEST(Cookies, goOnlyToTheirDomainUnlessTheyHaveNone) {
     EXPECT_EQ(session.listCookies().size(), 1u);
 }
 
-TEST(Cookies, requestsAtOnceLoseNone) {
+TEST(Cookies, requests_at_once_lose_none) {
     constexpr int count = 8;
     std::latch all(2 * count);
     TestServer server([&](Request const& request) {
@@ -64,7 +64,7 @@ TEST(Cookies, requestsAtOnceLoseNone) {
     EXPECT_NE(sent.find("old=1"), std::string::npos) << sent;
 }
 
-TEST(Cookies, aRequestThatSawAnOldCookieDoesNotUndoANewOne) {
+TEST(Cookies, a_request_that_saw_an_old_cookie_does_not_undo_a_new_one) {
     std::latch bothIn(2), replaced(2);
     TestServer server([&](Request const& request) {
         if (request.path() == "/slow") {
@@ -85,7 +85,7 @@ TEST(Cookies, aRequestThatSawAnOldCookieDoesNotUndoANewOne) {
 }
 
 // What the comparison with libcurl alone, which is made without TLS, does not come to.
-TEST(CookieLine, secureOnesGoWithTlsAndToTheMachineItself) {
+TEST(CookieLine, secure_ones_go_with_tls_and_to_the_machine_itself) {
     static constexpr std::tuple<char const*, char const*, bool> cases[] = {
         {"h", "https://h/", true},  {"h", "HTTPS://u:p@H:443/x?y#", true},        {"h", "http://h/", false},
         {"h", "https://i/", false}, {"localhost", "http://u@LocalHost:80", true},
@@ -96,7 +96,7 @@ TEST(CookieLine, secureOnesGoWithTlsAndToTheMachineItself) {
     }
 }
 
-TEST(Cookies, thoseThatLibcurlWouldLeaveOutAreRefused) {
+TEST(Cookies, those_that_libcurl_would_leave_out_are_refused) {
     std::string const longest(4094, 'v');
     LogCapture log;
     CurlSession session;

@@ -25,7 +25,7 @@ protected:
 
 } // namespace
 
-TEST(CurlSession, getAndPostArriveAsGiven) {
+TEST(CurlSession, get_and_post_arrive_as_given) {
     TestServer server(answering(ok("reply")));
     TrustingSession session;
     session.setUserAgent("TarvikClient 1");
@@ -46,7 +46,7 @@ TEST(CurlSession, getAndPostArriveAsGiven) {
     EXPECT_EQ(requests[1].body, std::string("x\0y", 3));
 }
 
-TEST(CurlSession, onlyTheFinalReplysHeaderRemains) {
+TEST(CurlSession, only_the_final_replys_header_remains) {
     TestServer server(answering(raw("HTTP/1.1 103 Early Hints\r\nX-Hint: 1\r\n\r\n"
                                     "HTTP/1.1 302 Found\r\nLocation: /other\r\nContent-Length: 0\r\n\r\n")));
     TrustingSession session;
@@ -58,7 +58,7 @@ TEST(CurlSession, onlyTheFinalReplysHeaderRemains) {
     EXPECT_EQ(server.requests().size(), 1u) << "redirects are not followed";
 }
 
-TEST(CurlSession, failuresAreLoggedWithTheirNumber) {
+TEST(CurlSession, failures_are_logged_with_their_number) {
     TestServer tls(answering(ok()));
     TestServer truncating(answering(raw("HTTP/1.1 200 OK\r\nContent-Length: 10\r\n\r\nhalf")), Tls::off);
     TestServer resetting(answering(silent(Reply::reset)), Tls::off);
@@ -84,19 +84,13 @@ TEST(CurlSession, failuresAreLoggedWithTheirNumber) {
     EXPECT_EQ(log.count("ERROR CurlEasyWrapper.request "), std::size(cases));
 }
 
-TEST(RequestInfo, formatShowsWhatIsKnown) {
+TEST(RequestInfo, format_shows_what_is_known) {
     EXPECT_EQ(RequestInfo().format(), "Code: 0");
     EXPECT_EQ(RequestInfo(7, "", "details").format(), "Code: 7\ndetails");
-    CurlSession session;
-    Memory body;
-    RequestInfo info;
-    EXPECT_FALSE(session.request(String::copyOf("http://" + deadAuthority()), body, info));
-    String const text = info.format();
-    EXPECT_TRUE(text.starts("Code: 7(Couldn't connect to server)\nFailed to connect to 127.0.0.1 port "))
-        << text.str();
+    EXPECT_EQ(RequestInfo(7, "why", "details").format(), "Code: 7(why)\ndetails");
 }
 
-TEST(CurlSession, throwingWriterEndsTheTransfer) {
+TEST(CurlSession, throwing_writer_ends_the_transfer) {
     TestServer server(answering(ok("body")));
     LogCapture log;
     TrustingSession session;
@@ -107,7 +101,7 @@ TEST(CurlSession, throwingWriterEndsTheTransfer) {
     EXPECT_TRUE(log.contains("Failed writing received data to disk/application (#23) ["));
 }
 
-TEST(CurlSession, errorTextAndBodyOfOneTransferDoNotStayForTheNext) {
+TEST(CurlSession, error_text_and_body_of_one_transfer_do_not_stay_for_the_next) {
     TestServer server(answering(ok()), Tls::off);
     CurlEasyWrapper handle;
     Memory body;
@@ -120,7 +114,7 @@ TEST(CurlSession, errorTextAndBodyOfOneTransferDoNotStayForTheNext) {
     EXPECT_EQ(server.requests().at(0).body, "");
 }
 
-TEST(CurlSession, httpProxyGetsTheRequestAndTheCredentials) {
+TEST(CurlSession, http_proxy_gets_the_request_and_the_credentials) {
     TestServer proxy(
         [](Request const& request) {
             return request.hasHeader("Proxy-Authorization")
@@ -139,7 +133,7 @@ TEST(CurlSession, httpProxyGetsTheRequestAndTheCredentials) {
     EXPECT_EQ(last.header("Proxy-Authorization"), "Basic dXNlcjpzZWNyZXQ=");
 }
 
-TEST(CurlSession, proxyTypeNoneLeavesTheEnvironmentInForce) {
+TEST(CurlSession, proxy_type_none_leaves_the_environment_in_force) {
     TestServer proxy(answering(ok("by proxy")), Tls::off);
     setenv("http_proxy", proxy.authority().c_str(), 1);
     CurlSession session;
@@ -149,7 +143,7 @@ TEST(CurlSession, proxyTypeNoneLeavesTheEnvironmentInForce) {
     EXPECT_EQ(String(body), "by proxy");
 }
 
-TEST(CurlSession, secretsOfAProxyThatCannotBeUsedAreNotQuoted) {
+TEST(CurlSession, secrets_of_a_proxy_that_cannot_be_used_are_not_quoted) {
     for (std::string const& proxy : std::vector<std::string>{
              "http://name:secret@h:999999", "http://name:sec'ret@h h:80", "xyz://name:secret@h:1",
              "http://name:" + std::string(300, 's') + "@h:999999"}) {
@@ -167,7 +161,7 @@ TEST(CurlSession, secretsOfAProxyThatCannotBeUsedAreNotQuoted) {
     }
 }
 
-TEST(CurlSession, stringsAreEncodedWhateverTheirLength) {
+TEST(CurlSession, strings_are_encoded_whatever_their_length) {
     CurlSession const session;
     EXPECT_EQ(session.urlEncodeString(""), "");
     EXPECT_EQ(session.urlEncodeString(String("a b\0~", 5)), "a%20b%00~");
@@ -176,7 +170,7 @@ TEST(CurlSession, stringsAreEncodedWhateverTheirLength) {
     EXPECT_EQ(session.urlEncodeString(huge).length(), 3 * huge.length());
 }
 
-TEST(CurlInitializer, brokenConnectionsDoNotEndTheProcess) {
+TEST(CurlInitializer, broken_connections_do_not_end_the_process) {
     CurlSession session;
     struct sigaction current {};
     sigaction(SIGPIPE, nullptr, &current);

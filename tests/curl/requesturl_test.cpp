@@ -43,7 +43,7 @@ std::string randomUrl(std::mt19937& random) {
 } // namespace
 
 // Who is asked, as a proxy sees it, is who stands in the URL, or nobody.
-TEST(RequestUrl, onlyTheHostThatCanBeReadThereIsAsked) {
+TEST(RequestUrl, only_the_host_that_can_be_read_there_is_asked) {
     LogCapture log; // of most
     TestServer proxy(answering(ok()), Tls::off);
     ProxySession session(Proxy(Proxy::HTTP_CONNECT, String::copyOf(proxy.authority())));
@@ -62,7 +62,7 @@ TEST(RequestUrl, onlyTheHostThatCanBeReadThereIsAsked) {
     EXPECT_GT(asked, 500u);
 }
 
-TEST(RequestUrl, readsTheParts) {
+TEST(RequestUrl, reads_the_parts) {
     RequestUrl const url("HTTPS://u:p@Gate.Example:8443/a/../b%2f?q#f");
     EXPECT_EQ(url.getError(), 0);
     EXPECT_EQ(url.getHost(), "gate.example");

@@ -90,7 +90,7 @@ fi
 # The three rooms of the desktop program: what is decided without a window, what differs from desktop to desktop, and
 # the windows, which know both. The first lists what it may take of the system and of wxWidgets, and that is no window.
 gui=apps/tarvikclient/gui
-system='<[a-z_]+>|<(fcntl|langinfo|pwd|unistd|sys/(stat|types))\.h>'
+system='<[a-z_]+>|<(arpa/inet|fcntl|langinfo|pwd|unistd|sys/(stat|types))\.h>'
 windowless='<wx/(arrstr|defs|dynarray|intl|log|regex|strconv|string|translation|utils|xlocale)\.h>'
 only $gui/model "\"tarvikclient/gui/model/|$client|$system|$windowless" 'these includes need a window or another room'
 only $gui/platform "\"tarvikclient/gui/platform/|$client|<" 'these includes climb to the windows or to the model'

@@ -6,7 +6,7 @@
 using namespace quillon;
 using http::ResponseHeader;
 
-TEST(ResponseHeader, statusLinesOfEveryVersionAreRead) {
+TEST(ResponseHeader, status_lines_of_every_version_are_read) {
     static constexpr std::tuple<char const*, char const*, unsigned> cases[] = {
         {"HTTP/1.1 200 OK\r\n", "1.1", 200}, {"HTTP/1.0 404 Not Found", "1.0", 404}, {"HTTP/2 200", "2", 200},
         {"HTTP/2 503 \r\n", "2", 503},       {"HTTP/3   301 Moved", "3", 301},
@@ -20,7 +20,7 @@ TEST(ResponseHeader, statusLinesOfEveryVersionAreRead) {
     }
 }
 
-TEST(ResponseHeader, badStatusLinesThrow) {
+TEST(ResponseHeader, bad_status_lines_throw) {
     for (char const* line : {"", "HTTP/1.1", "HTTP/1.1 ", "HTTP/1.1 20", "HTTP/1.1 2000", "HTTP/1.1 20x OK",
                              "HTTP/1.1 -20", "FTP/1.1 200", "200 HTTP/1.1 200"}) {
         test::LogCapture log;
@@ -31,7 +31,7 @@ TEST(ResponseHeader, badStatusLinesThrow) {
     }
 }
 
-TEST(ResponseHeader, linesAreLookedUpWithoutRegardToCase) {
+TEST(ResponseHeader, lines_are_looked_up_without_regard_to_case) {
     ResponseHeader header("HTTP/1.1 200 OK");
     for (char const* line :
          {"set-cookie: a=1\r\n", "X-Forwarded-Proto:https\r\n", "Set-Cookie:  b=2 \r\n", "etag: \"v1\"\r\n",
@@ -50,7 +50,7 @@ TEST(ResponseHeader, linesAreLookedUpWithoutRegardToCase) {
     EXPECT_EQ(header.getLines().size(), 7u);
 }
 
-TEST(ResponseHeader, aHundredThousandContinuationsAreLinear) {
+TEST(ResponseHeader, a_hundred_thousand_continuations_are_linear) {
     ResponseHeader header("HTTP/1.1 200 OK");
     header.addLine("X: y");
     for (int i = 0; i < 100000; ++i)

@@ -14,7 +14,7 @@ std::string read(std::string const& text) {
 
 } // namespace
 
-TEST(HostPort, oneFormForOnePlaceAndNoneWhereLibrariesDiffer) {
+TEST(HostPort, one_form_for_one_place_and_none_where_libraries_differ) {
     static constexpr char const* cases[][2] = {
         {"gate.example", "gate.example"},
         {"GATE.Example.", "gate.example"},
@@ -77,7 +77,7 @@ TEST(HostPort, oneFormForOnePlaceAndNoneWhereLibrariesDiffer) {
         EXPECT_EQ(read(text), "none") << text;
 }
 
-TEST(HostPort, aNameThatCouldBeTakenForAnotherHasNoInternationalForm) {
+TEST(HostPort, a_name_that_could_be_taken_for_another_has_no_international_form) {
     static constexpr char const* cases[][2] = {
         {"gate.example", ""},
         {"xn--bcher-kva.example", "b\u00FCcher.example"},

@@ -21,7 +21,7 @@ std::string reassembled(char const* url) {
 
 } // namespace
 
-TEST(Uri, parseFindsTheComponents) {
+TEST(Uri, parse_finds_the_components) {
     static constexpr char const* cases[][6] = {{"tarvik://user:x@gate.example:8443/a/b?k=v&lang=fr#top",
                                                 "tarvik", "user:x@gate.example:8443", "/a/b", "k=v&lang=fr",
                                                 "top"},
@@ -44,7 +44,7 @@ TEST(Uri, parseFindsTheComponents) {
     }
 }
 
-TEST(Uri, pathAndFragmentGoOutAsTheyCame) {
+TEST(Uri, path_and_fragment_go_out_as_they_came) {
     static constexpr char const* cases[][2] = {
         {"http://h/a%20b", "http://h/a%20b"},
         {"http://h/a%2Fb", "http://h/a%2Fb"},
@@ -61,13 +61,13 @@ TEST(Uri, pathAndFragmentGoOutAsTheyCame) {
     }
 }
 
-TEST(Uri, pathNeverRunsIntoTheAuthority) {
+TEST(Uri, path_never_runs_into_the_authority) {
     Uri uri = Uri::parse("tarvik:.attacker.example/x", true);
     uri.setAuthority("gate.example");
     EXPECT_EQ(uri.getFullUri(), "tarvik://gate.example/.attacker.example/x");
 }
 
-TEST(Uri, queryIsSplitDecodedAndSortedByName) {
+TEST(Uri, query_is_split_decoded_and_sorted_by_name) {
     Uri uri = Uri::parse("http://h/?b=2&a=x%20y&flag&b=3&e=1=2&%6E=%zz", true);
     EXPECT_EQ(uri.getParameter("b"), "3");
     EXPECT_EQ(uri.getParameter("a"), "x y");
@@ -78,14 +78,14 @@ TEST(Uri, queryIsSplitDecodedAndSortedByName) {
     EXPECT_EQ(Uri::parse("http://h/?a=x%20y", false).getParameter("a"), "x%20y");
 }
 
-TEST(Uri, encodingLeavesOnlyTheUnreserved) {
+TEST(Uri, encoding_leaves_only_the_unreserved) {
     EXPECT_EQ(Uri::encode("AZaz09-._~"), "AZaz09-._~");
     EXPECT_EQ(Uri::encode(String(" %+&=/\0\xFF", 8)), "%20%25%2B%26%3D%2F%00%FF");
     EXPECT_EQ(Uri::decode("%41%4a+%"), "AJ+%");
     EXPECT_EQ(Uri::decode("%%41%2"), "%A%2");
 }
 
-TEST(Uri, settersRefuseDelimiters) {
+TEST(Uri, setters_refuse_delimiters) {
     test::LogCapture log;
     Uri uri = Uri::parse("http://h/p", true);
     EXPECT_THROW(uri.setScheme("ht:tp"), http::UriComponentException);
@@ -95,7 +95,7 @@ TEST(Uri, settersRefuseDelimiters) {
     EXPECT_EQ(uri.getFullUri(), "http://h/p");
 }
 
-TEST(Uri, lineBreakInTheFragmentIsNoUri) {
+TEST(Uri, line_break_in_the_fragment_is_no_uri) {
     test::LogCapture log;
     EXPECT_THROW(Uri::parse("http://h/#a\nb", true), http::UriComponentException);
     EXPECT_TRUE(log.contains("ERROR Uri.setScheme Invalid uri: http://h/#a"));
@@ -106,7 +106,7 @@ TEST(Uri, lineBreakInTheFragmentIsNoUri) {
     EXPECT_NO_THROW(Uri::parse("http://h/a\nb?c\nd", true));
 }
 
-TEST(Uri, whatMayBeSecretIsNotLogged) {
+TEST(Uri, what_may_be_secret_is_not_logged) {
     static constexpr char const* cases[][2] = {
         {"https://gate.example:8443/a/b#c", "https://gate.example:8443/a/b#c"},
         {"/modules/m.zip", "/modules/m.zip"},
@@ -123,7 +123,7 @@ TEST(Uri, whatMayBeSecretIsNotLogged) {
 }
 
 // Twelve megabytes: anything but linear work runs into the test's time limit.
-TEST(Uri, hugeUrlsAreLinear) {
+TEST(Uri, huge_urls_are_linear) {
     String url("http://h/" + String(std::string(1 << 20, '%').c_str()) + "?");
     constexpr unsigned parameters = 500000;
     for (unsigned i = 0; i < parameters; ++i)

@@ -49,7 +49,7 @@ TYPED_TEST_SUITE(ConfHelper, Documents);
 
 } // namespace
 
-TYPED_TEST(ConfHelper, keysAreRequiredOrOptional) {
+TYPED_TEST(ConfHelper, keys_are_required_or_optional) {
     static constexpr char const* unreadable =
         "ERROR ConfReadHelper.readKey Error while reading key: \"bad\"\n";
     static constexpr struct {
@@ -83,7 +83,7 @@ TYPED_TEST(ConfHelper, keysAreRequiredOrOptional) {
     }
 }
 
-TYPED_TEST(ConfHelper, readsTextsListsAndRecords) {
+TYPED_TEST(ConfHelper, reads_texts_lists_and_records) {
     String text;
     Vector<String> list("item");
     list.add("old");
@@ -99,7 +99,7 @@ TYPED_TEST(ConfHelper, readsTextsListsAndRecords) {
         << "what a record requires is required of an optional record too";
 }
 
-TYPED_TEST(ConfHelper, placesAreReachedThroughAbsentOnes) {
+TYPED_TEST(ConfHelper, places_are_reached_through_absent_ones) {
     test::LogCapture log;
     ConfReadHelper const top(this->record());
     EXPECT_FALSE(top.get("outer", required).get("number", required).missing());

@@ -32,7 +32,7 @@ T value(std::string_view text) {
 
 } // namespace
 
-TEST(JsonReader, aConversionThatFailsIsAPlainKeyReaderError) {
+TEST(JsonReader, a_conversion_that_fails_is_a_plain_key_reader_error) {
     EXPECT_EQ(value<Memory>("\"by\\u0000tes\""), Memory("by\0tes", 6));
     auto const failure = [](auto read) -> String {
         try {
@@ -58,7 +58,7 @@ TEST(JsonReader, aConversionThatFailsIsAPlainKeyReaderError) {
     }
 }
 
-TEST(JsonObjectReader, aNullMemberCountsAsAbsent) {
+TEST(JsonObjectReader, a_null_member_counts_as_absent) {
     Document document(R"({"a":null,"b":{"c":"d"},"e":false})");
     IKeyReader& reader = document.reader;
     EXPECT_FALSE(reader.exists("a"));
@@ -73,7 +73,7 @@ TEST(JsonObjectReader, aNullMemberCountsAsAbsent) {
     EXPECT_THROW(reader["x"], EJsonKeyReader);
 }
 
-TEST(JsonObjectReader, membersKeepTheirReaders) {
+TEST(JsonObjectReader, members_keep_their_readers) {
     Document document(R"({"list":[1,2],"other":3})");
     EXPECT_EQ(value<int>(document.reader["list"]["x"]), 1);
     IKeyReader& other = document.reader["other"];
@@ -86,7 +86,7 @@ TEST(JsonObjectReader, membersKeepTheirReaders) {
     EXPECT_EQ(value<String>(first["a"]), "first, long enough for a block of its own");
 }
 
-TEST(JsonArrayReader, givesItsElementsInOrderWhateverTheKey) {
+TEST(JsonArrayReader, gives_its_elements_in_order_whatever_the_key) {
     Document document(R"([1,"two",[3],null])");
     EXPECT_EQ(document.reader.size("any"), 4u);
     EXPECT_EQ(value<int>(document.reader["a"]), 1);
@@ -97,7 +97,7 @@ TEST(JsonArrayReader, givesItsElementsInOrderWhateverTheKey) {
     EXPECT_EQ(document.reader.size("a"), 4u);
 }
 
-TEST(JsonReader, readsLongListsAndDeepDocuments) {
+TEST(JsonReader, reads_long_lists_and_deep_documents) {
     std::string text = "[0";
     for (unsigned i = 1; i < 100000; ++i)
         text += ",0";

@@ -9,7 +9,7 @@
 
 using namespace quillon;
 
-TEST(Digest, ofKnownTexts) {
+TEST(Digest, of_known_texts) {
     static constexpr char const* cases[][3] = {
         {"md5", "abc", "900150983cd24fb0d6963f7d28e17f72"},
         {"sha1", "abc", "a9993e364706816aba3e25717850c26c9cd0d89d"},
@@ -25,7 +25,7 @@ TEST(Digest, ofKnownTexts) {
     }
 }
 
-TEST(Digest, unknownNameIsLoggedAndThrown) {
+TEST(Digest, unknown_name_is_logged_and_thrown) {
     test::LogCapture log;
     EXPECT_THROW(tls::EVPDigest(String("no-such-digest")), tls::EEVPDigest);
     EXPECT_TRUE(log.contains("ERROR EVPDigest.initByName Cannot retrive digest \"no-such-digest\".\n"));
@@ -33,7 +33,7 @@ TEST(Digest, unknownNameIsLoggedAndThrown) {
     EXPECT_THROW(tls::EVPDigest{none}, tls::EEVPDigest);
 }
 
-TEST(OpenSsl, computesUntilTheLastSynchronisedThreadHasEnded) {
+TEST(OpenSsl, computes_until_the_last_synchronised_thread_has_ended) {
     test::TemporaryDirectory directory;
     for (char const* const mode : {"hash", "sign", "after others"}) {
         std::string const out = directory.path() + "/out";
@@ -46,7 +46,7 @@ TEST(OpenSsl, computesUntilTheLastSynchronisedThreadHasEnded) {
     }
 }
 
-TEST(Digest, ofASourceDoesNotDependOnItsChunks) {
+TEST(Digest, of_a_source_does_not_depend_on_its_chunks) {
     test::TemporaryDirectory directory;
     String const path = directory.file("content");
     for (unsigned const size : {0u, 1u, 1023u, 1024u, 1025u, 5000u}) {

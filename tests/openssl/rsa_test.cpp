@@ -58,7 +58,7 @@ protected:
 
 } // namespace
 
-TEST_F(RsaTest, onlyTheKeysOwnSignatureOverTheDataIsValid) {
+TEST_F(RsaTest, only_the_keys_own_signature_over_the_data_is_valid) {
     Key key;
     ASSERT_TRUE(key.loadFromMem(publicPem, nullptr, true));
     Memory const good = Base64::decode(signature64);
@@ -76,7 +76,7 @@ TEST_F(RsaTest, onlyTheKeysOwnSignatureOverTheDataIsValid) {
     EXPECT_FALSE(key.verify(bytes(signedText), flipped));
 }
 
-TEST_F(RsaTest, signaturesOfAPrivateKeyVerifyWithItsPublicHalf) {
+TEST_F(RsaTest, signatures_of_a_private_key_verify_with_its_public_half) {
     Key signer, verifier;
     ASSERT_TRUE(signer.loadFromMem(s_private.str(), nullptr, false));
     ASSERT_TRUE(verifier.loadFromMem(s_public.str(), nullptr, true));
@@ -94,7 +94,7 @@ TEST_F(RsaTest, signaturesOfAPrivateKeyVerifyWithItsPublicHalf) {
     EXPECT_TRUE(verifier.toPem(false).empty());
 }
 
-TEST_F(RsaTest, keysLoadInTheirFormOnly) {
+TEST_F(RsaTest, keys_load_in_their_form_only) {
     std::tuple<char const*, char const*, char const*, bool, bool> const cases[] = {
         {"public", publicPem, nullptr, true, true},
         {"private", s_private.str(), nullptr, false, true},
@@ -128,7 +128,7 @@ TEST_F(RsaTest, keysLoadInTheirFormOnly) {
     BIO_free(bio);
 }
 
-TEST_F(RsaTest, decryptsWhatThePublicKeyEncrypted) {
+TEST_F(RsaTest, decrypts_what_the_public_key_encrypted) {
     Key pair, publicKey;
     ASSERT_TRUE(pair.loadFromMem(s_private.str(), nullptr, false));
     ASSERT_TRUE(publicKey.loadFromMem(s_public.str(), nullptr, true));
@@ -147,7 +147,7 @@ TEST_F(RsaTest, decryptsWhatThePublicKeyEncrypted) {
     EXPECT_FALSE(publicKey.encrypt(longest, cipher));
 }
 
-TEST_F(RsaTest, usingAnEmptyKeyIsFatal) {
+TEST_F(RsaTest, using_an_empty_key_is_fatal) {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
     Key key;
     EXPECT_EQ(key.signLength(), 0u);

@@ -23,7 +23,7 @@ String nested(std::string_view open, std::string_view inner, std::string_view cl
 
 } // namespace
 
-TEST(XmlHostile, aDeepDocumentIsReadSortedAndWritten) {
+TEST(XmlHostile, a_deep_document_is_read_sorted_and_written) {
     auto reader = ParserReader::fromText(nested("<a>", "x", "</a>"));
     IKeyReader* level = &reader;
     for (unsigned i = 0; i < many; ++i)
@@ -38,13 +38,13 @@ TEST(XmlHostile, aDeepDocumentIsReadSortedAndWritten) {
     EXPECT_LT(root->toXml("").length(), many * 300);
 }
 
-TEST(XmlHostile, prefixesAreFoundAtAnyDepth) {
+TEST(XmlHostile, prefixes_are_found_at_any_depth) {
     EXPECT_NO_THROW(StringParser::parse(nested("<p:a xmlns:p='u'>", "", "</p:a>")));
     EXPECT_NO_THROW(
         StringParser::parse(String("<r xmlns:p='u'>" + nested("<p:a xmlns='v'>", "", "</p:a>") + "</r>")));
 }
 
-TEST(XmlHostile, aLongListIsRead) {
+TEST(XmlHostile, a_long_list_is_read) {
     auto reader =
         ParserReader::fromText(String::copyOf("<r>" + repeated("<Item>x</Item><other/>", many) + "</r>"));
     List<String> list("item");
@@ -52,7 +52,7 @@ TEST(XmlHostile, aLongListIsRead) {
     EXPECT_EQ(list.size(), many);
 }
 
-TEST(XmlHostile, manyKeysAndAttributesAreRead) {
+TEST(XmlHostile, many_keys_and_attributes_are_read) {
     std::string keys, attributes;
     for (unsigned i = 0; i < many; ++i) {
         keys += "<k" + std::to_string(i) + "/>";
@@ -68,7 +68,7 @@ TEST(XmlHostile, manyKeysAndAttributesAreRead) {
     }
 }
 
-TEST(XmlHostile, textInManyPiecesIsPutTogether) {
+TEST(XmlHostile, text_in_many_pieces_is_put_together) {
     auto const parsed = [](std::string_view piece) {
         return StringParser::parse(String::copyOf("<r>" + repeated(piece, many) + "</r>"))
             ->getText()
@@ -80,7 +80,7 @@ TEST(XmlHostile, textInManyPiecesIsPutTogether) {
     EXPECT_EQ(parsed("&#1"), 3 * many);
 }
 
-TEST(XmlHostile, unfinishedMarkupIsRefusedAtOnce) {
+TEST(XmlHostile, unfinished_markup_is_refused_at_once) {
     for (std::string_view const piece : {"<a>", "<a b='", "<!--", "<![CDATA[", "<?", "<", "<a b=''"})
         EXPECT_THROW(ParserReader::fromText(String::copyOf("<r>" + repeated(piece, many))),
                      xml::EParserReader)

@@ -22,7 +22,7 @@ T value(IKeyReader& reader, char const* key) {
 
 } // namespace
 
-TEST(XmlKeyReader, walksThroughElementsOfOneNameIgnoringCase) {
+TEST(XmlKeyReader, walks_through_elements_of_one_name_ignoring_case) {
     auto const root = StringParser::parse("<r><Name>1</Name><other/><NAME>2</NAME>t<name>3</name></r>");
     KeyReader reader(*root);
     EXPECT_EQ(reader.size("nAmE"), 3u);
@@ -35,7 +35,7 @@ TEST(XmlKeyReader, walksThroughElementsOfOneNameIgnoringCase) {
     EXPECT_THROW(reader["name"], xml::EKeyReader);
 }
 
-TEST(XmlKeyReader, skipsWhatAnotherReaderHasHiddenAndFindsWhatIsAdded) {
+TEST(XmlKeyReader, skips_what_another_reader_has_hidden_and_finds_what_is_added) {
     auto const root = StringParser::parse("<r><a>1</a><a>2</a><a>3</a></r>");
     KeyReader one(*root), other(*root);
     EXPECT_TRUE(one.exists("a"));
@@ -50,7 +50,7 @@ TEST(XmlKeyReader, skipsWhatAnotherReaderHasHiddenAndFindsWhatIsAdded) {
     EXPECT_EQ(value<int>(other, "a"), 1);
 }
 
-TEST(XmlKeyReader, convertsTextWithoutRefusingGarbage) {
+TEST(XmlKeyReader, converts_text_without_refusing_garbage) {
     auto const root = StringParser::parse("<r><a>-12</a><a>4000000000</a><a>garbage</a><a>65535</a><a>-3</a>"
                                           "<a>200</a><a>xyz</a><a> m </a><a/></r>");
     KeyReader reader(*root);
@@ -65,7 +65,7 @@ TEST(XmlKeyReader, convertsTextWithoutRefusingGarbage) {
     EXPECT_EQ(value<String>(reader, "a"), "");
 }
 
-TEST(XmlKeyReader, readsBooleansInTheirWordsOnly) {
+TEST(XmlKeyReader, reads_booleans_in_their_words_only) {
     auto const read = [](char const* text) {
         auto const root = StringParser::parse(String("<r><b>" + String(text) + "</b></r>"));
         KeyReader reader(*root);
@@ -80,7 +80,7 @@ TEST(XmlKeyReader, readsBooleansInTheirWordsOnly) {
     }
 }
 
-TEST(XmlParserReader, readsTheDocumentOnceThroughTheNameOfItsRoot) {
+TEST(XmlParserReader, reads_the_document_once_through_the_name_of_its_root) {
     test::TemporaryDirectory directory;
     String const file = directory.file("file");
     EXPECT_THROW(ParserReader{file}, EFile);

@@ -28,7 +28,7 @@ String failure(String const& document) {
 
 } // namespace
 
-TEST(XmlParser, keepsCharacterDataAsOneTextByteForByte) {
+TEST(XmlParser, keeps_character_data_as_one_text_byte_for_byte) {
     using namespace std::string_view_literals;
     static constexpr struct {
         std::string_view raw, text;
@@ -53,7 +53,7 @@ TEST(XmlParser, keepsCharacterDataAsOneTextByteForByte) {
         EXPECT_EQ(parsedText(c.raw).view(), c.text) << c.raw;
 }
 
-TEST(XmlParser, readsWhatStandsAroundAndInTags) {
+TEST(XmlParser, reads_what_stands_around_and_in_tags) {
     static constexpr struct {
         std::string_view document, xml;
     } cases[] = {
@@ -73,7 +73,7 @@ TEST(XmlParser, readsWhatStandsAroundAndInTags) {
         EXPECT_EQ(StringParser::parse(String::copyOf(c.document))->toXml("").view(), c.xml);
 }
 
-TEST(XmlParser, refusesWithTheComponentsExceptionAndReason) {
+TEST(XmlParser, refuses_with_the_components_exception_and_reason) {
     static constexpr struct {
         char const* document;
         char const* exception;
@@ -122,7 +122,7 @@ TEST(XmlParser, refusesWithTheComponentsExceptionAndReason) {
     }
 }
 
-TEST(XmlParser, logsOneShortLineWhateverTheDocumentHolds) {
+TEST(XmlParser, logs_one_short_line_whatever_the_document_holds) {
     test::LogCapture log;
     EXPECT_EQ(failure(String::copyOf("<a/>\nx\n[t] ERROR forged" + std::string(100000, 'y'))),
               "EXmlStringParser");
@@ -130,7 +130,7 @@ TEST(XmlParser, logsOneShortLineWhateverTheDocumentHolds) {
     EXPECT_LT(log.lines()[0].size(), 200u);
 }
 
-TEST(XmlParser, namesOnlyTheLineOfADocumentThatHoldsSecrets) {
+TEST(XmlParser, names_only_the_line_of_a_document_that_holds_secrets) {
     for (char const* const fault :
          {"<secret", "a<secret>b", "<secret a='1' xmlns:secret='' xmlns:secret=''/>", "<a secret:b=''/>",
           "<a b='secret", "<!secret>", "<![CDATA[secret", "<!-- secret", "</secret>", "</a></a>secret"}) {
@@ -141,7 +141,7 @@ TEST(XmlParser, namesOnlyTheLineOfADocumentThatHoldsSecrets) {
     }
 }
 
-TEST(XmlParser, everyPrefixOfADocumentIsRefused) {
+TEST(XmlParser, every_prefix_of_a_document_is_refused) {
     String const whole("<?xml version='1.0'?><!--c--><a b='c'>t&amp;<![CDATA[d]]><e/><!--f--></a>");
     EXPECT_EQ(failure(whole), "none");
     for (unsigned length = 0; length < whole.length(); ++length)

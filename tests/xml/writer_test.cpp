@@ -56,7 +56,7 @@ struct FullDisk : TextWriter<IWriter> {
 
 } // namespace
 
-TEST(XmlWriter, laysOutNestedElements) {
+TEST(XmlWriter, lays_out_nested_elements) {
     EXPECT_EQ(written([](WriterKeyWriter& w) {
                   IKeyWriter& root = w[String("r")];
                   root["a"]["b"]["c"].write(true);
@@ -69,7 +69,7 @@ TEST(XmlWriter, laysOutNestedElements) {
     EXPECT_EQ(written([](WriterKeyWriter&) {}), "");
 }
 
-TEST(XmlWriter, writesScalarsAsTextAndAttributesInTheStartTag) {
+TEST(XmlWriter, writes_scalars_as_text_and_attributes_in_the_start_tag) {
     EXPECT_EQ(written([](WriterKeyWriter& w) {
                   IKeyWriter& root = w["r"];
                   root("x", "1");
@@ -89,7 +89,7 @@ TEST(XmlWriter, writesScalarsAsTextAndAttributesInTheStartTag) {
     });
 }
 
-TEST(XmlWriter, copiesKeysThatDoNotOutliveTheCall) {
+TEST(XmlWriter, copies_keys_that_do_not_outlive_the_call) {
     EXPECT_EQ(written([](WriterKeyWriter& w) {
                   char name[] = "key";
                   w[name].write("v");
@@ -98,7 +98,7 @@ TEST(XmlWriter, copiesKeysThatDoNotOutliveTheCall) {
               "<key>v</key>");
 }
 
-TEST(XmlWriter, survivesAnOutputThatFailsAtAnyPoint) {
+TEST(XmlWriter, survives_an_output_that_fails_at_any_point) {
     for (unsigned writes = 0; writes < 40; ++writes) {
         FullDisk disk(writes);
         try {
@@ -111,7 +111,7 @@ TEST(XmlWriter, survivesAnOutputThatFailsAtAnyPoint) {
     }
 }
 
-TEST(XmlParserFile, readsBackWhatItWrote) {
+TEST(XmlParserFile, reads_back_what_it_wrote) {
     test::TemporaryDirectory directory;
     String const file = directory.file("record.xml");
     Record record;
@@ -129,7 +129,7 @@ TEST(XmlParserFile, readsBackWhatItWrote) {
     EXPECT_EQ(copy.first, "");
 }
 
-TEST(XmlParserFile, writeTellsOfFailuresWithoutThrowing) {
+TEST(XmlParserFile, write_tells_of_failures_without_throwing) {
     test::TemporaryDirectory directory;
     test::LogCapture log;
     EXPECT_FALSE(Parser::write(directory.file("absent/file"), "r", Record()));
@@ -137,7 +137,7 @@ TEST(XmlParserFile, writeTellsOfFailuresWithoutThrowing) {
     EXPECT_FALSE(Parser::write("/dev/full", "r", Record()));
 }
 
-TEST(XmlParserFile, readTellsAbsentUnparsableAndForeignFilesApart) {
+TEST(XmlParserFile, read_tells_absent_unparsable_and_foreign_files_apart) {
     test::TemporaryDirectory directory;
     String const file = directory.file("record.xml");
     Record record;

@@ -40,7 +40,7 @@ protected:
 
 } // namespace
 
-TEST_F(ZipTest, extractsFilesAndDirectories) {
+TEST_F(ZipTest, extracts_files_and_directories) {
     std::string const large(300000, 'x');
     writeZip(m_archive,
              {{"top", "one"}, {"a/b/deep", "two"}, {"empty/", ""}, {"./dot//large", large}, {"c\\d", "3"}});
@@ -55,7 +55,7 @@ TEST_F(ZipTest, extractsFilesAndDirectories) {
     EXPECT_EQ(m_log.text(), "");
 }
 
-TEST_F(ZipTest, namesAreBytesWhateverTheLocale) {
+TEST_F(ZipTest, names_are_bytes_whatever_the_locale) {
     ASSERT_STREQ(setlocale(LC_CTYPE, nullptr), "C");
     for (unsigned const flags : {0u, 0x800u}) { // the second says that names are UTF-8
         writeZip(m_archive, {{"d\xC3\xA9j\xC3\xA0/\xE4\xB8\xAD", "x"}});
@@ -70,7 +70,7 @@ TEST_F(ZipTest, namesAreBytesWhateverTheLocale) {
     EXPECT_STREQ(setlocale(LC_CTYPE, nullptr), "C");
 }
 
-TEST_F(ZipTest, existingFilesAreReplacedAndLinksNotFollowed) {
+TEST_F(ZipTest, existing_files_are_replaced_and_links_not_followed) {
     File::createDirectory(m_out);
     String const outside = m_directory.file("outside");
     writeFile(outside, "safe");
@@ -85,7 +85,7 @@ TEST_F(ZipTest, existingFilesAreReplacedAndLinksNotFollowed) {
     EXPECT_EQ(readFile(outside), "safe");
 }
 
-TEST_F(ZipTest, whatStandsInTheWayIsNotReplaced) {
+TEST_F(ZipTest, what_stands_in_the_way_is_not_replaced) {
     String const elsewhere = m_directory.file("elsewhere");
     File::createDirectory(elsewhere);
     File::createDirectory(out("directory"));
@@ -101,7 +101,7 @@ TEST_F(ZipTest, whatStandsInTheWayIsNotReplaced) {
     EXPECT_TRUE(entries.empty());
 }
 
-TEST_F(ZipTest, hostileArchivesAreRefusedBeforeAnythingIsWritten) {
+TEST_F(ZipTest, hostile_archives_are_refused_before_anything_is_written) {
     auto const named = [this](std::string const& name) {
         return [this, name] { writeZip(m_archive, {{"good", "1"}, {name, "2"}}); };
     };
@@ -157,7 +157,7 @@ TEST_F(ZipTest, hostileArchivesAreRefusedBeforeAnythingIsWritten) {
     }
 }
 
-TEST_F(ZipTest, damagedAndMissingArchivesAreRefused) {
+TEST_F(ZipTest, damaged_and_missing_archives_are_refused) {
     writeZip(m_archive, {{"good", std::string(5000, 'x')}, {"bad", "content"}});
     std::string const whole = readFile(m_archive);
     String const file = m_directory.file("damaged.zip");
@@ -176,7 +176,7 @@ TEST_F(ZipTest, damagedAndMissingArchivesAreRefused) {
     EXPECT_EQ(modeOf(m_out), 0u);
 }
 
-TEST_F(ZipTest, contentThatFailsItsChecksumIsNotKept) {
+TEST_F(ZipTest, content_that_fails_its_checksum_is_not_kept) {
     writeZip(m_archive, {{"good", "1"}});
     std::string bytes = readFile(m_archive);
     for (std::size_t const header : {bytes.find("PK\3\4") + 14, bytes.find("PK\1\2") + 16})
@@ -187,7 +187,7 @@ TEST_F(ZipTest, contentThatFailsItsChecksumIsNotKept) {
     EXPECT_FALSE(File::exists(out("good")));
 }
 
-TEST_F(ZipTest, sizesAreCountedAgainWhileWriting) {
+TEST_F(ZipTest, sizes_are_counted_again_while_writing) {
     writeZip(m_archive, {{"bomb", std::string(1000000, '0')}});
     forge(m_archive, ZipField::size, 1);
     zlib::Limits limits;
@@ -197,7 +197,7 @@ TEST_F(ZipTest, sizesAreCountedAgainWhileWriting) {
     EXPECT_EQ(modeOf(out("bomb")), 0u);
 }
 
-TEST_F(ZipTest, impliedDirectoriesCountAsEntries) {
+TEST_F(ZipTest, implied_directories_count_as_entries) {
     writeZip(m_archive, {{"a/b/c", "1"}});
     zlib::Limits limits;
     limits.entries = 1;
@@ -205,7 +205,7 @@ TEST_F(ZipTest, impliedDirectoriesCountAsEntries) {
     expectRefusal("more than 1 entries");
 }
 
-TEST_F(ZipTest, anEntryCannotReplaceTheArchive) {
+TEST_F(ZipTest, an_entry_cannot_replace_the_archive) {
     File::createDirectory(m_out);
     String const archive = out("a.zip");
     writeZip(archive, {{"x", "1"}, {"./a.zip", "2"}});
@@ -216,7 +216,7 @@ TEST_F(ZipTest, anEntryCannotReplaceTheArchive) {
     EXPECT_FALSE(File::exists(out("x")));
 }
 
-TEST_F(ZipTest, decompressPackageFindsTheFileNamedLikeTheArchive) {
+TEST_F(ZipTest, decompress_package_finds_the_file_named_like_the_archive) {
     String const package = m_directory.file("module.so.zip");
     writeZip(package, {{"module.so", "code"}, {"module.so.sig", "signature"}});
     EXPECT_EQ(Zip::DecompressPackage(package.replace('/', '\\')), m_directory.file("module.so"));

@@ -84,6 +84,7 @@ bool TarvikClientGui::OnInit() {
 
 void TarvikClientGui::enableCoreDumps() {
     wxString value;
+    // cppcheck-suppress ignoredReturnValue; what is absent stays empty
     wxGetEnv("TARVIK_ENABLE_COREDUMPS", &value);
     logTo(DEBUG, "OnInit", "TARVIK_ENABLE_COREDUMPS=" + wxToQuillonString(value));
     if (value.Trim() != "1")

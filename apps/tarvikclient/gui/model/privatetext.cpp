@@ -1,7 +1,9 @@
 #include "tarvikclient/gui/model/privatetext.h"
 
 #include "base/ascii.h"
+#include "tarvikclient/client.h"
 
+#include <arpa/inet.h>
 #include <pwd.h>
 #include <unistd.h>
 
@@ -16,12 +18,13 @@ namespace quillon {
 namespace {
 
 constexpr std::string_view removed = "***";
+constexpr std::string_view anAddress = "<address>";
 constexpr std::string_view blanks = " \t";
 constexpr std::string_view quotes = "\"'";
 
 /// A key with one of these in it, in whatever letters, has a secret behind it.
-constexpr std::string_view secretKeys[] = {"tarvik-id", "ticket", "password",
-                                           "passwd",    "cookie", "authorization"};
+constexpr std::string_view secretKeys[] = {"tarvik-id", "ticket", "password",     "passwd",
+                                           "cookie",    "login",  "authorization"};
 
 /// ASCII letters in any case.
 bool isSame(char a, char b) {
@@ -105,20 +108,56 @@ std::string withoutSecrets(std::string_view line) {
     return result;
 }
 
-/// Of what stands between blanks, from the first "://" to the last "@": a ticket may hold the delimiters that
-/// end it.
-std::string withoutUserInfo(std::string_view line) {
+/// Of what stands between blanks, from the first "://" to the last "@", because a ticket may hold the
+/// delimiters that end it, and the host behind that.
+std::string withoutAuthority(std::string_view line) {
     constexpr std::string_view mark = "://";
     std::string result;
     while (!line.empty()) {
         std::size_t const blank = line.find_first_of(blanks);
         std::string_view const piece = line.substr(0, blank == line.npos ? blank : blank + 1);
-        std::size_t const found = piece.find(mark), at = piece.rfind('@');
-        if (found != piece.npos && at != piece.npos && at >= found + mark.size())
-            result.append(piece.substr(0, found + mark.size())).append(removed).append(piece.substr(at));
-        else
-            result += piece;
+        std::size_t const begin = orEnd(piece.find(mark), piece);
+        std::size_t const authority = std::min(begin + mark.size(), piece.size()), at = piece.rfind('@');
+        bool const hasUserInfo = at != piece.npos && at >= authority;
+        std::size_t const host = hasUserInfo ? at + 1 : authority;
+        std::size_t const end = orEnd(piece.find_first_of("/?#\"'<>(), \t", host), piece);
+        result.append(piece.substr(0, authority))
+            .append(hasUserInfo ? removed : "")
+            .append(hasUserInfo ? "@" : "");
+        result.append(end > host ? anAddress : "").append(piece.substr(end));
         line.remove_prefix(piece.size());
+    }
+    return result;
+}
+
+bool isAddressByte(char byte) {
+    return ascii::isDigit(byte) || (byte >= 'a' && byte <= 'f') || (byte >= 'A' && byte <= 'F') ||
+           byte == '.' || byte == ':';
+}
+
+/// Whether that is an IP address; the client's version reads like one.
+bool isAddress(std::string const& word) {
+    unsigned char bytes[sizeof(in6_addr)];
+    return word != TarvikClient::version && std::any_of(word.begin(), word.end(), ascii::isDigit) &&
+           (inet_pton(AF_INET, word.c_str(), bytes) == 1 || inet_pton(AF_INET6, word.c_str(), bytes) == 1);
+}
+
+std::string withoutAddresses(std::string_view line) {
+    std::string result;
+    for (std::size_t at = 0; at < line.size();) {
+        std::size_t const from = at;
+        while (at < line.size() && isKeyByte(line[at]) && !isAddressByte(line[at]))
+            ++at; // a word that has begun with other letters
+        while (at < line.size() && (isAddressByte(line[at]) || (at > from && isKeyByte(line[at]))))
+            ++at;
+        std::string word(line.substr(from, at - from));
+        // "1.2.3.4:80" and "of 1.2.3.4."
+        std::size_t const port = std::count(word.begin(), word.end(), ':') == 1 ? word.find(':') : word.npos;
+        std::string const host = word.substr(0, std::min(port, word.find_last_not_of(".:") + 1));
+        if (isAddress(host))
+            word.replace(0, host.size(), anAddress);
+        at += at == from;
+        result += word.empty() ? std::string(line.substr(from, 1)) : word;
     }
     return result;
 }
@@ -162,7 +201,7 @@ std::string withoutNames(std::string_view line, std::vector<std::string> const& 
 }
 
 std::string privateLine(std::string_view line, Person const& person) {
-    std::string result = withoutUserInfo(withoutSecrets(line));
+    std::string result = withoutAddresses(withoutAuthority(withoutSecrets(line)));
     for (std::string const& home : person.homes)
         result = withoutHome(result, home);
     return withoutNames(result, person.names);

@@ -18,8 +18,9 @@ struct Person {
 };
 
 /// The lines with what tells of the user taken out of each: a home directory becomes "~", a name that stands
-/// as a word of its own, in whatever letters, "<user>". What stands for a ticket or a password becomes "***":
-/// the user-info of URLs, and the value behind a key that says so, as in "Tarvik-Id=...", "Cookie: ...",
+/// as a word of its own, in whatever letters, "<user>", an IP address or the host of a URL "<address>". What
+/// stands for a ticket or a password becomes "***": the user-info of URLs, and the value behind a key that
+/// says so, as in "Tarvik-Id=...", "Cookie: ...",
 /// "\"password\": \"...\"" or "<password>...". Bytes that are no UTF-8 stay. Any thread.
 std::string privateText(std::string_view text, Person const& person);
 

@@ -142,7 +142,7 @@ String SingleInstance::Endpoint::readPeer(Descriptor const& peer) {
     ssize_t const length = recv(peer.number(), m_packet.data(), m_packet.size(), MSG_DONTWAIT | MSG_TRUNC);
     if (length <= 0)
         return String(); // it only wanted to know whether somebody is there
-    String const url = packetUrl(length);
+    String url = packetUrl(length);
     char const answer = '+';
     if (url.empty())
         logError("receive",

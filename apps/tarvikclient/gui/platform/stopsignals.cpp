@@ -33,7 +33,7 @@ StopSignals::StopSignals(std::function<void()> onStop) : m_onStop(std::move(onSt
 void StopSignals::take() {
     struct sigaction action {};
     action.sa_handler = &onStopSignal;
-    action.sa_flags = SA_RESETHAND | SA_RESTART;
+    action.sa_flags = static_cast<int>(SA_RESETHAND | SA_RESTART);
     sigemptyset(&action.sa_mask);
     for (std::size_t i = 0; i < std::size(signals); ++i) {
         sigaction(signals[i], nullptr, &m_before[i]);
