@@ -16,11 +16,10 @@
 #include <wx/intl.h>
 #include <wx/msgdlg.h>
 #include <wx/utils.h>
+#include <wx/generic/msgdlgg.h>
 
 #include <exception>
 #include <utility>
-
-#include <wx/generic/msgdlgg.h> // stands on wx/msgdlg.h
 
 namespace quillon {
 
