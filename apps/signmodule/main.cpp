@@ -111,8 +111,8 @@ int main(int argc, char** argv) {
         console->setStream(category, "stderr");
     try {
         return (line->command == Command::sign ? sign(*line) : verify(*line)) ? 0 : exitFailure;
-    } catch (Exception const& e) {
-        fail(e.toString());
+    } catch (std::exception const& e) {
+        fail(String::copyOf(e.what()));
         return exitFailure;
     }
 }
