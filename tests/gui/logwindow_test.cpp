@@ -152,9 +152,12 @@ TEST_F(LogWindow, copies_the_selection_or_else_everything) {
     show();
     press(*window(), wxID_COPY);
     EXPECT_EQ(clipboard(), "one two ~\n") << "tells where the user is at home";
-    text()->SetSelection(4, 7);
+    text()->SetSelection(4, 8 + static_cast<long>(home.size()));
     wxUIActionSimulator().Char('C', wxMOD_CONTROL);
-    EXPECT_TRUE(eventually([] { return clipboard() == "two"; }));
+    EXPECT_TRUE(eventually([] { return clipboard() == "two ~"; })) << clipboard();
+    text()->SetSelection(8, -1);
+    text()->Copy(); // as the control's own menu does
+    EXPECT_TRUE(eventually([] { return clipboard() == "~\n"; })) << clipboard();
 }
 
 TEST_F(LogWindow, saves_the_whole_file_and_tells_when_it_cannot) {

@@ -149,6 +149,7 @@ void LogWindow::bindEvents(wxWindow* owner) {
         wxEVT_BUTTON, [this](wxCommandEvent&) { end(); }, wxID_CLOSE);
     Bind(wxEVT_CLOSE_WINDOW, [this](wxCloseEvent&) { end(); });
     Bind(wxEVT_CHAR_HOOK, &LogWindow::onKey, this);
+    m_text->Bind(wxEVT_TEXT_COPY, [this](wxClipboardTextEvent&) { copy(); }); // its keys and its own menu
     if (!owner)
         return;
     m_owner = owner;
@@ -164,8 +165,6 @@ void LogWindow::onDestroyed(wxWindowDestroyEvent& event) {
 void LogWindow::onKey(wxKeyEvent& event) {
     if (event.GetKeyCode() == WXK_ESCAPE && !event.HasAnyModifiers())
         end();
-    else if (event.GetKeyCode() == 'C' && event.GetModifiers() == wxMOD_CONTROL)
-        copy();
     else
         event.Skip();
 }
