@@ -23,7 +23,7 @@ sed 's/ -fno-gnu-unique//' build/release/compile_commands.json >build/lint/compi
 code=0
 say "clang-tidy: ${#compiled[@]} sources"
 printf '%s\0' "${compiled[@]}" |
-  xargs -0 -P "$(nproc)" -n 4 clang-tidy-16 -p build/lint --quiet 2>/dev/null || code=1
+  xargs -0 -P "$(nproc)" -n 4 clang-tidy-16 -p build/lint --extra-arg=-Wreserved-identifier --quiet 2>/dev/null || code=1
 
 # missingReturn: gcc's -Wreturn-type knows functions that do not return, cppcheck no templates of them.
 say "cppcheck: ${#deployed[@]} sources"

@@ -5,7 +5,7 @@
 // threads for a race. Only what the library itself does with memory is left out: what happens in the handlers
 // that it calls, and every lock, its own too, is still checked.
 
-// The sanitizer's name. NOLINTNEXTLINE(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp)
+// The sanitizer's name. NOLINTNEXTLINE(clang-diagnostic-reserved-identifier)
 extern "C" char const* __tsan_default_suppressions() {
     return "called_from_lib:libcpp-httplib.so\n";
 }

@@ -31,7 +31,7 @@ protected:
 
     void append(std::string_view text) { std::ofstream(path.str(), std::ios::app) << text; }
     void show() {
-        showLogWindow(owner, wxString(path.str()));
+        showLogWindow(owner, wxString(path.str()), "gate.example:8443");
         EXPECT_TRUE(eventually([&] { return window() && window()->IsShownOnScreen(); }));
     }
     static int windows() {

@@ -37,7 +37,7 @@ constexpr long keptShown = 3 << 20;
 /// while the user chooses a file here, and a child would go at once, with its dialog still open.
 class LogWindow final : public wxFrame {
 public:
-    LogWindow(wxWindow* owner, wxString const& path);
+    LogWindow(wxWindow* owner, wxString const& path, wxString const& gateway);
     ~LogWindow() override;
 
     bool ShouldPreventAppExit() const override { return false; }
@@ -66,6 +66,7 @@ private:
     int ask(wxDialog& dialog);
 
     wxString const m_path;
+    Person const m_person;
     LogTail m_tail;
     wxTimer m_timer;
     wxTextCtrl* m_text = nullptr;
@@ -82,10 +83,11 @@ private:
 /// The one that is open.
 LogWindow* openWindow = nullptr;
 
-LogWindow::LogWindow(wxWindow* owner, wxString const& path)
+LogWindow::LogWindow(wxWindow* owner, wxString const& path, wxString const& gateway)
     : // TRANSLATORS: a window's title; short.
       wxFrame(nullptr, wxID_ANY, _("LOGS_TITLE")),
       m_path(path),
+      m_person(Person::current(gateway.utf8_string())),
       m_tail(std::string(path.fn_str())),
       m_timer(this) {
     if (auto const* const frame = dynamic_cast<wxTopLevelWindow*>(wxGetTopLevelParent(owner)))
@@ -249,7 +251,7 @@ void LogWindow::copy() {
     if (!clipboard)
         return;
     std::string const text = (selection.empty() ? m_text->GetValue() : selection).utf8_string();
-    wxTheClipboard->SetData(new wxTextDataObject(wxString::FromUTF8(privateText(text, Person::current()))));
+    wxTheClipboard->SetData(new wxTextDataObject(wxString::FromUTF8(privateText(text, m_person))));
 }
 
 void LogWindow::save() {
@@ -274,7 +276,7 @@ bool LogWindow::mayReplace(wxString const& destination) {
 void LogWindow::saveAs(wxString const& destination) {
     wxBusyCursor const busy;
     std::error_code const error =
-        copyPrivately(std::string(m_path.fn_str()), std::string(destination.fn_str()), Person::current());
+        copyPrivately(std::string(m_path.fn_str()), std::string(destination.fn_str()), m_person);
     if (!error)
         return;
     log(ERROR, "LogWindow", "saveAs", "Can not save the log: " + String::copyOf(error.message()));
@@ -296,9 +298,9 @@ int LogWindow::ask(wxDialog& dialog) {
 
 } // namespace
 
-void showLogWindow(wxWindow* parent, wxString const& path) {
+void showLogWindow(wxWindow* parent, wxString const& path, wxString const& gateway) {
     if (!openWindow)
-        openWindow = new LogWindow(parent, path);
+        openWindow = new LogWindow(parent, path, gateway);
     openWindow->Show();
     openWindow->Iconize(false);
     openWindow->Raise();

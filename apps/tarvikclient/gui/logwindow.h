@@ -14,6 +14,6 @@ namespace quillon {
 ///
 /// The window closes with `parent`, which may be hidden or null, and does not keep the application running. A
 /// file that is missing or empty is no fault: its text is shown once it comes. Interface thread only.
-void showLogWindow(wxWindow* parent, wxString const& path);
+void showLogWindow(wxWindow* parent, wxString const& path, wxString const& gateway);
 
 } // namespace quillon

@@ -130,7 +130,8 @@ void TarvikMainFrame::showAbout() {
 
 void TarvikMainFrame::showLogs() {
     client->showLogs();
-    showLogWindow(this, quillonToWxString(console->getFilename(TRACE)));
+    showLogWindow(this, quillonToWxString(console->getFilename(TRACE)),
+                  quillonToWxString(client->getMediation()));
 }
 
 void TarvikMainFrame::showError(wxWindow* parent, wxString const& text, wxString const& okLabel) {

@@ -1,6 +1,7 @@
 #include "tarvikclient/gui/model/privatetext.h"
 
 #include "base/ascii.h"
+#include "http/hostport.h"
 #include "tarvikclient/client.h"
 
 #include <arpa/inet.h>
@@ -23,8 +24,8 @@ constexpr std::string_view blanks = " \t";
 constexpr std::string_view quotes = "\"'";
 
 /// A key with one of these in it, in whatever letters, has a secret behind it.
-constexpr std::string_view secretKeys[] = {"tarvik-id", "ticket", "password",     "passwd",
-                                           "cookie",    "login",  "authorization"};
+constexpr std::string_view secretKeys[] = {"tarvik-id", "ticket", "password",      "passwd",
+                                           "cookie",    "login",  "authorization", "token"};
 
 /// ASCII letters in any case.
 bool isSame(char a, char b) {
@@ -108,24 +109,31 @@ std::string withoutSecrets(std::string_view line) {
     return result;
 }
 
-/// Of what stands between blanks, from the first "://" to the last "@", because a ticket may hold the
-/// delimiters that end it, and the host behind that.
-std::string withoutAuthority(std::string_view line) {
+/// A piece of text without blanks, in which URLs stand. The user-info goes from the first "://" to the last
+/// "@", because a ticket may hold the delimiters that end it.
+std::string withoutAuthorities(std::string_view piece) {
     constexpr std::string_view mark = "://";
     std::string result;
-    while (!line.empty()) {
-        std::size_t const blank = line.find_first_of(blanks);
-        std::string_view const piece = line.substr(0, blank == line.npos ? blank : blank + 1);
-        std::size_t const begin = orEnd(piece.find(mark), piece);
-        std::size_t const authority = std::min(begin + mark.size(), piece.size()), at = piece.rfind('@');
+    for (std::size_t found; (found = piece.find(mark)) != piece.npos;) {
+        std::size_t const authority = found + mark.size(), at = piece.rfind('@');
         bool const hasUserInfo = at != piece.npos && at >= authority;
         std::size_t const host = hasUserInfo ? at + 1 : authority;
-        std::size_t const end = orEnd(piece.find_first_of("/?#\"'<>(), \t", host), piece);
+        std::size_t const end = orEnd(piece.find_first_of("/?#\"'<>(),", host), piece);
         result.append(piece.substr(0, authority))
             .append(hasUserInfo ? removed : "")
             .append(hasUserInfo ? "@" : "");
-        result.append(end > host ? anAddress : "").append(piece.substr(end));
-        line.remove_prefix(piece.size());
+        result.append(end > host ? anAddress : "");
+        piece.remove_prefix(end);
+    }
+    return result.append(piece);
+}
+
+std::string withoutAuthority(std::string_view line) {
+    std::string result;
+    while (!line.empty()) {
+        std::size_t const end = orEnd(line.find_first_of(blanks), line);
+        result.append(withoutAuthorities(line.substr(0, end))).append(line.substr(end, 1));
+        line.remove_prefix(std::min(end + 1, line.size()));
     }
     return result;
 }
@@ -135,29 +143,40 @@ bool isAddressByte(char byte) {
            byte == '.' || byte == ':';
 }
 
-/// Whether that is an IP address; the client's version reads like one.
-bool isAddress(std::string const& word) {
+bool isAddress(std::string const& text) {
     unsigned char bytes[sizeof(in6_addr)];
-    return word != TarvikClient::version && std::any_of(word.begin(), word.end(), ascii::isDigit) &&
-           (inet_pton(AF_INET, word.c_str(), bytes) == 1 || inet_pton(AF_INET6, word.c_str(), bytes) == 1);
+    return std::any_of(text.begin(), text.end(), ascii::isDigit) &&
+           (inet_pton(AF_INET, text.c_str(), bytes) == 1 || inet_pton(AF_INET6, text.c_str(), bytes) == 1);
+}
+
+/// A run of address bytes with the address in it replaced: the longest one that does not begin behind the
+/// first colon, so that "p:10.1.2.3:80." has one.
+std::string withoutAddress(std::string_view run) {
+    constexpr std::size_t longest = INET6_ADDRSTRLEN;
+    if (run.starts_with(TarvikClient::version)) // which reads like one
+        return std::string(run);
+    std::size_t const begin = run.starts_with("::") ? 0 : std::min(run.find(':'), run.size());
+    for (std::size_t const from : {std::size_t(0), std::min(begin + 1, run.size())})
+        for (std::size_t size = std::min(run.size() - from, longest); size > 1; --size)
+            if (isAddress(std::string(run.substr(from, size))))
+                return std::string(run.substr(0, from)).append(anAddress).append(run.substr(from + size));
+    return std::string(run);
 }
 
 std::string withoutAddresses(std::string_view line) {
     std::string result;
     for (std::size_t at = 0; at < line.size();) {
         std::size_t const from = at;
-        while (at < line.size() && isKeyByte(line[at]) && !isAddressByte(line[at]))
-            ++at; // a word that has begun with other letters
-        while (at < line.size() && (isAddressByte(line[at]) || (at > from && isKeyByte(line[at]))))
+        while (at < line.size() && isAddressByte(line[at]))
             ++at;
-        std::string word(line.substr(from, at - from));
-        // "1.2.3.4:80" and "of 1.2.3.4."
-        std::size_t const port = std::count(word.begin(), word.end(), ':') == 1 ? word.find(':') : word.npos;
-        std::string const host = word.substr(0, std::min(port, word.find_last_not_of(".:") + 1));
-        if (isAddress(host))
-            word.replace(0, host.size(), anAddress);
-        at += at == from;
-        result += word.empty() ? std::string(line.substr(from, 1)) : word;
+        // Without two of either there is none.
+        std::string_view const run = line.substr(from, at - from);
+        if (std::count(run.begin(), run.end(), '.') > 2 || std::count(run.begin(), run.end(), ':') > 1)
+            result += withoutAddress(run);
+        else
+            result += run;
+        for (; at < line.size() && !isAddressByte(line[at]); ++at)
+            result += line[at];
     }
     return result;
 }
@@ -176,7 +195,8 @@ std::string withoutHome(std::string_view line, std::string_view home) {
     }
 }
 
-/// The length of the name that is a word of its own at the begin of the text; 0 where there is none.
+/// The length of the one of the names that is a word of its own at the begin of the text; 0 where there is
+/// none.
 std::size_t nameLength(std::string_view text, std::vector<std::string> const& names) {
     std::size_t longest = 0;
     for (std::string const& name : names)
@@ -185,7 +205,8 @@ std::size_t nameLength(std::string_view text, std::vector<std::string> const& na
     return longest;
 }
 
-std::string withoutNames(std::string_view line, std::vector<std::string> const& names) {
+std::string withoutNames(std::string_view line, std::vector<std::string> const& names,
+                         std::string_view instead) {
     std::string result;
     while (!line.empty()) {
         std::size_t const name = nameLength(line, names);
@@ -194,7 +215,7 @@ std::string withoutNames(std::string_view line, std::vector<std::string> const& 
             ++kept;
         if (!name && kept == 0)
             kept = 1;
-        result += name ? std::string_view("<user>") : line.substr(0, kept);
+        result += name ? instead : line.substr(0, kept);
         line.remove_prefix(name + kept);
     }
     return result;
@@ -204,7 +225,7 @@ std::string privateLine(std::string_view line, Person const& person) {
     std::string result = withoutAddresses(withoutAuthority(withoutSecrets(line)));
     for (std::string const& home : person.homes)
         result = withoutHome(result, home);
-    return withoutNames(result, person.names);
+    return withoutNames(withoutNames(result, person.hosts, anAddress), person.names, "<user>");
 }
 
 void addName(Person& person, char const* name) {
@@ -226,8 +247,10 @@ std::error_code lastError() {
 
 } // namespace
 
-Person Person::current() {
+Person Person::current(std::string const& gateway) {
     Person person;
+    if (auto const host = http::HostPort::parse(String::copyOf(gateway), 443))
+        person.hosts.emplace_back(host->host().view());
     passwd entry{};
     passwd* found = nullptr;
     char buffer[16 * 1024];

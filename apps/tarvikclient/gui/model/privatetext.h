@@ -12,13 +12,16 @@ namespace quillon {
 struct Person {
     std::vector<std::string> names; ///< of the user's account
     std::vector<std::string> homes; ///< absolute paths of the user's home directory
+    std::vector<std::string> hosts; ///< the gateway's, without the port
 
-    /// The user of this process. The administrator's account is nobody's name.
-    static Person current();
+    /// The user of this process, and the host of `gateway`, which may have a port and may be empty. The
+    /// administrator's account is nobody's name.
+    static Person current(std::string const& gateway);
 };
 
 /// The lines with what tells of the user taken out of each: a home directory becomes "~", a name that stands
-/// as a word of its own, in whatever letters, "<user>", an IP address or the host of a URL "<address>". What
+/// as a word of its own, in whatever letters, "<user>", an IP address, the host
+/// of a URL or the gateway's "<address>". What
 /// stands for a ticket or a password becomes "***": the user-info of URLs, and the value behind a key that
 /// says so, as in "Tarvik-Id=...", "Cookie: ...",
 /// "\"password\": \"...\"" or "<password>...". Bytes that are no UTF-8 stay. Any thread.

@@ -106,9 +106,13 @@ public:
     }
     ~MenuOnBus() {
         // Takes it off the bus even where the library has lost count of its references, because the next item
-        // has the same name there.
-        g_object_run_dispose(G_OBJECT(m_item));
-        g_object_unref(m_item);
+        // has the same name there. An item that is disposed of twice gives back what it holds twice: where
+        // that does not come with the last reference, the object itself is left behind.
+        auto* const item = G_OBJECT(m_item);
+        if (g_atomic_int_get(&item->ref_count) > 1)
+            g_object_run_dispose(item);
+        else
+            g_object_unref(item);
     }
     MenuOnBus(MenuOnBus const&) = delete;
     MenuOnBus& operator=(MenuOnBus const&) = delete;
