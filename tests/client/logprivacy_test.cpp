@@ -55,7 +55,7 @@ TEST_F(LogPrivacyTest, a_whole_session_and_configurations_with_values_in_wrong_p
     expectNoSecrets();
 }
 
-TEST_F(LogPrivacyTest, settings_files_that_are_broken_around_a_password) {
+TEST_F(LogPrivacyTest, settings_files_and_launch_urls_that_are_broken_around_a_secret) {
     String const path = m_home.file("settings");
     restartLog();
     for (char const* const password :
@@ -67,13 +67,6 @@ TEST_F(LogPrivacyTest, settings_files_that_are_broken_around_a_password) {
         settings.readFromFile(path);
     }
     EXPECT_EQ(m_log->count("Can not read local configuration from "), 8u);
-    expectNoSecrets();
-}
-
-TEST_F(LogPrivacyTest, texts_that_are_not_what_they_should_be) {
-    makeClient();
-    m_gateway.serve("/mediation", "S3CRET");
-    runSession();
     TarvikClient::getLangFromArg("tarvik://S3CRET/ticket@h/?k=S3CRET#\n");
     expectNoSecrets();
 }
