@@ -46,10 +46,12 @@ home=$(mktemp -d)
 restore() {
   [ -z "$(jobs -p)" ] || kill $(jobs -p) 2>/dev/null || true
   rm -rf "$home"
+  # The key lay there.
+  cmake --preset release -DTARVIK_PUBLISHER_KEY="$had" >/dev/null
 }
-trap restore EXIT
 cd "$project"
 had=$(sed -n 's/^TARVIK_PUBLISHER_KEY:[A-Z]*=//p' build/release/CMakeCache.txt)
+trap restore EXIT
 for document in docs/modules.md README.md; do
   say "$document"
   commands "$document" >"$home/commands"
@@ -61,5 +63,4 @@ for document in docs/modules.md README.md; do
     . "$home/commands"
   ) >"$home/output" 2>&1 || { cat "$home/output" >&2; say "$document: this failed"; exit 1; }
 done
-cmake --preset release -DTARVIK_PUBLISHER_KEY="$had" >/dev/null
-build release
+build release -DTARVIK_PUBLISHER_KEY="$had"

@@ -31,8 +31,10 @@ TEST(PrivateText, tells_nothing_of_the_user_and_stays_readable) {
         {"password=", "password="},
         {"ip=10.8.0.2, [fd00::1]:443 from 10.8.0.1:80. 12:34:56.789 client 8.2.0.21; ECurl::f",
          "ip=<address>, [<address>]:443 from <address>:80. 12:34:56.789 client 8.2.0.21; ECurl::f"},
-        {"ip:10.8.0.2 inet10.8.0.2 addr:fe80::1, 10.8.0.2-x ab:cd 2001:db8::1:2",
-         "ip:<address> inet<address> addr:<address>, <address>-x ab:cd <address>"},
+        {"ip:10.8.0.2 inet10.8.0.2 addr:fe80::1, 10.8.0.2-x ab:cd 2001:db8::1:2 de:ad:10.1.2.3:10.4.5.6 "
+         "8.2.0.215",
+         "ip:<address> inet<address> addr:<address>, <address>-x ab:cd <address> de:ad:<address>:<address> "
+         "<address>"},
         {"[Could not resolve host: Gate.example]; https://gw/https://h2.example:1/x",
          "[Could not resolve host: <address>]; https://<address>/https://<address>/x"},
         {"password: \"open", "password: \"***"},

@@ -114,8 +114,9 @@ std::string withoutSecrets(std::string_view line) {
 std::string withoutAuthorities(std::string_view piece) {
     constexpr std::string_view mark = "://";
     std::string result;
-    for (std::size_t found; (found = piece.find(mark)) != piece.npos;) {
-        std::size_t const authority = found + mark.size(), at = piece.rfind('@');
+    std::size_t at = piece.rfind('@'); // what is behind it has none
+    for (std::size_t found; (found = piece.find(mark)) != piece.npos; at = piece.npos) {
+        std::size_t const authority = found + mark.size();
         bool const hasUserInfo = at != piece.npos && at >= authority;
         std::size_t const host = hasUserInfo ? at + 1 : authority;
         std::size_t const end = orEnd(piece.find_first_of("/?#\"'<>(),", host), piece);
@@ -139,8 +140,7 @@ std::string withoutAuthority(std::string_view line) {
 }
 
 bool isAddressByte(char byte) {
-    return ascii::isDigit(byte) || (byte >= 'a' && byte <= 'f') || (byte >= 'A' && byte <= 'F') ||
-           byte == '.' || byte == ':';
+    return ascii::hexValue(byte) >= 0 || byte == '.' || byte == ':';
 }
 
 bool isAddress(std::string const& text) {
@@ -149,18 +149,26 @@ bool isAddress(std::string const& text) {
            (inet_pton(AF_INET, text.c_str(), bytes) == 1 || inet_pton(AF_INET6, text.c_str(), bytes) == 1);
 }
 
-/// A run of address bytes with the address in it replaced: the longest one that does not begin behind the
-/// first colon, so that "p:10.1.2.3:80." has one.
-std::string withoutAddress(std::string_view run) {
+/// The length of the IP address that the text begins with; 0 where there is none. The client's version reads
+/// like one.
+std::size_t addressLength(std::string_view text) {
     constexpr std::size_t longest = INET6_ADDRSTRLEN;
-    if (run.starts_with(TarvikClient::version)) // which reads like one
-        return std::string(run);
-    std::size_t const begin = run.starts_with("::") ? 0 : std::min(run.find(':'), run.size());
-    for (std::size_t const from : {std::size_t(0), std::min(begin + 1, run.size())})
-        for (std::size_t size = std::min(run.size() - from, longest); size > 1; --size)
-            if (isAddress(std::string(run.substr(from, size))))
-                return std::string(run.substr(0, from)).append(anAddress).append(run.substr(from + size));
-    return std::string(run);
+    for (std::size_t size = std::min(text.size(), longest); size > 1; --size)
+        if (std::string const start(text.substr(0, size)); isAddress(start))
+            return start == TarvikClient::version ? 0 : size;
+    return 0;
+}
+
+/// In a run of address bytes an address begins at the front or behind a colon: "p:10.1.2.3:80.".
+std::string withoutAddressesOf(std::string_view run) {
+    std::string result;
+    while (!run.empty()) {
+        std::size_t const address = addressLength(run);
+        std::size_t const kept = address ? 0 : std::min(run.find(':'), run.size() - 1) + 1;
+        result.append(address ? anAddress : run.substr(0, kept));
+        run.remove_prefix(address + kept);
+    }
+    return result;
 }
 
 std::string withoutAddresses(std::string_view line) {
@@ -172,7 +180,7 @@ std::string withoutAddresses(std::string_view line) {
         // Without two of either there is none.
         std::string_view const run = line.substr(from, at - from);
         if (std::count(run.begin(), run.end(), '.') > 2 || std::count(run.begin(), run.end(), ':') > 1)
-            result += withoutAddress(run);
+            result += withoutAddressesOf(run);
         else
             result += run;
         for (; at < line.size() && !isAddressByte(line[at]); ++at)

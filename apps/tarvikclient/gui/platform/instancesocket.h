@@ -1,10 +1,10 @@
 // How a process brings a URL to the running client.
 #pragma once
 
+#include "base/deadline.h"
 #include "base/string.h"
 #include "tarvikclient/gui/platform/instanceplace.h"
 
-#include <chrono>
 #include <string_view>
 
 namespace quillon::instance {
@@ -12,8 +12,6 @@ namespace quillon::instance {
 /// A packet is this and the URL; anything else is not from a process of this program. The receiver answers
 /// with one byte once the URL is in its hands.
 constexpr std::string_view greeting = "tarvikclient URL 1\n";
-
-using Deadline = std::chrono::steady_clock::time_point;
 
 enum class Handover {
     done,
@@ -24,7 +22,7 @@ enum class Handover {
 };
 
 /// Hands the URL to the process that has the place; an empty one is not sent.
-Handover handOver(Place const& place, String const& url, Deadline deadline);
+Handover handOver(Place const& place, String const& url, Deadline const& deadline);
 
 /// Whether the process at the other end is this user's.
 bool isOwnUser(Descriptor const& connection);

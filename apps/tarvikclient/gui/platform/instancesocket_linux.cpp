@@ -11,11 +11,9 @@ namespace quillon::instance {
 
 namespace {
 
-void setTimeout(Descriptor const& connection, int which, Deadline deadline) {
-    using namespace std::chrono;
-    // A time-out of 0 would mean none at all.
-    auto const left = std::max(duration_cast<microseconds>(deadline - steady_clock::now()).count(), 1000L);
-    timeval const value{left / 1000000, left % 1000000};
+void setTimeout(Descriptor const& connection, int which, Deadline const& deadline) {
+    unsigned const left = std::max(deadline.left(), 1u); // a time-out of 0 would mean none at all
+    timeval const value{left / 1000, left % 1000 * 1000};
     setsockopt(connection.number(), SOL_SOCKET, which, &value, sizeof value);
 }
 
@@ -38,7 +36,7 @@ bool sendUrl(Descriptor const& connection, String const& url) {
     return sendmsg(connection.number(), &message, MSG_NOSIGNAL) >= 0;
 }
 
-Handover awaitAnswer(Descriptor const& connection, Deadline deadline) {
+Handover awaitAnswer(Descriptor const& connection, Deadline const& deadline) {
     for (;;) {
         setTimeout(connection, SO_RCVTIMEO, deadline);
         char answer = 0;
@@ -55,7 +53,7 @@ Handover awaitAnswer(Descriptor const& connection, Deadline deadline) {
 
 } // namespace
 
-Handover handOver(Place const& place, String const& url, Deadline deadline) {
+Handover handOver(Place const& place, String const& url, Deadline const& deadline) {
     sockaddr_un const where = place.address();
     Descriptor const connection(socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0));
     setTimeout(connection, SO_SNDTIMEO, deadline);

@@ -169,7 +169,7 @@ SingleInstance::~SingleInstance() = default;
 
 SingleInstance::Role SingleInstance::claim(String const& url, std::chrono::milliseconds patience) {
     using Claim = instance::Place::Claim;
-    auto const deadline = std::chrono::steady_clock::now() + patience;
+    Deadline const deadline(patience);
     Handover outcome = Handover::absent;
     m_endpoint = std::make_unique<Endpoint>();
     do {
@@ -185,7 +185,7 @@ SingleInstance::Role SingleInstance::claim(String const& url, std::chrono::milli
         if (outcome == Handover::foreign)
             break;
         std::this_thread::sleep_for(outcome == Handover::broken ? refusedPause : retryPause);
-    } while (std::chrono::steady_clock::now() < deadline);
+    } while (!deadline.hasPassed());
     // A client listens at once: where nobody does for so long somebody else is at work.
     if (outcome == Handover::foreign || outcome == Handover::absent) {
         logError("claim", "the place is taken by a stranger: running without it");
