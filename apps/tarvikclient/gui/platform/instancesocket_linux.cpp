@@ -13,7 +13,7 @@ namespace {
 
 void setTimeout(Descriptor const& connection, int which, Deadline const& deadline) {
     unsigned const left = std::max(deadline.left(), 1u); // a time-out of 0 would mean none at all
-    timeval const value{left / 1000, left % 1000 * 1000};
+    timeval const value{left / 1000, left % 1000 * 1000L};
     setsockopt(connection.number(), SOL_SOCKET, which, &value, sizeof value);
 }
 
