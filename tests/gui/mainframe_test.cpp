@@ -43,6 +43,8 @@ protected:
                 return found;
         return nullptr;
     }
+    /// Whether the panel says so.
+    bool said(char const* text) { return panel()->IsShown() && wxWindow::FindWindowByLabel(text, panel()); }
     /// Changes the login in the settings dialog and presses a button.
     void editAndPress(int button) {
         whenModal([button](wxDialog& dialog) {
@@ -222,9 +224,31 @@ TEST_F(MainFrame, the_panel_keeps_the_menu_where_there_is_no_other_place_for_it)
     ASSERT_TRUE(eventually([&] { return panel()->IsShown(); }));
     notify(CLIENTNOTIFY_DISPATCH, CLIENT_TYPE_HOSTCHECKER);
     notify(CLIENTNOTIFY_VPN_STATUS, 0, "connected");
-    eventually([] { return false; }, 0.3);
+    EXPECT_TRUE(eventually([&] { return said("STATE_CONNECTED"); }));
     panel()->Close();
+    EXPECT_FALSE(panel()->IsShown());
+    frame->bringBack();
     EXPECT_TRUE(panel()->IsShown());
+}
+
+// The first is cut off by the user, the second fails, and the third is heard of at once.
+TEST_F(MainFrame, the_next_link_starts_a_session_once_none_can_be_retried) {
+    bool closed = false;
+    whenModal([&](wxDialog& dialog) {
+        EXPECT_FALSE(frame->startNext(String(gateway.launchUrl()))) << "this one can be retried";
+        closed = dialog.Close();
+    });
+    frame->start(String("tarvik://me@127.0.0.1:1/start")); // refused
+    EXPECT_TRUE(said("STATE_ASKING"));
+    ASSERT_TRUE(eventually([&] { return closed && !openModalDialog(); }));
+    EXPECT_TRUE(said("STATE_FAILED"));
+    gateway.serve("/mediation", silent(test::Reply::hold));
+    EXPECT_TRUE(frame->startNext(String(gateway.launchUrl())));
+    EXPECT_TRUE(gateway.server().awaitRequests(1));
+    EXPECT_FALSE(frame->startNext(String(gateway.launchUrl()))) << "this one runs";
+    frame->stop();
+    EXPECT_TRUE(said("STATE_LEAVING"));
+    EXPECT_TRUE(goes());
 }
 
 } // namespace quillon

@@ -126,19 +126,26 @@ wxBitmap panelLogo(wxWindow const& panel) {
     return wxBitmap(image, wxBITMAP_SCREEN_DEPTH, scale);
 }
 
-wxStaticText* addRow(wxWindow* panel, wxSizer* rows, wxBitmap const& picture, wxString const& text,
-                     int flags) {
+/// A button that is hidden until there is something for it to do.
+wxButton* makeSmallButton(wxWindow* panel, wxString const& label) {
+    auto* const button =
+        new wxButton(panel, wxID_ANY, label, wxDefaultPosition, wxDefaultSize, wxBU_EXACTFIT);
+    button->Hide();
+    return button;
+}
+
+wxStaticText* addRow(wxWindow* panel, wxSizer* rows, wxStaticBitmap* picture, wxString const& text,
+                     wxButton* button = nullptr) {
     auto* const row = new wxBoxSizer(wxHORIZONTAL);
-    auto* const bitmap = new wxStaticBitmap(panel, wxID_ANY, picture);
-    bitmap->SetMinSize(wxSize(pictureSide, pictureSide)); // also where the picture is missing
-    row->Add(bitmap, 0, wxALL | wxALIGN_CENTER_VERTICAL, pictureBorder);
+    picture->SetMinSize(wxSize(pictureSide, pictureSide)); // also where it is missing
+    row->Add(picture, 0, wxALL | wxALIGN_CENTER_VERTICAL, pictureBorder);
     auto* const label = new wxStaticText(panel, wxID_ANY, text, wxDefaultPosition, wxDefaultSize,
                                          wxST_ELLIPSIZE_END | wxST_NO_AUTORESIZE);
     label->Wrap(-1);
-    // The border that puts a line of text at the height of the picture's middle.
-    int const height = label->GetBestSize().GetHeight();
-    row->Add(label, 1, wxALL | flags, std::max(pictureBorder, pictureBorder + (pictureSide - height) / 2));
-    rows->Add(row, 0, wxEXPAND);
+    row->Add(label, 1, wxALL | wxALIGN_CENTER_VERTICAL, pictureBorder);
+    if (button)
+        row->Add(button, 0, wxRIGHT | wxALIGN_CENTER_VERTICAL, pictureBorder);
+    rows->Add(row, 1, wxEXPAND);
     return label;
 }
 
@@ -148,10 +155,19 @@ NotificationPanel::NotificationPanel(wxWindow* parent)
     : wxFrame(parent, wxID_ANY, wxString(), wxDefaultPosition, wxSize(341, 129),
               wxBORDER_SIMPLE | wxSTAY_ON_TOP | wxFRAME_SHAPED | wxFRAME_NO_TASKBAR) {
     SetSizeHints(wxSize(341, 129));
+    auto const makePicture = [this](wxBitmap const& picture) {
+        return new wxStaticBitmap(this, wxID_ANY, picture);
+    };
+    auto const pictureOf = [](char const* id) { return wxArtProvider::GetBitmap(id, wxART_OTHER); };
+    // TRANSLATORS: a button that opens the program's menu.
+    menuButton = makeSmallButton(this, _("PANEL_MENU"));
+    // TRANSLATORS: a button beside the address that the tunnel gave this machine: copies the address.
+    addressButton = makeSmallButton(this, _("PANEL_COPY_ADDRESS"));
     auto* const rows = new wxBoxSizer(wxVERTICAL);
-    addRow(this, rows, panelLogo(*this), _("TarvikClient"), wxALIGN_CENTER_VERTICAL);
-    addRow(this, rows, wxArtProvider::GetBitmap("tarvik-plugin", wxART_OTHER), _("Connected"), 0);
-    statusLabel = addRow(this, rows, wxArtProvider::GetBitmap("tarvik-vpn", wxART_OTHER), wxString(), 0);
+    addRow(this, rows, makePicture(panelLogo(*this)), _("TarvikClient"), menuButton);
+    stateLabel = addRow(this, rows, makePicture(pictureOf("tarvik-plugin")), _("Connected"));
+    statusPicture = makePicture(pictureOf("tarvik-vpn"));
+    statusLabel = addRow(this, rows, statusPicture, wxString(), addressButton);
     SetSizer(rows);
     Layout();
 }

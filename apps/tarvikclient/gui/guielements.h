@@ -74,13 +74,18 @@ protected:
     wxStaticText* version = nullptr;
 };
 
-/// Three rows of a picture and a text each, in a small window without a frame.
+/// Three rows of a picture and a text each, in a small window without a frame: the program, what it is doing,
+/// and how the tunnel is.
 class NotificationPanel : public wxFrame {
 public:
     explicit NotificationPanel(wxWindow* parent);
 
 protected:
+    wxStaticText* stateLabel = nullptr;
     wxStaticText* statusLabel = nullptr;
+    wxStaticBitmap* statusPicture = nullptr;
+    wxButton* menuButton = nullptr;    ///< hidden at first, as the next one is
+    wxButton* addressButton = nullptr; ///< copies the tunnel's address
 };
 
 } // namespace quillon

@@ -4,6 +4,7 @@
 #include "tarvikclient/gui/clientholder.h"
 #include "tarvikclient/gui/leaving.h"
 #include "tarvikclient/gui/menucommands.h"
+#include "tarvikclient/gui/model/sessionstate.h"
 #include "tarvikclient/gui/nestedloops.h"
 #include "tarvikclient/gui/statusarea.h"
 
@@ -23,13 +24,19 @@ public:
     TarvikMainFrame(wxWindow* parent, int id, wxString const& title);
     ~TarvikMainFrame() override;
 
-    /// Runs the client with the launch URL. Nothing happens while a session runs.
-    void start(String const& url) { client->run(url); }
+    /// Runs the client with the launch URL, when no session runs.
+    void start(String const& url);
     /// The URL as the C library's encoding expresses it.
     void start(wxString const& url);
     /// The user wants out: ends the session, then the application. Open dialogs are cancelled. Whatever the
     /// session does, the frame is gone after Quitting's times at the latest.
     void stop() override;
+    /// Another launch URL has come. Starts its session where none runs and none can be retried any more; a
+    /// dialog that only says that the last one has failed is closed. Otherwise shows the user what there is,
+    /// and returns false.
+    bool startNext(String const& url);
+    /// Shows the user what the program is doing: its dialogs, or else its panel.
+    void bringBack();
     /// The display has gone and the process is about to end. Uses no window.
     void stopWithoutDisplay() { m_leaving.withoutDisplay(); }
     /// `announcement` is called, possibly several times, as soon as it is certain that the frame goes.
@@ -53,6 +60,12 @@ private:
     void retry();
     /// Tells the user that the session is over, and ends the application.
     void fail();
+    /// Tells the user what has come of an event, if anything has changed.
+    void tell(bool changed);
+    void notifyUser();
+    void onTunnelStatus(wxThreadEvent& event);
+    /// A session begins, with nothing known of it but the gateway.
+    void begin(String const& gateway);
     void saveSettings(TarvikClientConfigurationDialog& dialog);
     void showError(wxWindow* parent, wxString const& text, wxString const& okLabel);
 
@@ -62,7 +75,10 @@ private:
     std::unique_ptr<TarvikClientNotificationPanel> notificationPanel;
     std::unique_ptr<StatusArea> m_statusArea;
 
-    wxString m_statusText;                // of the client's state; no control shows it yet
+    SessionState m_state;
+    bool m_notified = false;
+    bool m_failureShown = false;          // the dialog after which the program ends
+    String m_nextUrl;                     // to be started instead
     std::unique_ptr<wxEvent> m_postponed; // a connection error, while the settings are open
     NestedLoops m_nestedLoops;
     Leaving m_leaving{*this, client, m_nestedLoops};

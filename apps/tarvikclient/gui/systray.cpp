@@ -43,10 +43,9 @@ TarvikSystrayIcon::TarvikSystrayIcon(wxTaskBarIconType type, MenuCommands* comma
 
 wxMenu* TarvikSystrayIcon::CreatePopupMenu() {
     auto menu = std::make_unique<wxMenu>();
-    // Without this only a menu that the tray pops up would find its way here.
-    menu->SetEventHandler(this);
     for (MenuEntry const& entry : menuEntries(isStatusItem(*this)))
         append(*menu, entry);
+    listenToMenu(*menu, *this);
     return menu.release();
 }
 

@@ -117,12 +117,16 @@ void TarvikClientGui::MacOpenURL(wxString const& url) {
 }
 
 void TarvikClientGui::MacOpenURL(String const& url) {
-    if (urlHandled) {
-        logTo(ERROR, "MacOpenURL", "I can only handle MacOpenURL once for now... Ignoring.");
+    if (m_ending)
         return;
-    }
-    if (!m_ending)
+    if (url.empty()) {
+        if (mainhiddenframe)
+            mainhiddenframe->bringBack();
+    } else if (!urlHandled) {
         init(url);
+    } else if (!mainhiddenframe || !mainhiddenframe->startNext(url)) {
+        logTo(ERROR, "MacOpenURL", "I can only handle MacOpenURL once for now... Ignoring.");
+    }
 }
 
 void TarvikClientGui::init(wxString const& url) {
