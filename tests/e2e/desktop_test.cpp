@@ -36,6 +36,11 @@ std::string text(char const* key, char const* language = "en") {
     return result;
 }
 
+std::string withGateway(char const* key, std::string const& name) {
+    std::string result = text(key);
+    return result.replace(result.find("{gateway}"), 9, name);
+}
+
 /// A URL at which nothing listens.
 std::string const refusedUrl = "tarvik://secret-ticket@127.0.0.1:1/mediation?lang=en";
 
@@ -117,9 +122,7 @@ TEST_F(Desktop, a_display_that_ends_leaves_the_module_its_time_to_stop) {
 TEST_F(Desktop, refused_connection_is_retried_and_then_quit) {
     ChildProcess client = start(refusedUrl);
     ASSERT_TRUE(ui.awaitShown({button, text("Retry")}));
-    EXPECT_TRUE(ui.awaitShown(
-        {"label",
-         text("CONNECTION_ERROR").replace(text("CONNECTION_ERROR").find("{gateway}"), 9, "127.0.0.1:1")}));
+    EXPECT_TRUE(ui.awaitShown({"label", withGateway("CONNECTION_ERROR", "127.0.0.1:1")}));
     EXPECT_TRUE(ui.click({button, text("Retry")}));
     ASSERT_TRUE(ui.awaitShown({button, text("Retry")}));
     EXPECT_TRUE(ui.click({button, text("Quit")}));
@@ -166,7 +169,7 @@ TEST_F(Desktop, a_fatal_error_is_told_in_the_portals_language) {
 TEST_F(Desktop, a_url_that_comes_while_it_ends_is_run_by_the_process_that_brings_it) {
     site({"--delay", "600000"});
     ChildProcess ending = start(site().url("plugindll"));
-    ASSERT_TRUE(ui.awaitShown({"label", text("STATUS_IDLE")}));
+    ASSERT_TRUE(ui.awaitShown({"label", withGateway("STATE_ASKING", site().authority())})) << ui.describe();
     ending.signal(SIGTERM);
     for (int left = 3000; left > 0 && readFile(logPath).find("refuseUrls") == std::string::npos; --left)
         std::this_thread::sleep_for(std::chrono::milliseconds(10));

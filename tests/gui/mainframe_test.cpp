@@ -96,6 +96,9 @@ TEST_F(MainFrame, a_session_that_cannot_be_ended_is_left_behind_unharmed) {
     start();
     EXPECT_TRUE(eventually([&] { return log.contains("downloadWindowsDll Downloading dll."); }));
     EXPECT_FALSE(goes(0.5)) << "the session does not wait for the lock";
+    frame->stop();
+    EXPECT_TRUE(said("STATE_LEAVING")) << "at once";
+    EXPECT_TRUE(eventually([&] { return said("STATE_ABANDONING"); }, 5));
     frame->Close(true);
     EXPECT_TRUE(goes());
     EXPECT_TRUE(log.contains("is left behind"));

@@ -130,6 +130,7 @@ wxBitmap panelLogo(wxWindow const& panel) {
 wxButton* makeSmallButton(wxWindow* panel, wxString const& label) {
     auto* const button =
         new wxButton(panel, wxID_ANY, label, wxDefaultPosition, wxDefaultSize, wxBU_EXACTFIT);
+    button->SetMinSize(button->GetBestSize() + wxSize(2 * button->GetCharWidth(), 0));
     button->Hide();
     return button;
 }
@@ -144,7 +145,8 @@ wxStaticText* addRow(wxWindow* panel, wxSizer* rows, wxStaticBitmap* picture, wx
     label->Wrap(-1);
     row->Add(label, 1, wxALL | wxALIGN_CENTER_VERTICAL, pictureBorder);
     if (button)
-        row->Add(button, 0, wxRIGHT | wxALIGN_CENTER_VERTICAL, pictureBorder);
+        row->Add(button, 0, wxRIGHT | wxALIGN_CENTER_VERTICAL | wxRESERVE_SPACE_EVEN_IF_HIDDEN,
+                 pictureBorder);
     rows->Add(row, 1, wxEXPAND);
     return label;
 }

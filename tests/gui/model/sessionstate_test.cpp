@@ -54,8 +54,11 @@ TEST(SessionState, says_what_is_true_at_each_step) {
     } const cases[] = {
         {{fetch}, Stage::fetching, SessionMood::busy, false},
         {{dispatch(CLIENT_TYPE_PLUGINDLL_NOTUNNEL)}, Stage::opening, SessionMood::connected, false},
-        {{dispatch(CLIENT_TYPE_HOSTCHECKER), status(STATUS_DOWNLOADING_COMPENENTS), status(STATUS_HOSTCHECKING)},
-         Stage::checking, SessionMood::busy, false},
+        {{dispatch(CLIENT_TYPE_HOSTCHECKER), status(STATUS_DOWNLOADING_COMPENENTS),
+          status(STATUS_HOSTCHECKING)},
+         Stage::checking,
+         SessionMood::busy,
+         false},
         {{status(STATUS_HOSTCHECKING), status(STATUS_FINISHED)}, Stage::ended, SessionMood::quiet, false},
         {{fetch, progress}, Stage::connecting, SessionMood::busy, false},
         {{fetch, progress, up}, Stage::connected, SessionMood::connected, true},
@@ -97,8 +100,12 @@ TEST(SessionState, nothing_is_told_twice_nor_after_the_user_has_left) {
 
 TEST(SessionState, shows_the_gateway_only_by_a_name_that_a_host_can_have) {
     std::pair<wxString, bool> const names[] = {
-        {"gate.example", true}, {"[2001:db8::1]:8443", true},        {"", false},
-        {"gate example", false}, {wxString::FromUTF8("g\xc3\xa4te"), false}, {"a\nb", false},
+        {"gate.example", true},
+        {"[2001:db8::1]:8443", true},
+        {"", false},
+        {"gate example", false},
+        {wxString::FromUTF8("g\xc3\xa4te"), false},
+        {"a\nb", false},
     };
     for (auto const& [name, shown] : names) {
         SessionState session;

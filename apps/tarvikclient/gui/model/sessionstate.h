@@ -71,7 +71,7 @@ private:
     SessionStage m_stage = SessionStage::idle;
     wxDateTime m_since;
     bool m_stood = false; // there has been a tunnel
-    wxString m_gateway; // empty where it has none to be shown
+    wxString m_gateway;   // empty where it has none to be shown
 };
 
 } // namespace quillon

@@ -12,8 +12,8 @@ namespace quillon {
 /// A menu in the form of com.canonical.dbusmenu, which the desktop shows as its own. Interface thread only.
 class MenuOnBus {
 public:
-    /// Copies `menu`, without submenus, to the object `path`. What is chosen is queued for `target`, which must outlive
-    /// this object, as wxEVT_MENU.
+    /// Copies `menu`, without submenus, to the object `path`. What is chosen is queued for `target`, which
+    /// must outlive this object, as wxEVT_MENU.
     MenuOnBus(std::string const& path, wxMenu const& menu, wxEvtHandler& target);
     ~MenuOnBus();
     MenuOnBus(MenuOnBus const&) = delete;

@@ -14,8 +14,8 @@ void keepFocusElsewhere(wxTopLevelWindow& window);
 void listInTaskBar(wxTopLevelWindow& window, bool listed);
 /// Lets the user move the window with the mouse button that is down. False where the system cannot.
 bool moveWithMouse(wxTopLevelWindow& window);
-/// A modal dialog locks up the program's other modal dialogs, but neither its tray icon nor its panel, from which
-/// the way out has to be open always. Called before the dialog is shown.
+/// A modal dialog locks up the program's other modal dialogs, but neither its tray icon nor its panel, from
+/// which the way out has to be open always. Called before the dialog is shown.
 void lockUpDialogsOnly(wxDialog& dialog);
 
 } // namespace quillon
