@@ -146,6 +146,15 @@ bool UiDriver::click(Control const& control, char const* event) {
     return object && mouse(areaOf(object.get()), event);
 }
 
+bool UiDriver::press(Control const& control) {
+    Accessible const object = await(control);
+    AtspiAction* const action = object ? atspi_accessible_get_action_iface(object.get()) : nullptr;
+    bool const done = action && atspi_action_do_action(action, 0, Ignore());
+    if (action)
+        g_object_unref(action);
+    return done;
+}
+
 bool UiDriver::select(Control const& control) {
     Accessible const object = await(control);
     Accessible const list(object ? atspi_accessible_get_parent(object.get(), Ignore()) : nullptr);

@@ -38,6 +38,8 @@ public:
     bool click(Control const& control, char const* event = "b1c");
     /// Clicks with the right mouse button there.
     bool contextClick(Control const& control) { return click(control, "b3c"); }
+    /// Does what a click on the control does, without the mouse.
+    bool press(Control const& control);
     /// Selects the control in the list that it stands in.
     bool select(Control const& control);
     /// Replaces the text of the `index`-th visible field, counted from 0 in the order of the screen's

@@ -108,6 +108,19 @@ TEST_F(Desktop, panel_follows_the_tunnel_and_the_menu_stops_it) {
     EXPECT_EQ(log.find("the program ends without it"), std::string::npos);
 }
 
+TEST_F(Desktop, says_how_the_session_is_and_what_has_failed_on_whatever_desktop) {
+    siteWithTunnel();
+    ChildProcess client = start(site().url("plugindll"));
+    std::string const connected = text("STATE_CONNECTED");
+    EXPECT_TRUE(ui.awaitShown({"label", connected.substr(0, connected.find('{')) + "*"})) << ui.describe();
+    client.signal(SIGTERM);
+    EXPECT_EQ(client.wait(), 0) << client.errors();
+    ChildProcess refused = start(refusedUrl);
+    EXPECT_TRUE(ui.awaitShown({"label", withGateway("CONNECTION_ERROR", "127.0.0.1:1")})) << ui.describe();
+    EXPECT_TRUE(ui.press({button, text("Quit")}));
+    EXPECT_EQ(refused.wait(), 0) << refused.errors();
+}
+
 TEST_F(Desktop, a_display_that_ends_leaves_the_module_its_time_to_stop) {
     siteWithTunnel();
     Display display;
