@@ -43,6 +43,13 @@ void TarvikClientConfigurationDialog::writeConfiguration(ClientLocalConfiguratio
     edited().write(conf);
 }
 
+void TarvikClientConfigurationDialog::offerDomain(wxString const& domain) {
+    m_offered = domain;
+    certIgnoreDomain->ChangeValue(domain);
+    certIgnoreDomain->SetFocus();
+    certIgnoreDomain->SelectAll();
+}
+
 bool TarvikClientConfigurationDialog::Validate() {
     SettingsEdit const edit = edited();
     SettingsFault const fault = edit.findFault();
@@ -50,30 +57,55 @@ bool TarvikClientConfigurationDialog::Validate() {
     case SettingsFault::none:
         break;
     case SettingsFault::login:
-        complain(nameOf(_("SETTINGS_PROXY_LOGIN")));
+        complain(nameOf(_("SETTINGS_PROXY_LOGIN")), fault.reason);
         proxyLogin->SetFocus();
         return false;
     case SettingsFault::password:
-        complain(nameOf(_("SETTINGS_PROXY_PASSWORD")));
+        complain(nameOf(_("SETTINGS_PROXY_PASSWORD")), fault.reason);
         proxyPassword->SetFocus();
         return false;
     case SettingsFault::domain:
         selectDomain(fault.index);
-        complain(shortened(edit.domains[fault.index]));
+        complain(shortened(edit.domains[fault.index]), fault.reason);
         certIgnoreDomainList->SetFocus();
         return false;
     }
-    return ConfigurationDialog::Validate();
+    return finishTyping() && ConfigurationDialog::Validate();
+}
+
+bool TarvikClientConfigurationDialog::finishTyping() {
+    // Nobody typed what was offered: to give up the protection takes a decision of its own.
+    if (m_offered.empty() || certIgnoreDomain->GetValue() != m_offered)
+        return addTyped();
+    // TRANSLATORS: a question with the answers yes and no. {server} is a server's name.
+    wxString text = _("SETTINGS_SSL_ADD_OFFERED");
+    text.Replace("{server}", shortened(m_offered));
+    wxMessageDialog question(this, text, GetTitle(), wxYES_NO | wxNO_DEFAULT | wxCENTRE | wxICON_WARNING);
+    int const answer = question.ShowModal();
+    return answer == wxID_NO || (answer == wxID_YES && addTyped());
 }
 
 void TarvikClientConfigurationDialog::addCertIgnoreDomain(wxCommandEvent&) {
+    addTyped();
+}
+
+bool TarvikClientConfigurationDialog::addTyped() {
     SettingsEdit edit = edited();
     std::size_t const known = edit.domains.size();
-    if (!edit.addDomain(certIgnoreDomain->GetValue()))
-        return;
-    if (edit.domains.size() > known)
-        certIgnoreDomainList->EnsureVisible(certIgnoreDomainList->Append(edit.domains.Last()));
-    certIgnoreDomain->Clear();
+    switch (edit.addDomain(certIgnoreDomain->GetValue(), m_gateway)) {
+    case TypedDomain::blank:
+        break;
+    case TypedDomain::refused:
+        showDomainProblem(true);
+        certIgnoreDomain->SetFocus();
+        return false;
+    case TypedDomain::taken:
+        if (edit.domains.size() > known)
+            certIgnoreDomainList->EnsureVisible(certIgnoreDomainList->Append(edit.domains.Last()));
+        certIgnoreDomain->Clear();
+        break;
+    }
+    return true;
 }
 
 void TarvikClientConfigurationDialog::onCertIgnoreDomainList(wxCommandEvent&) {
@@ -114,9 +146,12 @@ void TarvikClientConfigurationDialog::selectDomain(unsigned index) {
     updateRemoveButton();
 }
 
-void TarvikClientConfigurationDialog::complain(wxString const& what) {
+void TarvikClientConfigurationDialog::complain(wxString const& what, SettingsFault::Reason reason) {
     // TRANSLATORS: %s is the name of a field, or the domain in question.
-    wxString text = _("SETTINGS_NOT_STORABLE");
+    wxString text = reason == SettingsFault::letters
+                        ? _("SETTINGS_LETTERS_NOT_STORABLE %s")
+                        // TRANSLATORS: %s is the name of a field, or the domain in question.
+                        : _("SETTINGS_NOT_STORABLE");
     text.Replace("%s", what);
     wxMessageDialog(this, text, GetTitle(), wxOK | wxCENTRE | wxICON_WARNING).ShowModal();
 }

@@ -1,8 +1,26 @@
 #include "tarvikclient/gui/dialoglayout.h"
 
+#include <wx/display.h>
+#include <wx/settings.h>
+#include <wx/sizer.h>
 #include <wx/toplevel.h>
 
+#include <algorithm>
+
 namespace quillon {
+
+namespace {
+
+/// What a window's contents can have of the screen it is on: its title bar takes some, how much nobody knows
+/// before it is shown.
+wxSize roomFor(wxWindow const& window) {
+    int const display = wxDisplay::GetFromWindow(&window);
+    wxRect const area = wxDisplay(display == wxNOT_FOUND ? 0u : unsigned(display)).GetClientArea();
+    constexpr int frame = 2; // lines
+    return area.GetSize() - wxSize(0, frame * window.GetCharHeight());
+}
+
+} // namespace
 
 Distances::Distances(wxWindow const& window) : margin(window.FromDIP(12)), gap(window.FromDIP(8)) {}
 
@@ -11,6 +29,40 @@ void centre(wxTopLevelWindow& window) {
         window.CentreOnParent();
     else
         window.CentreOnScreen();
+}
+
+ScrolledContents::ScrolledContents(wxWindow* parent)
+    : wxScrolledWindow(parent, wxID_ANY, wxDefaultPosition, wxDefaultSize, wxTAB_TRAVERSAL | wxBORDER_NONE) {
+    SetScrollRate(GetCharWidth(), GetCharHeight());
+}
+
+void ScrolledContents::fitWindow(wxSize const& least, bool keepLarger) {
+    wxWindow& window = *wxGetTopLevelParent(this);
+    wxSizer& layout = *window.GetSizer();
+    wxSize const whole = GetSizer()->CalcMin();
+    setArea(whole);
+    wxSize const tooMuch = layout.CalcMin() - roomFor(window);
+    // A bar that scrolls one way takes room the other way.
+    wxSize bars(tooMuch.y > 0 ? wxSystemSettings::GetMetric(wxSYS_VSCROLL_X, this) : 0,
+                tooMuch.x > 0 ? wxSystemSettings::GetMetric(wxSYS_HSCROLL_Y, this) : 0);
+    bars.IncTo(wxSize(0, 0)); // where the system does not say
+    wxSize area = whole + bars;
+    area.DecBy(std::max(0, tooMuch.x + bars.x), std::max(0, tooMuch.y + bars.y));
+    setArea(area);
+
+    wxSize wanted = layout.CalcMin();
+    wanted.IncTo(least);
+    window.SetMinClientSize(wanted);
+    if (keepLarger)
+        wanted.IncTo(window.GetClientSize());
+    window.SetClientSize(wanted);
+    FitInside();
+    window.Layout();
+}
+
+void ScrolledContents::setArea(wxSize const& area) {
+    SetMinClientSize(area);
+    InvalidateBestSize();
 }
 
 } // namespace quillon

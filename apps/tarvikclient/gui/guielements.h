@@ -15,6 +15,8 @@ class wxTextCtrl;
 
 namespace quillon {
 
+class ScrolledContents;
+
 /// The settings: credentials for a proxy, hosts whose certificates are not checked.
 class ConfigurationDialog : public wxDialog {
 public:
@@ -27,7 +29,9 @@ protected:
     virtual void onRemoveCertIgnoreDomainButton(wxCommandEvent& event);
 
     /// Makes the dialog as large as its contents need, within the screen, and lets nobody make it smaller.
-    void fitToContents();
+    void fitToContents(bool keepLarger = false);
+    /// Says below the domain's field what is wanted there, until something else is typed.
+    void showDomainProblem(bool show);
 
     wxCheckBox* useSystemProxy = nullptr;
     wxTextCtrl* proxyLogin = nullptr;
@@ -39,7 +43,13 @@ protected:
 private:
     wxSizer* makeProxyGroup();
     wxSizer* makeCertificateGroup();
+    wxSizer* makeDomainCell(wxWindow* box);
+    void makeList(wxWindow* box);
     void bindEvents();
+    void onListKey(wxKeyEvent& event);
+
+    ScrolledContents* m_contents = nullptr;
+    wxStaticText* m_domainProblem = nullptr;
 };
 
 /// What is shown when the gateway cannot be reached.

@@ -2,6 +2,7 @@
 
 #include "tarvikclient/gui/artprovider.h"
 #include "tarvikclient/gui/dialoglayout.h"
+#include "tarvikclient/gui/platform/accessibility.h"
 
 #include <wx/artprov.h>
 #include <wx/button.h>
@@ -19,24 +20,46 @@ namespace quillon {
 namespace {
 
 wxSize const leastSize(418, 286);
-// Explicit, because a list would otherwise be as wide as its longest entry, and measuring them all takes
-// time.
-wxSize const leastListSize(240, 130);
+
+// In characters, so that they hold in any font. A list would otherwise be as wide as its longest entry, and
+// measuring them all takes time.
+constexpr int fieldWidth = 30;
+constexpr int listLines = 7;
 // Where texts are wrapped; a label beside a field leaves room for that.
-constexpr int textWidth = 380;
-constexpr int labelWidth = 240;
-constexpr int warningWidth = 352; // beside a picture
+constexpr int textWidth = 48;
+constexpr int labelWidth = 30;
+constexpr int warningWidth = 44;         // beside a picture
+constexpr unsigned longestDomain = 4096; // a pasted URL
 
 wxTextCtrl* makeField(wxWindow* parent, long style = 0) {
     auto* const field = new wxTextCtrl(parent, wxID_ANY, "", wxDefaultPosition, wxDefaultSize, style);
-    field->SetMinSize(wxSize(parent->FromDIP(leastListSize).x, field->GetBestSize().y));
+    field->SetMinSize(wxSize(fieldWidth * parent->GetCharWidth(), field->GetBestSize().y));
     return field;
 }
 
-wxStaticText* makeWrapped(wxWindow* parent, wxString const& text, int width) {
+/// Beside a field, whatever the number of the label's lines.
+wxSizerFlags oneLine() {
+    return wxSizerFlags().Align(wxALIGN_CENTRE_VERTICAL).Expand();
+}
+
+wxStaticText* makeWrapped(wxWindow* parent, wxString const& text, int characters) {
     auto* const control = new wxStaticText(parent, wxID_ANY, text);
-    control->Wrap(parent->FromDIP(width));
+    control->Wrap(characters * parent->GetCharWidth());
     return control;
+}
+
+void addLabelled(wxSizer& grid, wxString const& text, wxTextCtrl& field) {
+    wxStaticText* const label = makeWrapped(field.GetParent(), text, labelWidth);
+    setLabelOf(field, *label);
+    grid.Add(label, wxSizerFlags().CentreVertical());
+    grid.Add(&field, oneLine());
+}
+
+/// Keeps a button at its own height, whatever the height of what it stands beside.
+wxSizer* atTop(wxWindow* button) {
+    auto* const cell = new wxBoxSizer(wxVERTICAL);
+    cell->Add(button, wxSizerFlags().Expand());
+    return cell;
 }
 
 wxSizer* makeWarning(wxWindow* parent) {
@@ -59,31 +82,34 @@ ConfigurationDialog::ConfigurationDialog(wxWindow* parent)
                wxDEFAULT_DIALOG_STYLE | wxRESIZE_BORDER | (parent ? 0 : wxDIALOG_NO_PARENT)) {
     SetIcons(programIcons());
     Distances const space(*this);
+    m_contents = new ScrolledContents(this);
     auto* const groups = new wxBoxSizer(wxVERTICAL);
     groups->Add(makeProxyGroup(), wxSizerFlags().Expand().Border(wxALL, space.margin));
     groups->Add(makeCertificateGroup(),
                 wxSizerFlags(1).Expand().Border(wxLEFT | wxRIGHT | wxBOTTOM, space.margin));
-    groups->Add(CreateStdDialogButtonSizer(wxOK | wxCANCEL),
-                wxSizerFlags().Expand().Border(wxLEFT | wxRIGHT | wxBOTTOM, space.margin));
-    SetSizer(groups);
+    m_contents->SetSizer(groups);
+    auto* const rows = new wxBoxSizer(wxVERTICAL);
+    rows->Add(m_contents, wxSizerFlags(1).Expand());
+    rows->Add(CreateStdDialogButtonSizer(wxOK | wxCANCEL),
+              wxSizerFlags().Expand().Border(wxLEFT | wxRIGHT | wxBOTTOM, space.margin));
+    SetSizer(rows);
     fitToContents();
     centre(*this);
     bindEvents();
+    proxyLogin->SetFocus();
 }
 
 wxSizer* ConfigurationDialog::makeProxyGroup() {
     Distances const space(*this);
-    auto* const group = new wxStaticBoxSizer(wxVERTICAL, this, _("Proxy"));
+    auto* const group = new wxStaticBoxSizer(wxVERTICAL, m_contents, _("Proxy"));
     wxWindow* const box = group->GetStaticBox();
     useSystemProxy = new wxCheckBox(box, wxID_ANY, _("SETTINGS_PROXY_USE_SYSTEM_PARAMETERS"));
     auto* const fields = new wxFlexGridSizer(2, space.gap, space.margin);
     fields->AddGrowableCol(1);
     // TRANSLATORS: the label of a field.
-    fields->Add(makeWrapped(box, _("SETTINGS_PROXY_LOGIN"), labelWidth), wxSizerFlags().CentreVertical());
-    fields->Add(proxyLogin = makeField(box), wxSizerFlags().Expand());
+    addLabelled(*fields, _("SETTINGS_PROXY_LOGIN"), *(proxyLogin = makeField(box)));
     // TRANSLATORS: the label of a field.
-    fields->Add(makeWrapped(box, _("SETTINGS_PROXY_PASSWORD"), labelWidth), wxSizerFlags().CentreVertical());
-    fields->Add(proxyPassword = makeField(box, wxTE_PASSWORD), wxSizerFlags().Expand());
+    addLabelled(*fields, _("SETTINGS_PROXY_PASSWORD"), *(proxyPassword = makeField(box, wxTE_PASSWORD)));
     group->Add(useSystemProxy, wxSizerFlags().Border(wxALL, space.gap));
     group->Add(fields, wxSizerFlags().Expand().Border(wxLEFT | wxRIGHT | wxBOTTOM, space.gap));
     return group;
@@ -91,48 +117,78 @@ wxSizer* ConfigurationDialog::makeProxyGroup() {
 
 wxSizer* ConfigurationDialog::makeCertificateGroup() {
     Distances const space(*this);
-    auto* const group = new wxStaticBoxSizer(wxVERTICAL, this, _("SSL"));
+    auto* const group = new wxStaticBoxSizer(wxVERTICAL, m_contents, _("SSL"));
     wxWindow* const box = group->GetStaticBox();
     // TRANSLATORS: the label of the field for a domain and of the list below it.
     wxStaticText* const label = makeWrapped(box, _("SETTINGS_SSL_DO_NOT_CHECK_CERTIFICATES"), textWidth);
     certIgnoreDomain = makeField(box, wxTE_PROCESS_ENTER);
+    certIgnoreDomain->SetMaxLength(longestDomain);
+    setLabelOf(*certIgnoreDomain, *label);
     auto* const add = new wxButton(box, wxID_ADD);
-    certIgnoreDomainList =
-        new wxListBox(box, wxID_ANY, wxDefaultPosition, wxDefaultSize, 0, nullptr, wxLB_EXTENDED | wxLB_SORT);
-    certIgnoreDomainList->SetMinSize(FromDIP(leastListSize));
+    makeList(box);
     removeCertIgnoreDomainButton = new wxButton(box, wxID_REMOVE);
     removeCertIgnoreDomainButton->Disable();
 
     auto* const columns = new wxFlexGridSizer(2, space.gap, space.gap);
     columns->AddGrowableCol(0);
     columns->AddGrowableRow(1);
-    columns->Add(certIgnoreDomain, wxSizerFlags().Expand());
-    columns->Add(add, wxSizerFlags().Expand());
+    columns->Add(makeDomainCell(box), wxSizerFlags().Expand());
+    columns->Add(atTop(add), wxSizerFlags().Expand());
     columns->Add(certIgnoreDomainList, wxSizerFlags().Expand());
-    auto* const below = new wxBoxSizer(wxVERTICAL); // keeps the button at its own height
-    below->Add(removeCertIgnoreDomainButton, wxSizerFlags().Expand());
-    columns->Add(below, wxSizerFlags().Expand());
+    columns->Add(atTop(removeCertIgnoreDomainButton), wxSizerFlags().Expand());
     group->Add(label, wxSizerFlags().Border(wxALL, space.gap));
     group->Add(columns, wxSizerFlags(1).Expand().Border(wxLEFT | wxRIGHT | wxBOTTOM, space.gap));
     group->Add(makeWarning(box), wxSizerFlags().Expand().Border(wxLEFT | wxRIGHT | wxBOTTOM, space.gap));
     return group;
 }
 
+wxSizer* ConfigurationDialog::makeDomainCell(wxWindow* box) {
+    auto* const cell = new wxBoxSizer(wxVERTICAL);
+    cell->Add(certIgnoreDomain, wxSizerFlags().Expand());
+    // TRANSLATORS: stands below the field for a domain when what is in there names no server.
+    m_domainProblem = new wxStaticText(box, wxID_ANY, _("SETTINGS_SSL_DOMAIN_WANTED"));
+    m_domainProblem->SetFont(m_domainProblem->GetFont().Bold());
+    m_domainProblem->Wrap(fieldWidth * GetCharWidth());
+    m_domainProblem->Hide();
+    cell->Add(m_domainProblem, wxSizerFlags().Border(wxTOP, Distances(*this).gap / 2));
+    return cell;
+}
+
+void ConfigurationDialog::makeList(wxWindow* box) {
+    certIgnoreDomainList =
+        new wxListBox(box, wxID_ANY, wxDefaultPosition, wxDefaultSize, 0, nullptr, wxLB_EXTENDED | wxLB_SORT);
+    certIgnoreDomainList->SetMinSize(wxSize(fieldWidth * GetCharWidth(), listLines * GetCharHeight()));
+    // TRANSLATORS: the list's name for those who hear what is on the screen.
+    setAccessibleName(*certIgnoreDomainList, _("SETTINGS_SSL_LIST"));
+}
+
 void ConfigurationDialog::bindEvents() {
     certIgnoreDomain->Bind(wxEVT_TEXT_ENTER, &ConfigurationDialog::addCertIgnoreDomain, this);
+    certIgnoreDomain->Bind(wxEVT_TEXT, [this](wxCommandEvent&) { showDomainProblem(false); });
     Bind(wxEVT_BUTTON, &ConfigurationDialog::addCertIgnoreDomain, this, wxID_ADD);
     certIgnoreDomainList->Bind(wxEVT_LISTBOX, &ConfigurationDialog::onCertIgnoreDomainList, this);
+    certIgnoreDomainList->Bind(wxEVT_KEY_DOWN, &ConfigurationDialog::onListKey, this);
     Bind(wxEVT_BUTTON, &ConfigurationDialog::onRemoveCertIgnoreDomainButton, this, wxID_REMOVE);
 }
 
-void ConfigurationDialog::fitToContents() {
-    GetSizer()->SetSizeHints(this);
-    wxSize least = GetMinSize();
-    least.IncTo(FromDIP(leastSize));
-    SetMinSize(least);
-    wxSize size = GetSize();
-    size.IncTo(FromDIP(leastSize));
-    SetSize(size);
+void ConfigurationDialog::fitToContents(bool keepLarger) {
+    m_contents->fitWindow(FromDIP(leastSize), keepLarger);
+}
+
+void ConfigurationDialog::showDomainProblem(bool show) {
+    if (m_domainProblem->IsShown() == show)
+        return;
+    m_domainProblem->Show(show);
+    setAccessibleDescription(*certIgnoreDomain, show ? m_domainProblem->GetLabel() : wxString());
+    fitToContents(true);
+}
+
+void ConfigurationDialog::onListKey(wxKeyEvent& event) {
+    int const key = event.GetKeyCode();
+    if (event.HasAnyModifiers() || (key != WXK_DELETE && key != WXK_NUMPAD_DELETE))
+        return event.Skip();
+    wxCommandEvent remove(wxEVT_BUTTON, wxID_REMOVE);
+    onRemoveCertIgnoreDomainButton(remove);
 }
 
 void ConfigurationDialog::addCertIgnoreDomain(wxCommandEvent&) {}

@@ -97,6 +97,7 @@ void TarvikMainFrame::showConfigurationDialogModal(wxWindow* parent) {
         return;
     }
     TarvikClientConfigurationDialog dialog(parent);
+    dialog.setGateway(quillonToWxString(client->getMediation()));
     dialog.readConfiguration(client->getLocalConfiguration());
     if (dialog.ShowModal() == wxID_OK)
         saveSettings(dialog);
