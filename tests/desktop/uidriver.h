@@ -7,6 +7,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace quillon::test {
 
@@ -47,6 +48,11 @@ public:
     Area windowOf(Control const& control);
     /// Everything visible, a line per control, indented by depth: "role 'text'".
     std::string describe();
+    /// A line for each visible control that takes the keys, and each window, of which a screen reader would
+    /// say nothing, or what belongs to another: one without name or label, with several labels, with a label
+    /// that has no text or is another's too, or that is no text; and for each label that says it belongs to
+    /// what takes no keys.
+    std::string wrongNames();
 
 private:
     struct Unref {
@@ -60,7 +66,9 @@ private:
     static bool mouse(Area const& area, char const* event);
     static Accessible child(AtspiAccessible* parent, int index);
     static Control controlOf(AtspiAccessible* object);
-    static bool isShown(AtspiAccessible* object);
+    static bool is(AtspiAccessible* object, AtspiStateType state);
+    static std::vector<Accessible> related(AtspiAccessible* object, AtspiRelationType type);
+    static std::string nameFault(AtspiAccessible* object);
     static bool walk(AtspiAccessible* object, unsigned depth, Visitor const& visit);
     static bool walkAll(Visitor const& visit);
     static Accessible find(Control const& control);

@@ -26,7 +26,7 @@ public:
 
     bool says(char const* key) {
         wxWindow const* const text = FindWindowByLabel(key, this);
-        return text && text->IsShown();
+        return text && text->IsShownOnScreen();
     }
     wxString list() const { return wxJoin(certIgnoreDomainList->GetStrings(), '|'); }
     void type(wxTextCtrl* field, wxString const& text) {

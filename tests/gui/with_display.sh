@@ -10,7 +10,7 @@ finish() {
 }
 trap finish EXIT
 mkfifo "$work/number"
-Xvfb -displayfd 3 -screen 0 1280x900x24 -wr -nolisten tcp 3>"$work/number" 2>"$work/xvfb.log" &
+Xvfb -displayfd 3 -screen 0 ${SCREEN:-1280x900x24} -wr -nolisten tcp 3>"$work/number" 2>"$work/xvfb.log" &
 server=$!
 read -r number <"$work/number" || { cat "$work/xvfb.log" >&2; exit 1; }
 mkdir -m 0700 "$work/home" "$work/runtime"

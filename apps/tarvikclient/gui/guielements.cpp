@@ -2,6 +2,7 @@
 
 #include "tarvikclient/gui/artprovider.h"
 #include "tarvikclient/gui/dialoglayout.h"
+#include "tarvikclient/gui/platform/accessibility.h"
 
 #include <wx/artprov.h>
 #include <wx/button.h>
@@ -46,6 +47,7 @@ ConnectionErrorDialog::ConnectionErrorDialog(wxWindow* parent, wxString const& t
     detailsArea = new wxScrolledWindow(this, wxID_ANY, wxDefaultPosition, wxDefaultSize, wxBORDER_SIMPLE);
     auto* const details = new wxBoxSizer(wxVERTICAL);
     errorDetails = addText(detailsArea, details, wxString(), wxALL, space.gap);
+    setAccessibleName(*detailsArea, _("Details:"));
     detailsArea->SetSizer(details);
     rows->Add(detailsArea, 1, wxEXPAND | wxLEFT | wxRIGHT, space.margin);
 
@@ -154,6 +156,7 @@ NotificationPanel::NotificationPanel(wxWindow* parent)
     statusLabel = addRow(this, rows, wxArtProvider::GetBitmap("tarvik-vpn", wxART_OTHER), wxString(), 0);
     SetSizer(rows);
     Layout();
+    setAccessibleName(*this, _("TarvikClient")); // it has no title
 }
 
 } // namespace quillon

@@ -41,15 +41,15 @@ protected:
     wxButton* removeCertIgnoreDomainButton = nullptr;
 
 private:
-    wxSizer* makeProxyGroup();
-    wxSizer* makeCertificateGroup();
-    wxSizer* makeDomainCell(wxWindow* box);
+    wxWindow* makeProxyGroup();
+    wxWindow* makeCertificateGroup();
+    wxSizer* makeDomainProblem(wxWindow* box);
     void makeList(wxWindow* box);
     void bindEvents();
     void onListKey(wxKeyEvent& event);
 
     ScrolledContents* m_contents = nullptr;
-    wxStaticText* m_domainProblem = nullptr;
+    wxSizer* m_domainProblem = nullptr;
 };
 
 /// What is shown when the gateway cannot be reached.

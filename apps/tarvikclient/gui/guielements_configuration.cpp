@@ -3,12 +3,14 @@
 #include "tarvikclient/gui/artprovider.h"
 #include "tarvikclient/gui/dialoglayout.h"
 #include "tarvikclient/gui/platform/accessibility.h"
+#include "tarvikclient/gui/platform/textfield.h"
 
 #include <wx/artprov.h>
 #include <wx/button.h>
 #include <wx/checkbox.h>
 #include <wx/intl.h>
 #include <wx/listbox.h>
+#include <wx/panel.h>
 #include <wx/sizer.h>
 #include <wx/statbmp.h>
 #include <wx/statbox.h>
@@ -29,11 +31,12 @@ constexpr int listLines = 7;
 constexpr int textWidth = 48;
 constexpr int labelWidth = 30;
 constexpr int warningWidth = 44;         // beside a picture
+constexpr int problemWidth = 36;         // beside a button
 constexpr unsigned longestDomain = 4096; // a pasted URL
 
 wxTextCtrl* makeField(wxWindow* parent, long style = 0) {
     auto* const field = new wxTextCtrl(parent, wxID_ANY, "", wxDefaultPosition, wxDefaultSize, style);
-    field->SetMinSize(wxSize(fieldWidth * parent->GetCharWidth(), field->GetBestSize().y));
+    field->SetMinSize(wxSize(fieldWidth * parent->GetCharWidth(), heightOfField(*field)));
     return field;
 }
 
@@ -48,11 +51,22 @@ wxStaticText* makeWrapped(wxWindow* parent, wxString const& text, int characters
     return control;
 }
 
-void addLabelled(wxSizer& grid, wxString const& text, wxTextCtrl& field) {
-    wxStaticText* const label = makeWrapped(field.GetParent(), text, labelWidth);
-    setLabelOf(field, *label);
+/// In a window of its own, lest the box's title be taken for the label of the next one.
+wxStaticBoxSizer* makeGroup(wxWindow* parent, wxString const& title) {
+    auto* const window = new wxPanel(parent);
+    auto* const group = new wxStaticBoxSizer(wxVERTICAL, window, title);
+    window->SetSizer(group);
+    return group;
+}
+
+/// The label comes first: wxWidgets takes it for that of what is made after it.
+wxTextCtrl* addLabelled(wxWindow* box, wxSizer& grid, wxString const& text, long style = 0) {
+    wxStaticText* const label = makeWrapped(box, text, labelWidth);
+    wxTextCtrl* const field = makeField(box, style);
+    setLabelOf(*field, *label);
     grid.Add(label, wxSizerFlags().CentreVertical());
-    grid.Add(&field, oneLine());
+    grid.Add(field, oneLine());
+    return field;
 }
 
 /// Keeps a button at its own height, whatever the height of what it stands beside.
@@ -62,15 +76,13 @@ wxSizer* atTop(wxWindow* button) {
     return cell;
 }
 
-wxSizer* makeWarning(wxWindow* parent) {
-    wxBitmap const picture = wxArtProvider::GetBitmap(wxART_WARNING, wxART_MENU);
-    Distances const space(*parent);
+/// A text beside its picture.
+wxSizer* makeNote(wxWindow* parent, wxArtID const& picture, wxString const& text, int characters) {
     auto* const row = new wxBoxSizer(wxHORIZONTAL);
-    row->Add(new wxStaticBitmap(parent, wxID_ANY, picture), wxSizerFlags().Top());
-    row->AddSpacer(space.gap);
-    // TRANSLATORS: stands below the list of the domains whose certificates are not checked.
-    row->Add(makeWrapped(parent, _("SETTINGS_SSL_NOCHECK_WARNING"), warningWidth),
-             wxSizerFlags(1).CentreVertical());
+    row->Add(new wxStaticBitmap(parent, wxID_ANY, wxArtProvider::GetBitmap(picture, wxART_MENU)),
+             wxSizerFlags().Top());
+    row->AddSpacer(Distances(*parent).gap);
+    row->Add(makeWrapped(parent, text, characters), wxSizerFlags(1).CentreVertical());
     return row;
 }
 
@@ -85,13 +97,12 @@ ConfigurationDialog::ConfigurationDialog(wxWindow* parent)
     m_contents = new ScrolledContents(this);
     auto* const groups = new wxBoxSizer(wxVERTICAL);
     groups->Add(makeProxyGroup(), wxSizerFlags().Expand().Border(wxALL, space.margin));
-    groups->Add(makeCertificateGroup(),
-                wxSizerFlags(1).Expand().Border(wxLEFT | wxRIGHT | wxBOTTOM, space.margin));
+    groups->Add(makeCertificateGroup(), wxSizerFlags(1).Expand().Border(wxLEFT | wxRIGHT, space.margin));
     m_contents->SetSizer(groups);
     auto* const rows = new wxBoxSizer(wxVERTICAL);
     rows->Add(m_contents, wxSizerFlags(1).Expand());
     rows->Add(CreateStdDialogButtonSizer(wxOK | wxCANCEL),
-              wxSizerFlags().Expand().Border(wxLEFT | wxRIGHT | wxBOTTOM, space.margin));
+              wxSizerFlags().Expand().Border(wxALL, space.margin));
     SetSizer(rows);
     fitToContents();
     centre(*this);
@@ -99,25 +110,25 @@ ConfigurationDialog::ConfigurationDialog(wxWindow* parent)
     proxyLogin->SetFocus();
 }
 
-wxSizer* ConfigurationDialog::makeProxyGroup() {
+wxWindow* ConfigurationDialog::makeProxyGroup() {
     Distances const space(*this);
-    auto* const group = new wxStaticBoxSizer(wxVERTICAL, m_contents, _("Proxy"));
+    wxStaticBoxSizer* const group = makeGroup(m_contents, _("Proxy"));
     wxWindow* const box = group->GetStaticBox();
     useSystemProxy = new wxCheckBox(box, wxID_ANY, _("SETTINGS_PROXY_USE_SYSTEM_PARAMETERS"));
     auto* const fields = new wxFlexGridSizer(2, space.gap, space.margin);
     fields->AddGrowableCol(1);
     // TRANSLATORS: the label of a field.
-    addLabelled(*fields, _("SETTINGS_PROXY_LOGIN"), *(proxyLogin = makeField(box)));
+    proxyLogin = addLabelled(box, *fields, _("SETTINGS_PROXY_LOGIN"));
     // TRANSLATORS: the label of a field.
-    addLabelled(*fields, _("SETTINGS_PROXY_PASSWORD"), *(proxyPassword = makeField(box, wxTE_PASSWORD)));
+    proxyPassword = addLabelled(box, *fields, _("SETTINGS_PROXY_PASSWORD"), wxTE_PASSWORD);
     group->Add(useSystemProxy, wxSizerFlags().Border(wxALL, space.gap));
     group->Add(fields, wxSizerFlags().Expand().Border(wxLEFT | wxRIGHT | wxBOTTOM, space.gap));
-    return group;
+    return box->GetParent();
 }
 
-wxSizer* ConfigurationDialog::makeCertificateGroup() {
+wxWindow* ConfigurationDialog::makeCertificateGroup() {
     Distances const space(*this);
-    auto* const group = new wxStaticBoxSizer(wxVERTICAL, m_contents, _("SSL"));
+    wxStaticBoxSizer* const group = makeGroup(m_contents, _("SSL"));
     wxWindow* const box = group->GetStaticBox();
     // TRANSLATORS: the label of the field for a domain and of the list below it.
     wxStaticText* const label = makeWrapped(box, _("SETTINGS_SSL_DO_NOT_CHECK_CERTIFICATES"), textWidth);
@@ -131,27 +142,26 @@ wxSizer* ConfigurationDialog::makeCertificateGroup() {
 
     auto* const columns = new wxFlexGridSizer(2, space.gap, space.gap);
     columns->AddGrowableCol(0);
-    columns->AddGrowableRow(1);
-    columns->Add(makeDomainCell(box), wxSizerFlags().Expand());
-    columns->Add(atTop(add), wxSizerFlags().Expand());
+    columns->AddGrowableRow(2);
+    columns->Add(certIgnoreDomain, oneLine());
+    columns->Add(add, oneLine());
+    columns->Add(makeDomainProblem(box));
+    columns->AddSpacer(0)->Show(false); // so that the row is none while nothing is wrong
     columns->Add(certIgnoreDomainList, wxSizerFlags().Expand());
     columns->Add(atTop(removeCertIgnoreDomainButton), wxSizerFlags().Expand());
     group->Add(label, wxSizerFlags().Border(wxALL, space.gap));
     group->Add(columns, wxSizerFlags(1).Expand().Border(wxLEFT | wxRIGHT | wxBOTTOM, space.gap));
-    group->Add(makeWarning(box), wxSizerFlags().Expand().Border(wxLEFT | wxRIGHT | wxBOTTOM, space.gap));
-    return group;
+    // TRANSLATORS: stands below the list of the domains whose certificates are not checked.
+    group->Add(makeNote(box, wxART_WARNING, _("SETTINGS_SSL_NOCHECK_WARNING"), warningWidth),
+               wxSizerFlags().Expand().Border(wxLEFT | wxRIGHT | wxBOTTOM, space.gap));
+    return box->GetParent();
 }
 
-wxSizer* ConfigurationDialog::makeDomainCell(wxWindow* box) {
-    auto* const cell = new wxBoxSizer(wxVERTICAL);
-    cell->Add(certIgnoreDomain, wxSizerFlags().Expand());
+wxSizer* ConfigurationDialog::makeDomainProblem(wxWindow* box) {
     // TRANSLATORS: stands below the field for a domain when what is in there names no server.
-    m_domainProblem = new wxStaticText(box, wxID_ANY, _("SETTINGS_SSL_DOMAIN_WANTED"));
-    m_domainProblem->SetFont(m_domainProblem->GetFont().Bold());
-    m_domainProblem->Wrap(fieldWidth * GetCharWidth());
-    m_domainProblem->Hide();
-    cell->Add(m_domainProblem, wxSizerFlags().Border(wxTOP, Distances(*this).gap / 2));
-    return cell;
+    m_domainProblem = makeNote(box, wxART_ERROR, _("SETTINGS_SSL_DOMAIN_WANTED"), problemWidth);
+    m_domainProblem->ShowItems(false);
+    return m_domainProblem;
 }
 
 void ConfigurationDialog::makeList(wxWindow* box) {
@@ -176,10 +186,10 @@ void ConfigurationDialog::fitToContents(bool keepLarger) {
 }
 
 void ConfigurationDialog::showDomainProblem(bool show) {
-    if (m_domainProblem->IsShown() == show)
+    if (m_domainProblem->AreAnyItemsShown() == show)
         return;
-    m_domainProblem->Show(show);
-    setAccessibleDescription(*certIgnoreDomain, show ? m_domainProblem->GetLabel() : wxString());
+    m_domainProblem->ShowItems(show);
+    setAccessibleDescription(*certIgnoreDomain, show ? _("SETTINGS_SSL_DOMAIN_WANTED") : wxString());
     fitToContents(true);
 }
 

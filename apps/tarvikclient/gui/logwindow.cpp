@@ -4,6 +4,7 @@
 #include "tarvikclient/gui/dialoglayout.h"
 #include "tarvikclient/gui/model/logtail.h"
 #include "tarvikclient/gui/model/privatetext.h"
+#include "tarvikclient/gui/platform/accessibility.h"
 
 #include <wx/button.h>
 #include <wx/clipbrd.h>
@@ -108,6 +109,7 @@ void LogWindow::makeLayout() {
     auto* const panel = new wxPanel(this);
     m_text = new wxTextCtrl(panel, wxID_ANY, "", wxDefaultPosition, wxDefaultSize,
                             wxTE_MULTILINE | wxTE_READONLY | wxTE_DONTWRAP | wxTE_NOHIDESEL);
+    setAccessibleName(*m_text, GetTitle());
     m_text->SetFont(wxFont(m_text->GetFont().GetPointSize(), wxFONTFAMILY_TELETYPE, wxFONTSTYLE_NORMAL,
                            wxFONTWEIGHT_NORMAL));
     m_text->SetMinSize(FromDIP(wxSize(300, 120)));

@@ -64,9 +64,11 @@ TEST(TypedServer, an_exception_has_the_bytes_of_the_requests_to_the_gateway) {
     struct Gateway {
         char const *written, *canonical;
     };
-    for (auto const& [gateway, server] :
-         {Gateway{"gw.example", "gw.example"}, {"Gw.Example", "gw.example"}, {"gw.example:443", "gw.example"},
-          {"gw.example.:8443", "gw.example:8443"}, {"[::1]:443", "::1"}}) {
+    for (auto const& [gateway, server] : {Gateway{"gw.example", "gw.example"},
+                                          {"Gw.Example", "gw.example"},
+                                          {"gw.example:443", "gw.example"},
+                                          {"gw.example.:8443", "gw.example:8443"},
+                                          {"[::1]:443", "::1"}}) {
         SettingsEdit edit;
         for (wxString const& typed : {wxString(server), "https://" + wxString(gateway) + "/portal"})
             EXPECT_EQ(edit.addDomain(typed, gateway), TypedDomain::taken);

@@ -6,8 +6,9 @@ class wxWindow;
 
 namespace quillon {
 
-/// Has the label, a text beside or above the control, be read out as the control's name, and as no other's. Interface thread
-/// only, as is all below.
+/// Has the label, a text beside or above the control, be read out as the control's name. It has to be the one
+/// that was made before the control: wxWidgets takes each text, and a box's title, for the label of whatever
+/// comes next in the same window. Interface thread only, as is all below.
 void setLabelOf(wxWindow& control, wxWindow& label);
 
 /// The name of a control that has no label on the screen; it is never shown.

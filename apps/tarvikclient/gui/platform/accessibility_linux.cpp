@@ -11,7 +11,10 @@ namespace {
 GtkWidget* focusable(wxWindow& control) {
     GtkWidget* const widget = control.GetHandle();
     GtkWidget* const inner = GTK_IS_SCROLLED_WINDOW(widget) ? gtk_bin_get_child(GTK_BIN(widget)) : nullptr;
-    return inner ? inner : widget;
+    if (!inner)
+        return widget;
+    gtk_widget_set_can_focus(widget, FALSE); // it would take them where the inner one has nothing to show
+    return inner;
 }
 
 } // namespace
