@@ -1,5 +1,7 @@
 #include "desktop/uidriver.h"
 
+#include <algorithm>
+#include <cstdlib>
 #include <stdexcept>
 #include <thread>
 
@@ -30,6 +32,14 @@ private:
     GError* m_error = nullptr;
 };
 
+/// How many of the screen's pixels are one of a program's, in which it says where its controls are: what the
+/// toolkit of the programs reads.
+int scale() {
+    static int const value =
+        std::max(1, std::atoi(std::getenv("GDK_SCALE") ? std::getenv("GDK_SCALE") : "1"));
+    return value;
+}
+
 bool until(std::function<bool()> const& condition, std::chrono::milliseconds limit) {
     auto const end = std::chrono::steady_clock::now() + limit;
     while (!condition()) {
@@ -52,8 +62,9 @@ UiDriver::Area UiDriver::areaOf(AtspiAccessible* object) {
     if (!component)
         return {};
     AtspiRect* const rectangle = atspi_component_get_extents(component, ATSPI_COORD_TYPE_SCREEN, Ignore());
-    Area const area =
-        rectangle ? Area{rectangle->x, rectangle->y, rectangle->width, rectangle->height} : Area{};
+    Area const area = rectangle ? Area{rectangle->x * scale(), rectangle->y * scale(),
+                                       rectangle->width * scale(), rectangle->height * scale()}
+                                : Area{};
     g_free(rectangle);
     g_object_unref(component);
     return area;

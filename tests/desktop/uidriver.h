@@ -12,7 +12,8 @@
 namespace quillon::test {
 
 /// Finds controls of all running programs by the text they bear, through the accessibility bus, and uses
-/// them. What it finds is therefore also what a screen reader would say. One thread.
+/// them. What it finds is therefore also what a screen reader would say. GDK_SCALE has to be theirs. One
+/// thread.
 class UiDriver {
 public:
     /// Which of several controls with the same text is meant: by the role that the accessibility bus names

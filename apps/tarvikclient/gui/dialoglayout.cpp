@@ -9,20 +9,14 @@
 
 namespace quillon {
 
-namespace {
+Distances::Distances(wxWindow const& window) : margin(window.FromDIP(12)), gap(window.FromDIP(8)) {}
 
-/// What a window's contents can have of the screen it is on: its title bar takes some, how much nobody knows
-/// before it is shown.
 wxSize roomFor(wxWindow const& window) {
     int const display = wxDisplay::GetFromWindow(&window);
     wxRect const area = wxDisplay(display == wxNOT_FOUND ? 0u : unsigned(display)).GetClientArea();
-    constexpr int frame = 2; // lines
+    constexpr int frame = 2; // lines for the title bar: nobody knows its height before it is shown
     return area.GetSize() - wxSize(0, frame * window.GetCharHeight());
 }
-
-} // namespace
-
-Distances::Distances(wxWindow const& window) : margin(window.FromDIP(12)), gap(window.FromDIP(8)) {}
 
 void centre(wxTopLevelWindow& window) {
     if (window.GetParent() && window.GetParent()->IsShownOnScreen())

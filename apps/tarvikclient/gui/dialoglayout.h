@@ -20,6 +20,9 @@ struct Distances {
 /// main frame is none. Interface thread only.
 void centre(wxTopLevelWindow& window);
 
+/// The size that a window's contents can have on its screen. Interface thread only.
+wxSize roomFor(wxWindow const& window);
+
 /// Holds what of a window may be larger than the screen; what has to be in sight, its buttons, stands beside
 /// it. Interface thread only.
 class ScrolledContents : public wxScrolledWindow {

@@ -82,34 +82,6 @@ void ConnectionErrorDialog::onInit(wxInitDialogEvent& event) {
 void ConnectionErrorDialog::onRetry(wxCommandEvent&) {}
 void ConnectionErrorDialog::onQuit(wxCommandEvent&) {}
 
-AboutDialog::AboutDialog(wxWindow* parent)
-    : wxDialog(parent, wxID_ANY, _("TarvikClient"), wxDefaultPosition, wxDefaultSize,
-               wxDEFAULT_DIALOG_STYLE) {
-    SetIcons(programIcons());
-    Distances const space(*this);
-    auto* const rows = new wxBoxSizer(wxVERTICAL);
-    rows->Add(new wxStaticBitmap(this, wxID_ANY, wxArtProvider::GetBitmap("tarvik-logo", wxART_MESSAGE_BOX)),
-              0, wxALIGN_CENTER);
-    auto* const name = addText(this, rows, _("TarvikClient"), wxALIGN_CENTER | wxTOP, space.margin);
-    name->SetFont(wxFont(23, wxFONTFAMILY_DEFAULT, wxFONTSTYLE_NORMAL, wxFONTWEIGHT_NORMAL));
-    version = addText(this, rows, _("0.0.0.0"), wxALIGN_CENTER | wxTOP, space.gap / 2);
-    auto* const line = new wxStaticText(this, wxID_ANY, _("ABOUT_LINE"), wxDefaultPosition, wxDefaultSize,
-                                        wxALIGN_CENTRE_HORIZONTAL);
-    rows->Add(line, 0, wxALIGN_CENTER | wxTOP, 2 * space.margin);
-    line->Wrap(48 * GetCharWidth());
-    auto* const close = new wxButton(this, wxID_CLOSE);
-    rows->Add(close, 0, wxALIGN_CENTER | wxTOP, 2 * space.margin);
-    close->SetDefault();
-    close->SetFocus();
-    SetEscapeId(wxID_CLOSE);
-    auto* const outer = new wxBoxSizer(wxVERTICAL);
-    outer->Add(rows, 1, wxEXPAND | wxALL, 2 * space.margin);
-    SetSizerAndFit(outer);
-    close->Bind(wxEVT_BUTTON, &AboutDialog::onClose, this);
-}
-
-void AboutDialog::onClose(wxCommandEvent&) {}
-
 namespace {
 
 constexpr int pictureSide = 32;

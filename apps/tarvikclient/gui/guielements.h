@@ -73,7 +73,7 @@ protected:
     wxStaticText* errorDetails = nullptr;
 };
 
-/// Who made the program, and which version it is.
+/// What the program is, which version of it, what it stands on, and where its log is.
 class AboutDialog : public wxDialog {
 public:
     explicit AboutDialog(wxWindow* parent);
@@ -81,7 +81,14 @@ public:
 protected:
     virtual void onClose(wxCommandEvent& event);
 
+    ScrolledContents* contents = nullptr;
     wxStaticText* version = nullptr;
+    wxTextCtrl* logPlace = nullptr;
+    wxTextCtrl* licences = nullptr;
+
+private:
+    void addIdentity(wxSizer& rows);
+    void addFacts(wxSizer& rows);
 };
 
 /// Three rows of a picture and a text each, in a small window without a frame.

@@ -28,8 +28,8 @@ namespace quillon {
 
 namespace {
 
-wxSize const defaultSize(860, 540);
-constexpr int pollInterval = 500; // ms
+wxSize const defaultSize(105, 30); // in characters, and lines
+constexpr int pollInterval = 500;  // ms
 // In characters: the control is cut down to the second when it holds more than the first.
 constexpr long mostShown = 4 << 20;
 constexpr long keptShown = 3 << 20;
@@ -126,7 +126,9 @@ void LogWindow::makeLayout() {
     whole->Add(panel, wxSizerFlags(1).Expand());
     SetSizer(whole);
     whole->SetSizeHints(this);
-    SetSize(FromDIP(defaultSize));
+    wxSize size(defaultSize.x * GetCharWidth(), defaultSize.y * GetCharHeight());
+    size.DecTo(roomFor(*this));
+    SetClientSize(size);
     CentreOnScreen();
     m_text->SetFocus();
 }

@@ -23,7 +23,7 @@ TarvikMainFrame* mainhiddenframe = nullptr;
 
 namespace {
 
-constexpr int pathWidth = 600; // pixels
+constexpr int pathWidth = 75; // characters
 
 /// The settings button of the connection-error dialog: the settings open on top of that dialog.
 struct FshowConfigurationDialog {
@@ -113,7 +113,7 @@ void TarvikMainFrame::saveSettings(TarvikClientConfigurationDialog& dialog) {
         // What was entered is in force all the same, until the program ends.
         wxClientDC dc(this);
         wxString const path = wxControl::Ellipsize(quillonToWxString(client->getLocalConfPath()), dc,
-                                                   wxELLIPSIZE_MIDDLE, FromDIP(pathWidth));
+                                                   wxELLIPSIZE_MIDDLE, pathWidth * GetCharWidth());
         // TRANSLATORS: shown when the settings could not be written to disk; they hold until the program
         // ends. %s is the path of the file.
         showError(dialog.GetParent(), wxString::Format(_("SETTINGS_NOT_SAVED %s"), path),
