@@ -1,5 +1,7 @@
 #include "tarvikclient/gui/dialoglayout.h"
 
+#include "tarvikclient/gui/platform/accessibility.h"
+
 #include <wx/display.h>
 #include <wx/settings.h>
 #include <wx/sizer.h>
@@ -28,6 +30,7 @@ void centre(wxTopLevelWindow& window) {
 ScrolledContents::ScrolledContents(wxWindow* parent)
     : wxScrolledWindow(parent, wxID_ANY, wxDefaultPosition, wxDefaultSize, wxTAB_TRAVERSAL | wxBORDER_NONE) {
     SetScrollRate(GetCharWidth(), GetCharHeight());
+    setAccessibleName(*this, parent->GetLabel());
 }
 
 void ScrolledContents::fitWindow(wxSize const& least, bool keepLarger) {
@@ -39,7 +42,12 @@ void ScrolledContents::fitWindow(wxSize const& least, bool keepLarger) {
     // A bar that scrolls one way takes room the other way.
     wxSize bars(tooMuch.y > 0 ? wxSystemSettings::GetMetric(wxSYS_VSCROLL_X, this) : 0,
                 tooMuch.x > 0 ? wxSystemSettings::GetMetric(wxSYS_HSCROLL_Y, this) : 0);
-    bars.IncTo(wxSize(0, 0)); // where the system does not say
+    bars.IncTo(wxSize(0, 0));                                    // where the system does not say
+    // What has nothing in it that takes the keys does so itself where they have something to scroll.
+    if (tooMuch.x > 0 || tooMuch.y > 0)
+        m_container.EnableSelfFocus();
+    else
+        m_container.DisableSelfFocus();
     wxSize area = whole + bars;
     area.DecBy(std::max(0, tooMuch.x + bars.x), std::max(0, tooMuch.y + bars.y));
     setArea(area);

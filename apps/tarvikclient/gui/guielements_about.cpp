@@ -1,6 +1,7 @@
+#include "tarvikclient/gui/guielements.h"
+
 #include "tarvikclient/gui/artprovider.h"
 #include "tarvikclient/gui/dialoglayout.h"
-#include "tarvikclient/gui/guielements.h"
 #include "tarvikclient/gui/platform/accessibility.h"
 #include "tarvikclient/gui/platform/textfield.h"
 
@@ -24,7 +25,8 @@ constexpr int visibleLicences = 4;
 wxTextCtrl* addFact(wxWindow* parent, wxSizer& rows, wxString const& label, long style = 0) {
     Distances const space(*parent);
     auto* const title = new wxStaticText(parent, wxID_ANY, label);
-    auto* const text = new wxTextCtrl(parent, wxID_ANY, "", wxDefaultPosition, wxDefaultSize, wxTE_READONLY | style);
+    auto* const text =
+        new wxTextCtrl(parent, wxID_ANY, "", wxDefaultPosition, wxDefaultSize, wxTE_READONLY | style);
     setLabelOf(*text, *title);
     rows.Add(title, wxSizerFlags().Border(wxTOP, space.margin));
     rows.Add(text, wxSizerFlags().Expand().Border(wxTOP, space.gap / 2));
@@ -62,6 +64,7 @@ void AboutDialog::addIdentity(wxSizer& rows) {
     rows.Add(new wxStaticBitmap(contents, wxID_ANY, logo), wxSizerFlags().Centre());
     auto* const name = new wxStaticText(contents, wxID_ANY, _("TarvikClient"));
     name->SetFont(wxFont(23, wxFONTFAMILY_DEFAULT, wxFONTSTYLE_NORMAL, wxFONTWEIGHT_NORMAL));
+    name->SetMinSize(name->GetTextExtent(name->GetLabelText())); // GTK applies a font when the text is shown
     rows.Add(name, wxSizerFlags().Centre().Border(wxTOP, space.margin));
     version = new wxStaticText(contents, wxID_ANY, _("0.0.0.0"));
     rows.Add(version, wxSizerFlags().Centre().Border(wxTOP, space.gap / 2));
