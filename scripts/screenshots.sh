@@ -43,7 +43,7 @@ ui() {
 
 # picture FILE ROLE TEXT MARGIN: of the window that holds the control, with what overlaps it.
 picture() {
-  local area size offset x y margin=$4
+  local area size offset x y margin=$(($4 * GDK_SCALE))
   area=$(ui window "$2" "$3")
   sleep 0.5 # a window is in the tree before it is drawn, and may still grow
   area=$(ui window "$2" "$3")

@@ -177,9 +177,10 @@ TEST_F(Desktop, every_window_and_control_has_a_name_of_its_own) {
     EXPECT_TRUE(ui.enter(0, "<") && ui.enter(2, "no server"));
     EXPECT_TRUE(ui.click({button, french("Add")}));
     EXPECT_TRUE(ui.awaitShown({"label", french("SETTINGS_SSL_DOMAIN_WANTED").substr(0, 20) + "*"}));
-    EXPECT_TRUE(ui.click({button, french("&OK")})) << "whatever GTK's own word for it";
+    EXPECT_TRUE(ui.click({button, french("&OK")}));
     EXPECT_TRUE(ui.awaitShown({"label", french("SETTINGS_NOT_STORABLE").substr(0, 20) + "*"}));
     EXPECT_EQ(ui.wrongNames(), "");
+    EXPECT_FALSE(ui.awaitShown({button, "Valider"}, std::chrono::milliseconds(0))) << "GTK's word for OK";
     other.signal(SIGTERM);
     EXPECT_EQ(other.wait(), 0) << other.errors();
 }

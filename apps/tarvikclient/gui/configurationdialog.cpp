@@ -1,5 +1,7 @@
 #include "tarvikclient/gui/configurationdialog.h"
 
+#include "tarvikclient/gui/dialoglayout.h"
+
 #include <wx/button.h>
 #include <wx/intl.h>
 #include <wx/listbox.h>
@@ -14,10 +16,10 @@ namespace {
 
 /// A label as the name of its field.
 wxString nameOf(wxString const& label) {
-    wxString name = wxControl::RemoveMnemonics(label).Trim();
-    if (name.EndsWith(":", &name))
-        name.Trim();
-    return name;
+    wxString const name = wxControl::RemoveMnemonics(label);
+    constexpr wchar_t noBreakSpace = 0xA0; // in French
+    std::size_t const last = name.find_last_not_of(wxString(": ") + noBreakSpace);
+    return name.Left(last + 1); // none of it where there is nothing else
 }
 
 wxString shortened(wxString const& text) {
@@ -81,6 +83,7 @@ bool TarvikClientConfigurationDialog::finishTyping() {
     wxString text = _("SETTINGS_SSL_ADD_OFFERED");
     text.Replace("{server}", shortened(m_offered));
     wxMessageDialog question(this, text, GetTitle(), wxYES_NO | wxNO_DEFAULT | wxCENTRE | wxICON_WARNING);
+    useOwnLabels(question);
     int const answer = question.ShowModal();
     return answer == wxID_NO || (answer == wxID_YES && addTyped());
 }
@@ -153,7 +156,9 @@ void TarvikClientConfigurationDialog::complain(wxString const& what, SettingsFau
                         // TRANSLATORS: %s is the name of a field, or the domain in question.
                         : _("SETTINGS_NOT_STORABLE");
     text.Replace("%s", what);
-    wxMessageDialog(this, text, GetTitle(), wxOK | wxCENTRE | wxICON_WARNING).ShowModal();
+    wxMessageDialog message(this, text, GetTitle(), wxOK | wxCENTRE | wxICON_WARNING);
+    useOwnLabels(message);
+    message.ShowModal();
 }
 
 } // namespace quillon

@@ -3,8 +3,10 @@
 #include "tarvikclient/gui/platform/accessibility.h"
 
 #include <wx/display.h>
+#include <wx/msgdlg.h>
 #include <wx/settings.h>
 #include <wx/sizer.h>
+#include <wx/stockitem.h>
 #include <wx/toplevel.h>
 
 #include <algorithm>
@@ -12,6 +14,11 @@
 namespace quillon {
 
 Distances::Distances(wxWindow const& window) : margin(window.FromDIP(12)), gap(window.FromDIP(8)) {}
+
+void useOwnLabels(wxMessageDialog& box) {
+    box.SetOKLabel(wxGetStockLabel(wxID_OK));
+    box.SetYesNoLabels(wxGetStockLabel(wxID_YES), wxGetStockLabel(wxID_NO));
+}
 
 wxSize roomFor(wxWindow const& window) {
     int const display = wxDisplay::GetFromWindow(&window);
@@ -42,7 +49,7 @@ void ScrolledContents::fitWindow(wxSize const& least, bool keepLarger) {
     // A bar that scrolls one way takes room the other way.
     wxSize bars(tooMuch.y > 0 ? wxSystemSettings::GetMetric(wxSYS_VSCROLL_X, this) : 0,
                 tooMuch.x > 0 ? wxSystemSettings::GetMetric(wxSYS_HSCROLL_Y, this) : 0);
-    bars.IncTo(wxSize(0, 0));                                    // where the system does not say
+    bars.IncTo(wxSize(0, 0)); // where the system does not say
     // What has nothing in it that takes the keys does so itself where they have something to scroll.
     if (tooMuch.x > 0 || tooMuch.y > 0)
         m_container.EnableSelfFocus();

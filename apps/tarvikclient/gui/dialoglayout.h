@@ -3,7 +3,7 @@
 
 #include <wx/scrolwin.h>
 
-class wxSizer;
+class wxMessageDialog;
 class wxTopLevelWindow;
 
 namespace quillon {
@@ -19,6 +19,9 @@ struct Distances {
 /// Puts a window into the middle of its parent, or of the screen where there is no parent to be seen: the
 /// main frame is none. Interface thread only.
 void centre(wxTopLevelWindow& window);
+
+/// Puts the catalogue's words on a message box's buttons, in place of the system's. Interface thread only.
+void useOwnLabels(wxMessageDialog& box);
 
 /// The size that a window's contents can have on its screen. Interface thread only.
 wxSize roomFor(wxWindow const& window);

@@ -274,6 +274,7 @@ bool LogWindow::mayReplace(wxString const& destination) {
     wxString text = _("LOGS_REPLACE");
     text.Replace("%s", destination);
     wxMessageDialog question(this, text, GetTitle(), wxYES_NO | wxNO_DEFAULT | wxCENTRE | wxICON_QUESTION);
+    useOwnLabels(question);
     return ask(question) == wxID_YES;
 }
 
@@ -288,6 +289,7 @@ void LogWindow::saveAs(wxString const& destination) {
     wxString text = _("LOGS_NOT_SAVED");
     text.Replace("%s", destination);
     wxMessageDialog message(this, text, GetTitle(), wxOK | wxCENTRE | wxICON_ERROR);
+    useOwnLabels(message);
     ask(message);
 }
 

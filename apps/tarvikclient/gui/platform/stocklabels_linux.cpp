@@ -12,9 +12,9 @@ struct Label {
     char const* stock;
 };
 
-constexpr Label labels[] = {{wxID_OK, "gtk-ok"},       {wxID_CANCEL, "gtk-cancel"}, {wxID_YES, "gtk-yes"},
-                            {wxID_NO, "gtk-no"},       {wxID_CLOSE, "gtk-close"},   {wxID_ADD, "gtk-add"},
-                            {wxID_REMOVE, "gtk-remove"}, {wxID_COPY, "gtk-copy"},   {wxID_SAVE, "gtk-save"},
+constexpr Label labels[] = {{wxID_OK, "gtk-ok"},         {wxID_CANCEL, "gtk-cancel"}, {wxID_YES, "gtk-yes"},
+                            {wxID_NO, "gtk-no"},         {wxID_CLOSE, "gtk-close"},   {wxID_ADD, "gtk-add"},
+                            {wxID_REMOVE, "gtk-remove"}, {wxID_COPY, "gtk-copy"},     {wxID_SAVE, "gtk-save"},
                             {wxID_EXIT, "gtk-quit"}};
 
 /// With GTK's mark for the letter that chooses it.
@@ -32,7 +32,7 @@ void useOwnStockLabels() {
         std::string text = markedForGtk(wxGetStockLabel(label.id, wxSTOCK_WITH_MNEMONIC)).utf8_string();
         GtkStockItem const item = {id.data(), text.data(), GdkModifierType(), 0, nullptr};
         G_GNUC_BEGIN_IGNORE_DEPRECATIONS // wxWidgets uses them as well
-        gtk_stock_add(&item, 1);
+            gtk_stock_add(&item, 1);
         G_GNUC_END_IGNORE_DEPRECATIONS
     }
 }
