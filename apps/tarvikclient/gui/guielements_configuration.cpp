@@ -30,9 +30,8 @@ constexpr int listLines = 7;
 // Where texts are wrapped; a label beside a field leaves room for that.
 constexpr int textWidth = 48;
 constexpr int labelWidth = 30;
-constexpr int warningWidth = 44;         // beside a picture
-constexpr int problemWidth = 36;         // beside a button
-constexpr unsigned longestDomain = 4096; // a pasted URL
+constexpr int warningWidth = 44; // beside a picture
+constexpr int problemWidth = 36; // beside a button
 
 wxTextCtrl* makeField(wxWindow* parent, long style = 0) {
     auto* const field = new wxTextCtrl(parent, wxID_ANY, "", wxDefaultPosition, wxDefaultSize, style);
@@ -133,7 +132,6 @@ wxWindow* ConfigurationDialog::makeCertificateGroup() {
     // TRANSLATORS: the label of the field for a domain and of the list below it.
     wxStaticText* const label = makeWrapped(box, _("SETTINGS_SSL_DO_NOT_CHECK_CERTIFICATES"), textWidth);
     certIgnoreDomain = makeField(box, wxTE_PROCESS_ENTER);
-    certIgnoreDomain->SetMaxLength(longestDomain);
     setLabelOf(*certIgnoreDomain, *label);
     auto* const add = new wxButton(box, wxID_ADD);
     makeList(box);
