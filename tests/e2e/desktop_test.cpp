@@ -135,6 +135,7 @@ TEST_F(Desktop, a_display_that_ends_leaves_the_module_its_time_to_stop) {
 TEST_F(Desktop, refused_connection_is_retried_and_then_quit) {
     ChildProcess client = start(refusedUrl);
     ASSERT_TRUE(ui.awaitShown({button, text("Retry")}));
+    EXPECT_EQ(ui.wrongNames(), "");
     EXPECT_TRUE(ui.awaitShown({"label", withGateway("CONNECTION_ERROR", "127.0.0.1:1")}));
     EXPECT_TRUE(ui.click({button, text("Retry")}));
     ASSERT_TRUE(ui.awaitShown({button, text("Retry")}));
@@ -170,11 +171,42 @@ TEST_F(Desktop, what_is_entered_in_the_settings_is_in_the_file) {
     EXPECT_EQ(settings.find("b.example"), std::string::npos) << settings;
 }
 
+TEST_F(Desktop, every_window_and_control_has_a_name_of_its_own) {
+    siteWithTunnel();
+    ChildProcess client = start(site().url("plugindll"));
+    std::string const panel = text("VPN_CONNECTED");
+    ASSERT_TRUE(ui.awaitShown({"label", panel}));
+    EXPECT_EQ(ui.wrongNames(), "");
+    choose(panel, text("MENU_LOGS"));
+    ASSERT_TRUE(ui.awaitShown({button, text("&Save")}));
+    EXPECT_EQ(ui.wrongNames(), "");
+    choose(panel, text("&About"));
+    ASSERT_TRUE(ui.awaitShown({"label", "8.2.0.21"}));
+    EXPECT_EQ(ui.wrongNames(), "");
+    client.signal(SIGTERM);
+    EXPECT_EQ(client.wait(), 0) << client.errors();
+    std::string url = refusedUrl;
+    ChildProcess other = start(url.replace(url.find("lang=en"), 7, "lang=fr"));
+    auto const french = [](char const* key) { return text(key, "fr"); };
+    ASSERT_TRUE(ui.click({button, french("Settings")}));
+    ASSERT_TRUE(ui.awaitShown({button, french("Add")}));
+    EXPECT_TRUE(ui.enter(0, "<") && ui.enter(2, "no server"));
+    EXPECT_TRUE(ui.click({button, french("Add")}));
+    EXPECT_TRUE(ui.awaitShown({"label", french("SETTINGS_SSL_DOMAIN_WANTED").substr(0, 20) + "*"}));
+    EXPECT_TRUE(ui.click({button, french("&OK")}));
+    EXPECT_TRUE(ui.awaitShown({"label", french("SETTINGS_NOT_STORABLE").substr(0, 20) + "*"}));
+    EXPECT_EQ(ui.wrongNames(), "");
+    EXPECT_FALSE(ui.awaitShown({button, "Valider"}, std::chrono::milliseconds(0))) << "GTK's word for OK";
+    other.signal(SIGTERM);
+    EXPECT_EQ(other.wait(), 0) << other.errors();
+}
+
 TEST_F(Desktop, a_fatal_error_is_told_in_the_portals_language) {
     // No German locale is needed: the texts come from the client's own catalogue.
     std::string url = site({"--fault", "bad-signature"}).url("plugindll");
     ChildProcess client = start(url.replace(url.find("lang=en"), 7, "lang=de"));
     EXPECT_TRUE(ui.awaitShown({"label", text("UNKNOWN_ERROR_HAS_OCCURED", "de")})) << ui.describe();
+    EXPECT_EQ(ui.wrongNames(), "");
     EXPECT_TRUE(ui.click({button, text("&Quit", "de")})) << ui.describe();
     EXPECT_EQ(client.wait(), 0) << client.errors();
 }
@@ -233,6 +265,7 @@ TEST_F(DesktopPolicy, asks_in_one_window_however_many_links_are_opened) {
     ChildProcess client(command(), environment());
     std::string const question = text("GATEWAY_QUESTION");
     ASSERT_TRUE(ui.awaitShown({"label", question.substr(0, question.find(" {")) + "*"})) << ui.describe();
+    EXPECT_EQ(ui.wrongNames(), "");
     std::list<ChildProcess> others;
     for (int i = 0; i < 5; ++i)
         others.emplace_back(command(), environment());

@@ -67,6 +67,12 @@ protected:
 
 } // namespace
 
+TEST_F(NotificationPanel, its_menu_shows_no_keys_for_they_would_do_nothing) {
+    std::unique_ptr<wxMenu> const menu(icon.CreatePopupMenu());
+    for (wxMenuItem const* const item : menu->GetMenuItems())
+        EXPECT_FALSE(item->GetItemLabel().Contains("\t")) << item->GetItemLabel();
+}
+
 TEST_F(NotificationPanel, is_shown_again_by_a_new_line_only_though_its_dots_run) {
     EXPECT_FALSE(panel->IsShown());
     panel->say("init");

@@ -2,6 +2,7 @@
 
 #include "tarvikclient/gui/artprovider.h"
 #include "tarvikclient/gui/dialoglayout.h"
+#include "tarvikclient/gui/platform/accessibility.h"
 
 #include <wx/artprov.h>
 #include <wx/button.h>
@@ -46,6 +47,7 @@ ConnectionErrorDialog::ConnectionErrorDialog(wxWindow* parent, wxString const& t
     detailsArea = new wxScrolledWindow(this, wxID_ANY, wxDefaultPosition, wxDefaultSize, wxBORDER_SIMPLE);
     auto* const details = new wxBoxSizer(wxVERTICAL);
     errorDetails = addText(detailsArea, details, wxString(), wxALL, space.gap);
+    setAccessibleName(*detailsArea, _("Details:"));
     detailsArea->SetSizer(details);
     rows->Add(detailsArea, 1, wxEXPAND | wxLEFT | wxRIGHT, space.margin);
 
@@ -79,34 +81,6 @@ void ConnectionErrorDialog::onInit(wxInitDialogEvent& event) {
 
 void ConnectionErrorDialog::onRetry(wxCommandEvent&) {}
 void ConnectionErrorDialog::onQuit(wxCommandEvent&) {}
-
-AboutDialog::AboutDialog(wxWindow* parent)
-    : wxDialog(parent, wxID_ANY, _("TarvikClient"), wxDefaultPosition, wxDefaultSize,
-               wxDEFAULT_DIALOG_STYLE) {
-    SetIcons(programIcons());
-    Distances const space(*this);
-    auto* const rows = new wxBoxSizer(wxVERTICAL);
-    rows->Add(new wxStaticBitmap(this, wxID_ANY, wxArtProvider::GetBitmap("tarvik-logo", wxART_MESSAGE_BOX)),
-              0, wxALIGN_CENTER);
-    auto* const name = addText(this, rows, _("TarvikClient"), wxALIGN_CENTER | wxTOP, space.margin);
-    name->SetFont(wxFont(23, wxFONTFAMILY_DEFAULT, wxFONTSTYLE_NORMAL, wxFONTWEIGHT_NORMAL));
-    version = addText(this, rows, _("0.0.0.0"), wxALIGN_CENTER | wxTOP, space.gap / 2);
-    auto* const line = new wxStaticText(this, wxID_ANY, _("ABOUT_LINE"), wxDefaultPosition, wxDefaultSize,
-                                        wxALIGN_CENTRE_HORIZONTAL);
-    rows->Add(line, 0, wxALIGN_CENTER | wxTOP, 2 * space.margin);
-    line->Wrap(48 * GetCharWidth());
-    auto* const close = new wxButton(this, wxID_CLOSE);
-    rows->Add(close, 0, wxALIGN_CENTER | wxTOP, 2 * space.margin);
-    close->SetDefault();
-    close->SetFocus();
-    SetEscapeId(wxID_CLOSE);
-    auto* const outer = new wxBoxSizer(wxVERTICAL);
-    outer->Add(rows, 1, wxEXPAND | wxALL, 2 * space.margin);
-    SetSizerAndFit(outer);
-    close->Bind(wxEVT_BUTTON, &AboutDialog::onClose, this);
-}
-
-void AboutDialog::onClose(wxCommandEvent&) {}
 
 namespace {
 
@@ -172,6 +146,7 @@ NotificationPanel::NotificationPanel(wxWindow* parent)
     statusLabel = addRow(this, rows, statusPicture, wxString(), addressButton);
     SetSizer(rows);
     Layout();
+    setAccessibleName(*this, _("TarvikClient")); // it has no title
 }
 
 } // namespace quillon

@@ -15,6 +15,8 @@ class wxTextCtrl;
 
 namespace quillon {
 
+class ScrolledContents;
+
 /// The settings: credentials for a proxy, hosts whose certificates are not checked.
 class ConfigurationDialog : public wxDialog {
 public:
@@ -27,7 +29,9 @@ protected:
     virtual void onRemoveCertIgnoreDomainButton(wxCommandEvent& event);
 
     /// Makes the dialog as large as its contents need, within the screen, and lets nobody make it smaller.
-    void fitToContents();
+    void fitToContents(bool keepLarger = false);
+    /// Says below the domain's field what is wanted there, until something else is typed.
+    void showDomainProblem(bool show);
 
     wxCheckBox* useSystemProxy = nullptr;
     wxTextCtrl* proxyLogin = nullptr;
@@ -37,9 +41,15 @@ protected:
     wxButton* removeCertIgnoreDomainButton = nullptr;
 
 private:
-    wxSizer* makeProxyGroup();
-    wxSizer* makeCertificateGroup();
+    wxWindow* makeProxyGroup();
+    wxWindow* makeCertificateGroup();
+    wxSizer* makeDomainProblem(wxWindow* box);
+    void makeList(wxWindow* box);
     void bindEvents();
+    void onListKey(wxKeyEvent& event);
+
+    ScrolledContents* m_contents = nullptr;
+    wxSizer* m_domainProblem = nullptr;
 };
 
 /// What is shown when the gateway cannot be reached.
@@ -63,7 +73,7 @@ protected:
     wxStaticText* errorDetails = nullptr;
 };
 
-/// Who made the program, and which version it is.
+/// What the program is, which version of it, what it stands on, and where its log is.
 class AboutDialog : public wxDialog {
 public:
     explicit AboutDialog(wxWindow* parent);
@@ -71,7 +81,14 @@ public:
 protected:
     virtual void onClose(wxCommandEvent& event);
 
+    ScrolledContents* contents = nullptr;
     wxStaticText* version = nullptr;
+    wxTextCtrl* logPlace = nullptr;
+    wxTextCtrl* licences = nullptr;
+
+private:
+    void addIdentity(wxSizer& rows);
+    void addFacts(wxSizer& rows);
 };
 
 /// Three rows of a picture and a text each, in a small window without a frame: the program, what it is doing,

@@ -4,6 +4,7 @@
 #include "tarvikclient/gui/dialoglayout.h"
 #include "tarvikclient/gui/model/logtail.h"
 #include "tarvikclient/gui/model/privatetext.h"
+#include "tarvikclient/gui/platform/accessibility.h"
 
 #include <wx/button.h>
 #include <wx/clipbrd.h>
@@ -27,8 +28,8 @@ namespace quillon {
 
 namespace {
 
-wxSize const defaultSize(860, 540);
-constexpr int pollInterval = 500; // ms
+wxSize const defaultSize(105, 30); // in characters, and lines
+constexpr int pollInterval = 500;  // ms
 // In characters: the control is cut down to the second when it holds more than the first.
 constexpr long mostShown = 4 << 20;
 constexpr long keptShown = 3 << 20;
@@ -108,6 +109,7 @@ void LogWindow::makeLayout() {
     auto* const panel = new wxPanel(this);
     m_text = new wxTextCtrl(panel, wxID_ANY, "", wxDefaultPosition, wxDefaultSize,
                             wxTE_MULTILINE | wxTE_READONLY | wxTE_DONTWRAP | wxTE_NOHIDESEL);
+    setAccessibleName(*m_text, GetTitle());
     m_text->SetFont(wxFont(m_text->GetFont().GetPointSize(), wxFONTFAMILY_TELETYPE, wxFONTSTYLE_NORMAL,
                            wxFONTWEIGHT_NORMAL));
     m_text->SetMinSize(FromDIP(wxSize(300, 120)));
@@ -124,7 +126,9 @@ void LogWindow::makeLayout() {
     whole->Add(panel, wxSizerFlags(1).Expand());
     SetSizer(whole);
     whole->SetSizeHints(this);
-    SetSize(FromDIP(defaultSize));
+    wxSize size(defaultSize.x * GetCharWidth(), defaultSize.y * GetCharHeight());
+    size.DecTo(roomFor(*this));
+    SetClientSize(size);
     CentreOnScreen();
     m_text->SetFocus();
 }
@@ -270,6 +274,7 @@ bool LogWindow::mayReplace(wxString const& destination) {
     wxString text = _("LOGS_REPLACE");
     text.Replace("%s", destination);
     wxMessageDialog question(this, text, GetTitle(), wxYES_NO | wxNO_DEFAULT | wxCENTRE | wxICON_QUESTION);
+    useOwnLabels(question);
     return ask(question) == wxID_YES;
 }
 
@@ -284,6 +289,7 @@ void LogWindow::saveAs(wxString const& destination) {
     wxString text = _("LOGS_NOT_SAVED");
     text.Replace("%s", destination);
     wxMessageDialog message(this, text, GetTitle(), wxOK | wxCENTRE | wxICON_ERROR);
+    useOwnLabels(message);
     ask(message);
 }
 

@@ -27,7 +27,7 @@ TarvikMainFrame* mainhiddenframe = nullptr;
 
 namespace {
 
-constexpr int pathWidth = 600; // pixels
+constexpr int pathWidth = 75; // characters
 
 /// As the launch URL has it, without the ticket; empty where it is none.
 String gatewayOf(String const& url) {
@@ -170,6 +170,7 @@ void TarvikMainFrame::showConfigurationDialogModal(wxWindow* parent) {
         return;
     }
     TarvikClientConfigurationDialog dialog(parent);
+    dialog.setGateway(quillonToWxString(client->getMediation()));
     dialog.readConfiguration(client->getLocalConfiguration());
     if (dialog.ShowModal() == wxID_OK)
         saveSettings(dialog);
@@ -185,7 +186,7 @@ void TarvikMainFrame::saveSettings(TarvikClientConfigurationDialog& dialog) {
         // What was entered is in force all the same, until the program ends.
         wxClientDC dc(this);
         wxString const path = wxControl::Ellipsize(quillonToWxString(client->getLocalConfPath()), dc,
-                                                   wxELLIPSIZE_MIDDLE, FromDIP(pathWidth));
+                                                   wxELLIPSIZE_MIDDLE, pathWidth * GetCharWidth());
         // TRANSLATORS: shown when the settings could not be written to disk; they hold until the program
         // ends. %s is the path of the file.
         showError(dialog.GetParent(), wxString::Format(_("SETTINGS_NOT_SAVED %s"), path),

@@ -9,6 +9,7 @@
 #include "tarvikclient/gui/model/wxconversion.h"
 #include "tarvikclient/gui/platform/display.h"
 #include "tarvikclient/gui/platform/singleinstance.h"
+#include "tarvikclient/gui/platform/stocklabels.h"
 #include "tarvikclient/gui/platform/toolkitenvironment.h"
 #include "tarvikclient/gui/wxlogbridge.h"
 
@@ -155,6 +156,7 @@ void TarvikClientGui::setLangFromUrl(wxString const& url) {
 
 void TarvikClientGui::setLangFromUrl(String const& url) {
     initLanguage(locale, languageOfCode(TarvikClient::getLangFromArg(url)));
+    useOwnStockLabels();
 }
 
 /// One box at a time: an event that keeps failing would pile them up.
