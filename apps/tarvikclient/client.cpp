@@ -49,11 +49,13 @@ TarvikClient::TarvikClient(ITarvikClientNotify& notify, IGatewayConsent* consent
       m_consent(consent),
       m_downloadManager(m_localConfiguration),
       m_notify(notify) {
-    String const refusal = logTo(logPath);
     String const directory = File::getUserApplicationDataDirectory();
+    LeftSessions leftSessions(directory, {logPath, logInDataDirectory(directory)}); // before the log is cut
+    String const refusal = logTo(logPath);
     if (!refusal.empty())
         logToDataDirectory(directory, logPath, refusal);
     enterDataDirectory(directory);
+    m_leftSession = leftSessions.settle();
     String const settings = getLocalConfPath();
     if (File::exists(settings)) {
         log(TRACE, "TarvikClient", "TarvikClient", "Loading local configuration from " + settings);
@@ -97,12 +99,15 @@ void TarvikClient::stop() {
 void TarvikClient::stopWork() {
     if (m_question)
         m_question->answer(GatewayQuestion::Answer::withdrawn);
-    if (m_subClient)
-        m_subClient->stop();
+    if (!m_subClient)
+        return;
+    SessionMark::expectEnd();
+    m_subClient->stop();
 }
 
 void TarvikClient::cancel() {
     TSynchronize<Mutex> lock(m_mutex);
+    SessionMark::expectEnd();
     m_downloadManager.getSession().cancel();
     stopWork();
 }

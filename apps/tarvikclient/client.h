@@ -5,8 +5,10 @@
 #include "tarvikclient/clientconfiguration.h"
 #include "tarvikclient/clientnotify.h"
 #include "tarvikclient/gatewayconsent.h"
+#include "tarvikclient/leftsession.h"
 #include "tarvikclient/policy.h"
 #include "tarvikclient/sessionaudit.h"
+#include "tarvikclient/sessionmark.h"
 #include "tarvikclient/signeddll.h"
 #include "tarvikclient/subclient.h"
 #include "tarvikclient/subclienthost.h"
@@ -62,6 +64,10 @@ public:
     /// who cannot wait longer keeps the client and lets the process end, which waits five seconds more.
     bool join(unsigned long timeoutMs = noLimit) { return Thread::join(timeoutMs); }
 
+    /// What the session before this client's left behind that did not end in order; found when the client is
+    /// made, and told once.
+    std::optional<LeftSession> const& leftSession() const noexcept { return m_leftSession; }
+
     /// Host, and port if there is one, of the gateway of the last run.
     String getMediation() const override;
     String getLocalConfPath() const;
@@ -108,12 +114,14 @@ private:
     void installCookie(String const& host, String const& userInfo);
     void runSubClient();
 
+    std::optional<LeftSession> m_leftSession; // constant once the client is made
     // Interface thread at construction, any thread afterwards; synchronised in themselves.
     ClientLocalConfiguration m_localConfiguration;
     // Client thread.
     gc::Pointer<ClientConfiguration> m_configuration;
     std::shared_ptr<Policy const> m_policy = std::make_shared<Policy const>();
     SessionAudit m_audit;
+    SessionMark m_mark;
     IGatewayConsent* const m_consent;
     // Any thread, synchronised in itself: modules fetch on threads of their own, and orders reach the HTTPS
     // session in it.

@@ -41,6 +41,8 @@ int runSession(cli::CommandLine const& arguments) {
     cli::LineNotify notify(wakeups);
     cli::Consent consent;
     TarvikClient client(notify, arguments.yes ? &consent : nullptr);
+    if (client.leftSession())
+        std::fprintf(stderr, "tarvikclient-cli: %s\n", client.leftSession()->describe().str());
     client.run(takeArgument(arguments.url));
     return static_cast<int>(serve(client, notify, wakeups));
 }
