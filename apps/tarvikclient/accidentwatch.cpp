@@ -30,11 +30,8 @@ struct Crash {
     char const* name;
 };
 
-constexpr Crash crashes[] = {{SIGSEGV, "SIGSEGV"},
-                             {SIGBUS, "SIGBUS"},
-                             {SIGFPE, "SIGFPE"},
-                             {SIGILL, "SIGILL"},
-                             {SIGABRT, "SIGABRT"}};
+constexpr Crash crashes[] = {
+    {SIGSEGV, "SIGSEGV"}, {SIGBUS, "SIGBUS"}, {SIGFPE, "SIGFPE"}, {SIGILL, "SIGILL"}, {SIGABRT, "SIGABRT"}};
 
 struct sigaction g_before[std::size(crashes)];
 constinit SignalDescriptor g_log;

@@ -30,7 +30,8 @@ struct LeftSession {
 };
 
 /// Finds the marks that sessions have left behind. What they say is a file's word: it is bounded, and of the
-/// files that they name only the log is looked at. Nothing in here throws or logs before settle(). One thread.
+/// files that they name only the log is looked at. Nothing in here throws or logs before settle(). One
+/// thread.
 class LeftSessions {
 public:
     /// Looks for marks in the data directory, and for the newest of them at its log, before that is cut: at

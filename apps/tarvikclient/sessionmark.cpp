@@ -23,7 +23,8 @@ namespace quillon {
 
 namespace {
 
-constexpr char runningWord[] = "running", endingWord[] = "ending "; // of one length: the one is written over the other
+constexpr char runningWord[] = "running",
+               endingWord[] = "ending "; // of one length: the one is written over the other
 static_assert(sizeof runningWord == sizeof endingWord);
 constexpr char prefix[] = "/session-", suffix[] = ".mark";
 
@@ -97,8 +98,8 @@ void SessionMark::end() noexcept {
 void SessionMark::expectEnd() noexcept {
     State expected = State::running;
     int const savedErrno = errno;
-    if (getpid() == g_process && g_state.compare_exchange_strong(expected, State::ending))
-        [[maybe_unused]] ssize_t const written = pwrite(g_mark.number(), endingWord, sizeof endingWord - 1, 0);
+    if (getpid() == g_process && g_state.compare_exchange_strong(expected, State::ending)) [[maybe_unused]]
+        ssize_t const written = pwrite(g_mark.number(), endingWord, sizeof endingWord - 1, 0);
     errno = savedErrno;
 }
 
@@ -114,7 +115,8 @@ void SessionMark::add(Accident accident) noexcept {
         lseek(file, 0, SEEK_END);
     } else {
         char const* const path = g_spareMark;
-        file = path ? open(path, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, S_IRUSR | S_IWUSR) : -1;
+        file =
+            path ? open(path, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, S_IRUSR | S_IWUSR) : -1;
         line.add(endingWord).add(" 0\n");
     }
     line.add(accident == Accident::crash ? "crashed " : "exited ");

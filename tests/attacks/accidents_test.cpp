@@ -46,16 +46,18 @@ TEST_F(LogAttackAccidents, a_module_that_ends_the_process_is_named_in_the_log_an
         int code;
         char const *logged, *told; ///< nothing is where null
     } const cases[] = {
-        {"segv", -SIGSEGV, "[tarvikclient] ERROR AccidentWatch.onCrash The client crashes with SIGSEGV in "
-                           "DllStart2 of the module plugindll.so\n",
+        {"segv", -SIGSEGV,
+         "[tarvikclient] ERROR AccidentWatch.onCrash The client crashes with SIGSEGV in "
+         "DllStart2 of the module plugindll.so\n",
          "crashed in DllStart2 of the module plugindll.so at "},
         {"fpe", -SIGFPE, "with SIGFPE in DllStart2", "crashed in DllStart2"},
         {"abort", -SIGABRT, "with SIGABRT in DllStart2", "crashed in DllStart2"},
         {"overflow", -SIGSEGV, "with SIGSEGV in DllStart2", "crashed in DllStart2"},
         {"thread", -SIGSEGV, "with SIGSEGV outside the client's calls of the module plugindll.so\n",
          "crashed with the module plugindll.so at "},
-        {"exit", 3, "[tarvikclient] ERROR AccidentWatch.onExit The process is made to exit in the middle of a "
-                    "session in DllStart2 of the module plugindll.so\n",
+        {"exit", 3,
+         "[tarvikclient] ERROR AccidentWatch.onExit The process is made to exit in the middle of a "
+         "session in DllStart2 of the module plugindll.so\n",
          "was ended by exit() in DllStart2"},
         {"_exit", 3, nullptr, "was cut off; its log is "},
         {"kill", -SIGKILL, nullptr, "was cut off; its log is "},

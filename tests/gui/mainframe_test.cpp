@@ -200,6 +200,33 @@ TEST_F(MainFrame, only_confirmed_settings_are_saved_and_a_failure_is_told_and_ke
     EXPECT_NE(test::readFile(settings).find("<login>edited</login>"), std::string::npos);
 }
 
+class NewMainFrame : public FrameTest {};
+
+TEST_F(NewMainFrame, tells_how_the_last_session_ended_and_shows_its_log) {
+    String const own = home.file(".Tarvik/tarvikclient.log");
+    for (std::string const& place : {std::string("/nonexistent"), data + "/tarvikclient.log"}) {
+        test::writeFile(own, "what happened\n");
+        test::writeFile(home.file(".Tarvik/session-a.mark"),
+                        "running 5\nlog " + place + "\ncrashed 9 DllStart2 a.so\n");
+        makeFrame();
+        frame->tellOfStart();
+        wxWindow* const sentence = wxWindow::FindWindowByLabel("LAST_SESSION");
+        ASSERT_NE(sentence, nullptr);
+        wxWindow* const notice = wxGetTopLevelParent(sentence);
+        EXPECT_EQ(wxWindow::FindWindowByLabel("LAST_SESSION_LOG", notice) != nullptr,
+                  place != "/nonexistent");
+        press(*notice, "LAST_SESSION_LOG");
+        wxWindow* const file = wxWindow::FindWindowByLabel("LOGS_FILE"); // in the log's window
+        EXPECT_EQ(file && file->GetToolTipText().EndsWith("tarvikclient-last.log"), place != "/nonexistent");
+        frame->stop();
+        EXPECT_TRUE(goes());
+        EXPECT_TRUE(eventually([] { return !wxWindow::FindWindowByLabel("LAST_SESSION"); }));
+    }
+    makeFrame();
+    frame->tellOfStart();
+    EXPECT_EQ(wxWindow::FindWindowByLabel("LAST_SESSION"), nullptr) << "told twice";
+}
+
 /// On a desktop with a system tray.
 class MainFrameInATray : public MainFrame {
 protected:

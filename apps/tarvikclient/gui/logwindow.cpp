@@ -42,13 +42,16 @@ public:
 
     bool ShouldPreventAppExit() const override { return false; }
 
+    wxString const& path() const { return m_path; }
+    void end();
+
 private:
     void makeLayout();
+    wxWindow* makePlace(wxWindow* parent);
     wxSizer* makeButtons(wxWindow* parent);
     void bindEvents(wxWindow* owner);
     void onDestroyed(wxWindowDestroyEvent& event);
     void onKey(wxKeyEvent& event);
-    void end();
 
     void poll();
     void append(wxString const& text);
@@ -112,11 +115,14 @@ void LogWindow::makeLayout() {
                            wxFONTWEIGHT_NORMAL));
     m_text->SetMinSize(FromDIP(wxSize(300, 120)));
     // TRANSLATORS: stands above the empty text field.
-    m_hint = new wxStaticText(panel, wxID_ANY, _("LOGS_EMPTY"));
+    m_hint = new wxStaticText(panel, wxID_ANY, m_path.empty() ? _("LOGS_NOWHERE") : _("LOGS_EMPTY"));
     m_hint->Wrap(FromDIP(defaultSize).x - 4 * space.margin);
     auto* const column = new wxBoxSizer(wxVERTICAL);
     column->Add(m_hint, wxSizerFlags().Border(wxLEFT | wxRIGHT | wxTOP, space.margin));
     column->Add(m_text, wxSizerFlags(1).Expand().Border(wxALL, space.margin));
+    if (!m_path.empty())
+        column->Add(makePlace(panel),
+                    wxSizerFlags().Expand().Border(wxLEFT | wxRIGHT | wxBOTTOM, space.margin));
     column->Add(makeButtons(panel),
                 wxSizerFlags().Expand().Border(wxLEFT | wxRIGHT | wxBOTTOM, space.margin));
     panel->SetSizer(column);
@@ -127,6 +133,18 @@ void LogWindow::makeLayout() {
     SetSize(FromDIP(defaultSize));
     CentreOnScreen();
     m_text->SetFocus();
+}
+
+wxWindow* LogWindow::makePlace(wxWindow* parent) {
+    // TRANSLATORS: below the log; {path} is where the file is.
+    wxString text = _("LOGS_FILE");
+    text.Replace("{path}", m_path);
+    auto* const place = new wxStaticText(parent, wxID_ANY, wxString(), wxDefaultPosition, wxDefaultSize,
+                                         wxST_ELLIPSIZE_MIDDLE);
+    place->SetMinSize(wxSize(1, place->GetCharHeight())); // a long path does not widen the window
+    place->SetLabelText(text);
+    place->SetToolTip(m_path);
+    return place;
 }
 
 wxSizer* LogWindow::makeButtons(wxWindow* parent) {
@@ -299,6 +317,8 @@ int LogWindow::ask(wxDialog& dialog) {
 } // namespace
 
 void showLogWindow(wxWindow* parent, wxString const& path, wxString const& gateway) {
+    if (openWindow && openWindow->path() != path)
+        openWindow->end();
     if (!openWindow)
         openWindow = new LogWindow(parent, path, gateway);
     openWindow->Show();

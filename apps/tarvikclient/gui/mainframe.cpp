@@ -8,7 +8,9 @@
 #include "tarvikclient/gui/connectionerrordialog.h"
 #include "tarvikclient/gui/gatewaydialog.h"
 #include "tarvikclient/gui/logwindow.h"
+#include "tarvikclient/gui/model/lastsession.h"
 #include "tarvikclient/gui/model/wxconversion.h"
+#include "tarvikclient/gui/noticewindow.h"
 #include "tarvikclient/gui/notificationpanel.h"
 #include "tarvikclient/gui/systray.h"
 
@@ -68,6 +70,22 @@ TarvikMainFrame::~TarvikMainFrame() {
 
 void TarvikMainFrame::start(wxString const& url) {
     start(wxToQuillonString(url));
+}
+
+void TarvikMainFrame::tellOfStart() {
+    if (!client->leftSession())
+        return;
+    LeftSession const& left = *client->leftSession();
+    // TRANSLATORS: a window's first sentence.
+    Notice notice{_("LAST_SESSION"), lastSessionText(left), wxString(), nullptr};
+    if (!left.log.empty()) {
+        // TRANSLATORS: a button; opens the log of that session.
+        notice.button = _("LAST_SESSION_LOG");
+        // TRANSLATORS: follows what happened.
+        notice.text += "\n\n" + _("LAST_SESSION_ADVICE");
+        notice.action = [this, path = quillonToWxString(left.log)] { showLog(path); };
+    }
+    showNotice(*this, notice);
 }
 
 void TarvikMainFrame::stop() {
@@ -130,8 +148,12 @@ void TarvikMainFrame::showAbout() {
 
 void TarvikMainFrame::showLogs() {
     client->showLogs();
-    showLogWindow(this, quillonToWxString(console->getFilename(TRACE)),
-                  quillonToWxString(client->getMediation()));
+    String const path = console->getFilename(TRACE);
+    showLog(path == "null" ? wxString() : quillonToWxString(path));
+}
+
+void TarvikMainFrame::showLog(wxString const& path) {
+    showLogWindow(this, path, quillonToWxString(client->getMediation()));
 }
 
 void TarvikMainFrame::showError(wxWindow* parent, wxString const& text, wxString const& okLabel) {

@@ -25,6 +25,8 @@ public:
 
     /// Runs the client with the launch URL. Nothing happens while a session runs.
     void start(String const& url) { client->run(url); }
+    /// Tells the person of what was found at the start: how the last session ended, if that was not in order.
+    void tellOfStart();
     /// The URL as the C library's encoding expresses it.
     void start(wxString const& url);
     /// The user wants out: ends the session, then the application. Open dialogs are cancelled. Whatever the
@@ -53,6 +55,7 @@ private:
     void retry();
     /// Tells the user that the session is over, and ends the application.
     void fail();
+    void showLog(wxString const& path);
     void saveSettings(TarvikClientConfigurationDialog& dialog);
     void showError(wxWindow* parent, wxString const& text, wxString const& okLabel);
 
