@@ -255,7 +255,7 @@ TEST_F(Desktop, a_start_that_cannot_succeed_says_so_and_ends) {
          {std::vector{program, std::string("a"), std::string("b")}, {program, "--unknown"}}) {
         ChildProcess wrong(command);
         EXPECT_EQ(wrong.wait(), 64);
-        EXPECT_EQ(wrong.errors(), "usage: tarvikclient [URL]\n");
+        EXPECT_EQ(wrong.errors().find("usage: tarvikclient [URL]\n"), 0u);
     }
     ChildProcess blind({program, refusedUrl}, {{"HOME", site().home()}, {"DISPLAY", ""}});
     EXPECT_GT(blind.wait(), 0);

@@ -6,6 +6,7 @@
 #include "tarvikclient/cli/wakeups.h"
 #include "tarvikclient/client.h"
 #include "tarvikclient/launchargument.h"
+#include "tarvikclient/programinformation.h"
 
 #include <cstdio>
 #include <exception>
@@ -50,6 +51,8 @@ int runSession(cli::CommandLine const& arguments) {
 } // namespace
 
 int main(int argc, char** argv) {
+    if (auto const code = answerAboutProgram(argc, argv, "tarvikclient-cli", cli::usage))
+        return *code;
     cli::CommandLine const arguments = cli::readCommandLine(argc, argv);
     if (arguments.task == cli::CommandLine::Task::wrongUsage) {
         std::fputs(cli::usage, stderr);

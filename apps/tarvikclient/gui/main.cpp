@@ -4,6 +4,7 @@
 #include "tarvikclient/gui/platform/toolkitenvironment.h"
 #include "tarvikclient/gui/tarvikclientgui.h"
 #include "tarvikclient/launchargument.h"
+#include "tarvikclient/programinformation.h"
 
 #include <cstdio>
 
@@ -13,6 +14,9 @@ namespace {
 
 using namespace quillon;
 
+constexpr char usage[] = "usage: tarvikclient [URL]\n"
+                         "       tarvikclient --help      print this text\n"
+                         "       tarvikclient --version   print the program's version\n";
 constexpr int exitUsage = 64;
 constexpr int exitFailure = 1;
 
@@ -38,8 +42,10 @@ int run(int argc, char** argv) {
 } // namespace
 
 int main(int argc, char** argv) {
+    if (auto const code = answerAboutProgram(argc, argv, "tarvikclient", usage))
+        return *code;
     if (argc > 2 || (argc == 2 && argv[1][0] == '-')) {
-        std::fputs("usage: tarvikclient [URL]\n", stderr);
+        std::fputs(usage, stderr);
         return exitUsage;
     }
     try {
