@@ -201,6 +201,28 @@ TEST_F(Desktop, asks_for_the_bytes_of_its_url_also_of_one_that_it_is_handed_whil
     EXPECT_EQ(site().requests(" /caf%E9?"), 3u);
 }
 
+TEST_F(Desktop, a_link_that_the_running_client_does_not_take_is_not_lost_in_silence) {
+    ChildProcess running({TEST_PROGRAMS "/gui_instanceprobe", "0", "", "9"}, {{"HOME", site().home()}});
+    ASSERT_TRUE(running.awaitOutput("first"));
+    running.signal(SIGSTOP);
+    {
+        ChildProcess second = start(refusedUrl);
+        ASSERT_TRUE(ui.awaitShown({"label", text("HANDOVER_WAITING").substr(0, 30) + "*"})) << ui.describe();
+        running.signal(SIGCONT);
+        EXPECT_EQ(second.wait(), 0) << second.errors();
+        EXPECT_EQ(second.errors().find("has not taken"), std::string::npos);
+    }
+    running.signal(SIGSTOP);
+    ChildProcess second = start(refusedUrl);
+    EXPECT_TRUE(
+        ui.awaitShown({"label", text("HANDOVER_FAILED").substr(0, 30) + "*"}, std::chrono::seconds(25)));
+    for (int tries = 3; tries > 0 && ui.click({button, text("&Quit")}); --tries) // it moves as the text grows
+        if (ui.awaitGone({button, text("&Quit")}, std::chrono::seconds(2)))
+            break;
+    EXPECT_EQ(second.wait(), 1);
+    EXPECT_NE(second.errors().find("has not taken the URL\n"), std::string::npos) << second.errors();
+}
+
 /// Under a policy that asks about each gateway.
 class DesktopPolicy : public Desktop {
 protected:

@@ -1,5 +1,6 @@
 // The desktop client: tarvikclient [URL].
 #include "base/exception.h"
+#include "tarvikclient/gui/handover.h"
 #include "tarvikclient/gui/platform/singleinstance.h"
 #include "tarvikclient/gui/platform/toolkitenvironment.h"
 #include "tarvikclient/gui/tarvikclientgui.h"
@@ -26,16 +27,16 @@ int run(int argc, char** argv) {
     argv[argc = 1] = nullptr; // of no use to the toolkit, which copies what it is given
     // Before the toolkit starts: a process that only brings a URL needs neither the time nor a display.
     SingleInstance instance;
-    switch (instance.claim(url)) {
+    HandOver handOver(instance, url);
+    switch (handOver.finish(argc, argv)) {
     case SingleInstance::Role::first:
         TarvikClientGui::setLaunch(instance, url);
-        return wxEntry(argc, argv);
+        return handOver.runApplication(argc, argv);
     case SingleInstance::Role::second:
         return 0;
     case SingleInstance::Role::unheard:
         break;
     }
-    std::fputs("tarvikclient: the client that is running has not taken the URL\n", stderr);
     return exitFailure;
 }
 
