@@ -56,10 +56,22 @@ TarvikClient::TarvikClient(ITarvikClientNotify& notify, IGatewayConsent* consent
         logToDataDirectory(directory, logPath, refusal);
     enterDataDirectory(directory);
     m_leftSession = leftSessions.settle();
+    m_systemProxy.load(directory);
+    m_downloadManager.getSession().setProxySource(&m_systemProxy);
+    readSettings();
+}
+
+void TarvikClient::readSettings() {
     String const settings = getLocalConfPath();
-    if (File::exists(settings)) {
-        log(TRACE, "TarvikClient", "TarvikClient", "Loading local configuration from " + settings);
+    struct stat info {};
+    if (stat(settings.str(), &info) != 0 ||
+        !S_ISREG(info.st_mode)) // one that is there but closed is not missing
+        return;
+    log(TRACE, "TarvikClient", "TarvikClient", "Loading local configuration from " + settings);
+    try {
         m_localConfiguration.readFromFile(settings);
+    } catch (Exception const& e) {
+        traceCaught(e);
     }
 }
 
@@ -127,8 +139,9 @@ String TarvikClient::getLocalConfPath() const {
     return File::getUserApplicationDataDirectory() + "/" + "tarvikclient.xml";
 }
 
-void TarvikClient::saveLocalConfiguration() const {
+void TarvikClient::saveLocalConfiguration() {
     m_localConfiguration.save(getLocalConfPath());
+    m_systemProxy.save();
 }
 
 void TarvikClient::verifyDllSignature(String const& modulePath, String const& sigPath) {

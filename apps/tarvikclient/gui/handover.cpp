@@ -154,8 +154,7 @@ SingleInstance::Role HandOver::finishInWindow() {
     initLanguage(locale, languageOfCode(TarvikClient::getLangFromArg(m_url)));
     TarvikClientArtProvider::init();
     wxArtProvider::Push(new TarvikClientArtProvider);
-    HandOverDialog dialog(
-        [this] { return isDecided() ? std::optional(take()) : std::nullopt; });
+    HandOverDialog dialog([this] { return isDecided() ? std::optional(take()) : std::nullopt; });
     dialog.ShowModal();
     if (!isDecided())
         leaveAtOnce();

@@ -12,10 +12,10 @@
 
 namespace quillon {
 
-/// Claims the place on a thread of its own, so that a person who waits can be told: when the other process has
-/// not answered for a while, in a window that goes when it does, and when it has not taken the link at all, in
-/// one that stays. Without a display there is standard error alone, which gets the second in any case. The
-/// main thread, before the toolkit has been started.
+/// Claims the place on a thread of its own, so that a person who waits can be told: when the other process
+/// has not answered for a while, in a window that goes when it does, and when it has not taken the link at
+/// all, in one that stays. Without a display there is standard error alone, which gets the second in any
+/// case. The main thread, before the toolkit has been started.
 class HandOver {
 public:
     /// `instance` is not used by others until finish() has returned.
@@ -24,11 +24,11 @@ public:
     HandOver(HandOver const&) = delete;
     HandOver& operator=(HandOver const&) = delete;
 
-    /// Returns as SingleInstance::claim() does; with `unheard` when the person has closed the window. Ends the
-    /// process when the person does not want to wait. Throws what claim() throws.
+    /// Returns as SingleInstance::claim() does; with `unheard` when the person has closed the window. Ends
+    /// the process when the person does not want to wait. Throws what claim() throws.
     SingleInstance::Role finish(int& argc, char** argv);
-    /// Runs the application and returns its exit code: stands for wxEntry(), also where finish() has started the
-    /// toolkit already.
+    /// Runs the application and returns its exit code: stands for wxEntry(), also where finish() has started
+    /// the toolkit already.
     int runApplication(int& argc, char** argv);
 
 private:

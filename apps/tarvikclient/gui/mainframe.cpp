@@ -73,9 +73,23 @@ void TarvikMainFrame::start(wxString const& url) {
 }
 
 void TarvikMainFrame::tellOfStart() {
-    if (!client->leftSession())
-        return;
-    LeftSession const& left = *client->leftSession();
+    if (client->leftSession())
+        tellOfLastSession(*client->leftSession());
+    if (client->getLocalConfiguration().isFileUnreadable())
+        tellOfSettings();
+}
+
+void TarvikMainFrame::tellOfSettings() {
+    // TRANSLATORS: {path} is where the settings that could not be read will be.
+    wxString text = _("SETTINGS_UNREADABLE_DETAILS");
+    text.Replace("{path}",
+                 quillonToWxString(client->getLocalConfPath() + ClientLocalConfiguration::brokenSuffix));
+    // TRANSLATORS: a window's first sentence.
+    showNotice(*this, {_("SETTINGS_UNREADABLE"), text, _("Settings"),
+                       [this] { showConfigurationDialogModal(nullptr); }});
+}
+
+void TarvikMainFrame::tellOfLastSession(LeftSession const& left) {
     // TRANSLATORS: a window's first sentence.
     Notice notice{_("LAST_SESSION"), lastSessionText(left), wxString(), nullptr};
     if (!left.log.empty()) {
@@ -116,6 +130,7 @@ void TarvikMainFrame::showConfigurationDialogModal(wxWindow* parent) {
     }
     TarvikClientConfigurationDialog dialog(parent);
     dialog.readConfiguration(client->getLocalConfiguration());
+    dialog.setSystemProxyUsed(client->usesSystemProxy());
     if (dialog.ShowModal() == wxID_OK)
         saveSettings(dialog);
     if (m_postponed)
@@ -125,6 +140,7 @@ void TarvikMainFrame::showConfigurationDialogModal(wxWindow* parent) {
 void TarvikMainFrame::saveSettings(TarvikClientConfigurationDialog& dialog) {
     dialog.writeConfiguration(client->getLocalConfiguration());
     try {
+        client->useSystemProxy(dialog.isSystemProxyUsed());
         client->saveLocalConfiguration();
     } catch (EFile const&) {
         // What was entered is in force all the same, until the program ends.

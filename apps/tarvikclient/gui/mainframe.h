@@ -25,7 +25,8 @@ public:
 
     /// Runs the client with the launch URL. Nothing happens while a session runs.
     void start(String const& url) { client->run(url); }
-    /// Tells the person of what was found at the start: how the last session ended, if that was not in order.
+    /// Tells the person of what was found at the start: how the last session ended, if that was not in
+    /// order, and of settings that could not be read.
     void tellOfStart();
     /// The URL as the C library's encoding expresses it.
     void start(wxString const& url);
@@ -55,6 +56,8 @@ private:
     void retry();
     /// Tells the user that the session is over, and ends the application.
     void fail();
+    void tellOfLastSession(LeftSession const& left);
+    void tellOfSettings();
     void showLog(wxString const& path);
     void saveSettings(TarvikClientConfigurationDialog& dialog);
     void showError(wxWindow* parent, wxString const& text, wxString const& okLabel);
