@@ -6,7 +6,6 @@
 #include "http/loggableuri.h"
 
 #include <fcntl.h>
-
 #include <unistd.h>
 
 #include <string_view>

@@ -43,7 +43,7 @@ GType resolverType() {
         info.class_size = sizeof(ResolverClass);
         info.instance_size = sizeof(Resolver);
         GType const made = g_type_register_static(G_TYPE_OBJECT, "TestResolver", &info, GTypeFlags(0));
-        GInterfaceInfo const interface{&makeInterface, nullptr, nullptr};
+        GInterfaceInfo const interface { &makeInterface, nullptr, nullptr };
         g_type_add_interface_static(made, G_TYPE_PROXY_RESOLVER, &interface);
         return made;
     }();
@@ -67,7 +67,9 @@ TEST(DesktopProxy, is_what_gio_names_and_is_not_waited_for_beyond_a_bound) {
     g_hangs = true;
     auto const begin = std::chrono::steady_clock::now();
     EXPECT_TRUE(native::systemProxies("https://gate.example/", never, milliseconds(300)).empty());
-    EXPECT_TRUE(native::systemProxies("https://gate.example/", [] { return true; }, milliseconds(60000)).empty());
+    EXPECT_TRUE(native::systemProxies(
+                    "https://gate.example/", [] { return true; }, milliseconds(60000))
+                    .empty());
     EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(5));
 }
 

@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 #include <libintl.h>
 #include <locale.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <csignal>
@@ -112,6 +113,38 @@ TEST_F(Desktop, a_display_that_ends_leaves_the_module_its_time_to_stop) {
     display.signal(SIGTERM);
     EXPECT_GT(client.wait(), 0) << client.errors();
     EXPECT_NE(site().moduleLog("Plugin/sample-plugin.log").find("DllStop2"), std::string::npos);
+}
+
+/// The toolkit ends the process by itself there; what ends in order is told of at no next start.
+TEST_F(Desktop, so_does_a_compositor_and_the_next_start_tells_of_nothing) {
+    std::string const weston = "/usr/bin/weston";
+    if (access(weston.c_str(), X_OK) != 0)
+        GTEST_SKIP() << "weston is not installed";
+    siteWithTunnel();
+    TemporaryDirectory runtime;
+    ChildProcess::Environment const around{{"HOME", site().home()},
+                                           {"XDG_RUNTIME_DIR", runtime.path()},
+                                           {"DISPLAY", ""},
+                                           {"GDK_BACKEND", "wayland"},
+                                           {"WAYLAND_DISPLAY", "wl"}};
+    ChildProcess compositor({weston, "--backend=headless-backend.so", "--socket=wl"}, around);
+    auto const awaits = [](auto const& condition) {
+        for (int left = 200; left > 0 && !condition(); --left)
+            std::this_thread::sleep_for(std::chrono::milliseconds(100));
+        return condition();
+    };
+    ASSERT_TRUE(awaits([&] { return access((runtime.path() + "/wl").c_str(), F_OK) == 0; }));
+    ChildProcess client({program, site().url("plugindll")}, around);
+    auto const called = [&](char const* name) {
+        return site().moduleLog("Plugin/sample-plugin.log").find(name) != std::string::npos;
+    };
+    ASSERT_TRUE(awaits([&] { return called("DllGetErrors2"); })) << client.errors();
+    compositor.signal(SIGTERM);
+    EXPECT_GT(client.wait(), 0) << client.errors();
+    EXPECT_TRUE(called("DllStop2"));
+    ChildProcess next({TEST_PROGRAMS "/tarvikclient-cli", refusedUrl}, around);
+    EXPECT_EQ(next.wait(), 2);
+    EXPECT_EQ(next.errors(), "");
 }
 
 TEST_F(Desktop, refused_connection_is_retried_and_then_quit) {

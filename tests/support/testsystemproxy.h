@@ -7,7 +7,8 @@
 
 namespace quillon::test {
 
-/// What the desktop names as the proxy from now on, whatever the URL; empty, as at first: nothing. One thread.
+/// What the desktop names as the proxy from now on, whatever the URL; empty, as at first: nothing. One
+/// thread.
 void setSystemProxy(String const& proxy);
 /// For which URLs it was asked since.
 std::vector<String> urlsOfSystemProxy();
