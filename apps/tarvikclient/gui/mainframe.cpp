@@ -82,8 +82,9 @@ void TarvikMainFrame::tellOfStart() {
 void TarvikMainFrame::tellOfSettings() {
     // TRANSLATORS: {path} is where the settings that could not be read will be.
     wxString text = _("SETTINGS_UNREADABLE_DETAILS");
-    text.Replace("{path}",
-                 quillonToWxString(client->getLocalConfPath() + ClientLocalConfiguration::brokenSuffix));
+    wxString path = quillonToWxString(client->getLocalConfPath() + ClientLocalConfiguration::brokenSuffix);
+    path.Replace("//", "/");
+    text.Replace("{path}", path);
     // TRANSLATORS: a window's first sentence.
     showNotice(*this, {_("SETTINGS_UNREADABLE"), text, _("Settings"),
                        [this] { showConfigurationDialogModal(nullptr); }});

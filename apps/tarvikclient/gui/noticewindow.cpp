@@ -51,10 +51,13 @@ NoticeWindow::NoticeWindow(wxWindow& owner, Notice const& notice)
     auto* const rows = new wxBoxSizer(wxVERTICAL);
     rows->Add(upper, 1, wxEXPAND | wxALL, space.margin);
     rows->Add(makeButtons(panel, notice), 0, wxEXPAND | wxLEFT | wxRIGHT | wxBOTTOM, space.margin);
-    panel->SetSizerAndFit(rows);
-    Fit();
-    CentreOnScreen(wxHORIZONTAL);
+    panel->SetSizer(rows);
+    auto* const whole = new wxBoxSizer(wxVERTICAL);
+    whole->Add(panel, 1, wxEXPAND);
+    SetSizer(whole);
+    whole->SetSizeHints(this);
     wxRect const screen = wxDisplay(this).GetClientArea();
+    CentreOnScreen();
     Move(GetPosition().x, screen.y + screen.height / fromTheTop);
     Bind(wxEVT_CHAR_HOOK, [this](wxKeyEvent& event) {
         if (event.GetKeyCode() == WXK_ESCAPE && !event.HasAnyModifiers())
