@@ -231,6 +231,12 @@ TEST_F(NewMainFrame, tells_how_the_last_session_ended_and_shows_its_log) {
         wxWindow* const sentence = wxWindow::FindWindowByLabel("LAST_SESSION");
         ASSERT_NE(sentence, nullptr);
         wxWindow* const notice = wxGetTopLevelParent(sentence);
+        EXPECT_NE(wxWindow::FindWindowByLabel(place == "/nonexistent"
+                                                  ? "LAST_SESSION_MODULE_FAILED LAST_SESSION_ENDED_AT"
+                                                  : "LAST_SESSION_MODULE_FAILED LAST_SESSION_ENDED_AT\n\n"
+                                                    "LAST_SESSION_ADVICE",
+                                              notice),
+                  nullptr);
         EXPECT_EQ(wxWindow::FindWindowByLabel("LAST_SESSION_LOG", notice) != nullptr,
                   place != "/nonexistent");
         press(*notice, "LAST_SESSION_LOG");

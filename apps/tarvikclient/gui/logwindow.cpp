@@ -2,6 +2,7 @@
 
 #include "base/log.h"
 #include "tarvikclient/gui/dialoglayout.h"
+#include "tarvikclient/gui/logwindowparts.h"
 #include "tarvikclient/gui/model/logtail.h"
 #include "tarvikclient/gui/model/privatetext.h"
 
@@ -41,13 +42,11 @@ public:
     ~LogWindow() override;
 
     bool ShouldPreventAppExit() const override { return false; }
-
     wxString const& path() const { return m_path; }
     void end();
 
 private:
     void makeLayout();
-    wxWindow* makePlace(wxWindow* parent);
     wxSizer* makeButtons(wxWindow* parent);
     void bindEvents(wxWindow* owner);
     void onDestroyed(wxWindowDestroyEvent& event);
@@ -109,20 +108,13 @@ LogWindow::~LogWindow() {
 void LogWindow::makeLayout() {
     Distances const space(*this);
     auto* const panel = new wxPanel(this);
-    m_text = new wxTextCtrl(panel, wxID_ANY, "", wxDefaultPosition, wxDefaultSize,
-                            wxTE_MULTILINE | wxTE_READONLY | wxTE_DONTWRAP | wxTE_NOHIDESEL);
-    m_text->SetFont(wxFont(m_text->GetFont().GetPointSize(), wxFONTFAMILY_TELETYPE, wxFONTSTYLE_NORMAL,
-                           wxFONTWEIGHT_NORMAL));
-    m_text->SetMinSize(FromDIP(wxSize(300, 120)));
-    // TRANSLATORS: stands above the empty text field.
-    m_hint = new wxStaticText(panel, wxID_ANY, m_path.empty() ? _("LOGS_NOWHERE") : _("LOGS_EMPTY"));
-    m_hint->Wrap(FromDIP(defaultSize).x - 4 * space.margin);
+    m_text = makeLogText(panel);
+    m_hint = makeLogHint(panel, m_path, FromDIP(defaultSize).x - 4 * space.margin);
     auto* const column = new wxBoxSizer(wxVERTICAL);
     column->Add(m_hint, wxSizerFlags().Border(wxLEFT | wxRIGHT | wxTOP, space.margin));
     column->Add(m_text, wxSizerFlags(1).Expand().Border(wxALL, space.margin));
-    if (!m_path.empty())
-        column->Add(makePlace(panel),
-                    wxSizerFlags().Expand().Border(wxLEFT | wxRIGHT | wxBOTTOM, space.margin));
+    column->Add(makeLogPlace(panel, m_path),
+                wxSizerFlags().Expand().Border(wxLEFT | wxRIGHT | wxBOTTOM, space.margin));
     column->Add(makeButtons(panel),
                 wxSizerFlags().Expand().Border(wxLEFT | wxRIGHT | wxBOTTOM, space.margin));
     panel->SetSizer(column);
@@ -133,18 +125,6 @@ void LogWindow::makeLayout() {
     SetSize(FromDIP(defaultSize));
     CentreOnScreen();
     m_text->SetFocus();
-}
-
-wxWindow* LogWindow::makePlace(wxWindow* parent) {
-    // TRANSLATORS: below the log; {path} is where the file is.
-    wxString text = _("LOGS_FILE");
-    text.Replace("{path}", m_path);
-    auto* const place = new wxStaticText(parent, wxID_ANY, wxString(), wxDefaultPosition, wxDefaultSize,
-                                         wxST_ELLIPSIZE_MIDDLE);
-    place->SetMinSize(wxSize(1, place->GetCharHeight())); // a long path does not widen the window
-    place->SetLabelText(text);
-    place->SetToolTip(m_path);
-    return place;
 }
 
 wxSizer* LogWindow::makeButtons(wxWindow* parent) {
