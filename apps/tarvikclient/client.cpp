@@ -49,15 +49,29 @@ TarvikClient::TarvikClient(ITarvikClientNotify& notify, IGatewayConsent* consent
       m_consent(consent),
       m_downloadManager(m_localConfiguration),
       m_notify(notify) {
-    String const refusal = logTo(logPath);
     String const directory = File::getUserApplicationDataDirectory();
+    LeftSessions leftSessions(directory, {logPath, logInDataDirectory(directory)}); // before the log is cut
+    String const refusal = logTo(logPath);
     if (!refusal.empty())
         logToDataDirectory(directory, logPath, refusal);
     enterDataDirectory(directory);
+    m_leftSession = leftSessions.settle();
+    m_systemProxy.load(directory);
+    m_downloadManager.getSession().setProxySource(&m_systemProxy);
+    readSettings();
+}
+
+void TarvikClient::readSettings() {
     String const settings = getLocalConfPath();
-    if (File::exists(settings)) {
-        log(TRACE, "TarvikClient", "TarvikClient", "Loading local configuration from " + settings);
+    struct stat info {};
+    if (stat(settings.str(), &info) != 0 ||
+        !S_ISREG(info.st_mode)) // one that is there but closed is not missing
+        return;
+    log(TRACE, "TarvikClient", "TarvikClient", "Loading local configuration from " + settings);
+    try {
         m_localConfiguration.readFromFile(settings);
+    } catch (Exception const& e) {
+        traceCaught(e);
     }
 }
 
@@ -97,12 +111,15 @@ void TarvikClient::stop() {
 void TarvikClient::stopWork() {
     if (m_question)
         m_question->answer(GatewayQuestion::Answer::withdrawn);
-    if (m_subClient)
-        m_subClient->stop();
+    if (!m_subClient)
+        return;
+    SessionMark::expectEnd();
+    m_subClient->stop();
 }
 
 void TarvikClient::cancel() {
     TSynchronize<Mutex> lock(m_mutex);
+    SessionMark::expectEnd();
     m_downloadManager.getSession().cancel();
     stopWork();
 }
@@ -122,8 +139,9 @@ String TarvikClient::getLocalConfPath() const {
     return File::getUserApplicationDataDirectory() + "/" + "tarvikclient.xml";
 }
 
-void TarvikClient::saveLocalConfiguration() const {
+void TarvikClient::saveLocalConfiguration() {
     m_localConfiguration.save(getLocalConfPath());
+    m_systemProxy.save();
 }
 
 void TarvikClient::verifyDllSignature(String const& modulePath, String const& sigPath) {

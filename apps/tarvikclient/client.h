@@ -5,11 +5,14 @@
 #include "tarvikclient/clientconfiguration.h"
 #include "tarvikclient/clientnotify.h"
 #include "tarvikclient/gatewayconsent.h"
+#include "tarvikclient/leftsession.h"
 #include "tarvikclient/policy.h"
 #include "tarvikclient/sessionaudit.h"
+#include "tarvikclient/sessionmark.h"
 #include "tarvikclient/signeddll.h"
 #include "tarvikclient/subclient.h"
 #include "tarvikclient/subclienthost.h"
+#include "tarvikclient/systemproxy.h"
 
 namespace quillon {
 
@@ -34,8 +37,8 @@ public:
     static constexpr char logPath[] = "/tmp/tarvikclient.log";
 
     /// `notify` must outlive the client's thread. Throws NullException without a console, EFile or
-    /// ETarvikClient when the data directory cannot be used, EConfMissingKey for a settings file with half
-    /// the credentials.
+    /// ETarvikClient when the data directory cannot be used. A settings file that cannot be read keeps
+    /// nothing from being made; the settings know.
     ///
     /// `consent`, which outlives the client's thread too, is asked where the policy says so; without one the
     /// answer is no. `audit` takes one line for each session.
@@ -62,11 +65,20 @@ public:
     /// who cannot wait longer keeps the client and lets the process end, which waits five seconds more.
     bool join(unsigned long timeoutMs = noLimit) { return Thread::join(timeoutMs); }
 
+    /// Whether requests go through the proxy that the desktop names.
+    bool usesSystemProxy() const noexcept { return m_systemProxy.isUsed(); }
+    /// Is written with the settings.
+    void useSystemProxy(bool used) noexcept { m_systemProxy.use(used); }
+
+    /// What the session before this client's left behind that did not end in order; found when the client is
+    /// made, and told once.
+    std::optional<LeftSession> const& leftSession() const noexcept { return m_leftSession; }
+
     /// Host, and port if there is one, of the gateway of the last run.
     String getMediation() const override;
     String getLocalConfPath() const;
     /// Throws EFile when the settings cannot be written.
-    void saveLocalConfiguration() const;
+    void saveLocalConfiguration();
     ClientLocalConfiguration& getLocalConfiguration() noexcept { return m_localConfiguration; }
 
     /// The "lang" parameter of a launch URL, or the empty string.
@@ -95,6 +107,7 @@ private:
     void abandonSubClient();
     bool start();
     void stopWork();
+    void readSettings();
 
     void pass();
     void session();
@@ -108,13 +121,16 @@ private:
     void installCookie(String const& host, String const& userInfo);
     void runSubClient();
 
+    std::optional<LeftSession> m_leftSession; // constant once the client is made
     // Interface thread at construction, any thread afterwards; synchronised in themselves.
     ClientLocalConfiguration m_localConfiguration;
     // Client thread.
     gc::Pointer<ClientConfiguration> m_configuration;
     std::shared_ptr<Policy const> m_policy = std::make_shared<Policy const>();
     SessionAudit m_audit;
+    SessionMark m_mark;
     IGatewayConsent* const m_consent;
+    SystemProxy m_systemProxy; // any thread, but outlives the session that asks it
     // Any thread, synchronised in itself: modules fetch on threads of their own, and orders reach the HTTPS
     // session in it.
     DownloadManager m_downloadManager;

@@ -3,11 +3,13 @@
 
 #include "base/console.h"
 #include "base/failure.h"
+#include "base/file.h"
 #include "base/stringconversion.h"
 #include "curl/requestinfo.h"
 #include "curl/requesturl.h"
 #include "http/setcookie.h"
 #include "http/uri.h"
+#include "tarvikclient/accidentwatch.h"
 #include "tarvikclient/mediationresponse.h"
 
 namespace quillon {
@@ -41,8 +43,13 @@ String TarvikClient::getLangFromArg(String const& url) {
 }
 
 void TarvikClient::main() {
+    SignalStack const stack;
+    String const log = console->getFilename(ERROR);
     m_audit.begin();
+    watchForAccidents(log);
+    m_mark.begin(File::getUserApplicationDataDirectory(), log);
     pass();
+    m_mark.end();
     m_audit.write();
 }
 

@@ -9,8 +9,10 @@
 
 #include <curl/curl.h>
 
+#include <algorithm>
 #include <limits>
 #include <optional>
+#include <utility>
 
 namespace quillon {
 
@@ -150,6 +152,36 @@ int CurlEasyWrapper::setUpTransfer(WriteCallback callback, void* callbackData, S
 }
 
 int CurlEasyWrapper::perform(unsigned urlLength, std::chrono::seconds whole) {
+    using namespace std::chrono;
+    auto const begin = steady_clock::now();
+    int const code = performOnce(urlLength, whole);
+    if (code == CURLE_OK || !answerProxy())
+        return code;
+    seconds const used = duration_cast<seconds>(steady_clock::now() - begin);
+    return performOnce(urlLength, whole > seconds(0) ? std::max(whole - used, seconds(1)) : whole);
+}
+
+/// Whether the proxy has refused the tunnel for want of credentials, and gets them with the next transfer. It
+/// is the proxy's own answer that counts: one that comes through the tunnel is a stranger's.
+bool CurlEasyWrapper::answerProxy() {
+    constexpr long authenticationRequired = 407;
+    long answer = 0;
+    curl_easy_getinfo(m_handle.get(), CURLINFO_HTTP_CONNECTCODE, &answer);
+    Credentials const credentials = std::exchange(m_tunnelCredentials, Credentials());
+    String const login = credentials.getDomainLogin(false), password = credentials.getPassword();
+    if (answer != authenticationRequired || login.empty())
+        return false;
+    m_proxyLength = login.length() + password.length();
+    // Not what the desktop's user is known by elsewhere (Negotiate): that was not entered for this proxy.
+    constexpr unsigned long methods = CURLAUTH_BASIC | CURLAUTH_DIGEST | CURLAUTH_NTLM;
+    return Options(m_handle.get())
+               .set(CURLOPT_PROXYAUTH, static_cast<long>(methods))
+               .set(CURLOPT_PROXYUSERNAME, login.str())
+               .set(CURLOPT_PROXYPASSWORD, password.str())
+               .result() == CURLE_OK;
+}
+
+int CurlEasyWrapper::performOnce(unsigned urlLength, std::chrono::seconds whole) {
     std::optional<LongHead> longHead;
     if (LongHead::isNeeded(urlLength, m_userAgent.length() + m_proxyLength, m_cookies))
         longHead.emplace(m_handle.get(), *m_url, m_cookies);
@@ -177,6 +209,12 @@ void CurlEasyWrapper::setProxy(Proxy const& proxy) {
         return;
     }
     fail<Exception>("CurlEasyWrapper", "setProxy", "unknown proxy type", {"libs/curl/curlwrapper.cpp", 284});
+}
+
+void CurlEasyWrapper::setTunnel(String const& proxyUrl, Credentials const& credentials) {
+    m_tunnelCredentials = credentials;
+    m_proxyError =
+        Options(m_handle.get()).set(CURLOPT_PROXY, proxyUrl.str()).set(CURLOPT_HTTPPROXYTUNNEL, 1L).result();
 }
 
 void CurlEasyWrapper::useProxy(long type, Proxy const& proxy) {

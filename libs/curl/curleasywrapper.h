@@ -73,6 +73,10 @@ public:
     /// "none" leaves the proxy to libcurl, which looks at the environment. Throws Exception for an unknown
     /// type.
     void setProxy(Proxy const& proxy);
+    /// Goes through the proxy at this URL, to which a tunnel is asked of by CONNECT for every request. The
+    /// login and the password are the proxy's alone, and only when it is one of HTTP that has refused the
+    /// tunnel without them (407): the transfer is then made once more. What setProxy() has set is void.
+    void setTunnel(String const& proxyUrl, Credentials const& credentials);
     /// `share` must live until removeShare() or the handle's end.
     void setShare(CURLSH* share);
     void removeShare();
@@ -107,6 +111,8 @@ private:
     int setUpTransfer(WriteCallback callback, void* callbackData, String const& postData);
     bool isCancelled() const { return m_cancelFlag && *m_cancelFlag; }
     int perform(unsigned urlLength, std::chrono::seconds whole);
+    int performOnce(unsigned urlLength, std::chrono::seconds whole);
+    bool answerProxy();
     void useProxy(long type, Proxy const& proxy);
 
     std::shared_ptr<CurlInitializer> const m_initializer = CurlInitializer::instance();
@@ -119,8 +125,9 @@ private:
     std::optional<RequestUrl> m_url; // of the last transfer
     http::ResponseHeader m_lastRespHeader;
     long m_lastVerifyResult = 0;
-    int m_proxyError = 0;       // a request must not go without the proxy that it was given
-    unsigned m_proxyLength = 0; // bytes that the proxy's credentials may add to a head
+    int m_proxyError = 0;            // a request must not go without the proxy that it was given
+    Credentials m_tunnelCredentials; // until a transfer has needed them
+    unsigned m_proxyLength = 0;      // bytes that the proxy's credentials may add to a head
     CookieJar m_cookies;
     CancelFlag m_cancelFlag;
 };

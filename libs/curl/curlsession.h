@@ -4,6 +4,7 @@
 #include "base/mutex.h"
 #include "base/strings.h"
 #include "curl/curleasywrapper.h"
+#include "curl/proxysource.h"
 #include "curl/requestinfo.h"
 
 #include <memory>
@@ -35,6 +36,11 @@ public:
     virtual Proxy getProxy(String const& url);
     /// No request may be under way, and the handles made by newHandle() must be gone.
     virtual ~CurlSession();
+
+    /// Where getProxy() names none, and neither does the environment, `source` is asked, which outlives the
+    /// session; null, as at first, is nobody. The credentials that getProxy() gives are then for that proxy,
+    /// as CurlEasyWrapper::setTunnel() says. Before requests are made.
+    void setProxySource(IProxySource* source) { m_proxySource = source; }
 
     /// Each form blocks until the transfer is done; a GET, or a POST when there is a body that is not empty.
     /// True when the transfer was completed, whatever the HTTP status; a failure is logged. `info` is filled
@@ -73,9 +79,13 @@ private:
     template <class Output>
     bool perform(String const& url, Output& out, String const& postData, IRequestInfo* info);
 
+    void chooseProxy(CurlEasyWrapper& handle, String const& url);
+
     struct Cleanup {
         void operator()(CURLSH* share) const;
     };
+
+    IProxySource* m_proxySource = nullptr;
 
     mutable Mutex m_lock; // of the share's data, the base wrapper's cookies and the flag
     CurlEasyWrapper m_base;

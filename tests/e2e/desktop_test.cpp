@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 #include <libintl.h>
 #include <locale.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <csignal>
@@ -132,6 +133,38 @@ TEST_F(Desktop, a_display_that_ends_leaves_the_module_its_time_to_stop) {
     EXPECT_NE(site().moduleLog("Plugin/sample-plugin.log").find("DllStop2"), std::string::npos);
 }
 
+/// The toolkit ends the process by itself there; what ends in order is told of at no next start.
+TEST_F(Desktop, so_does_a_compositor_and_the_next_start_tells_of_nothing) {
+    std::string const weston = "/usr/bin/weston";
+    if (access(weston.c_str(), X_OK) != 0)
+        GTEST_SKIP() << "weston is not installed";
+    siteWithTunnel();
+    TemporaryDirectory runtime;
+    ChildProcess::Environment const around{{"HOME", site().home()},
+                                           {"XDG_RUNTIME_DIR", runtime.path()},
+                                           {"DISPLAY", ""},
+                                           {"GDK_BACKEND", "wayland"},
+                                           {"WAYLAND_DISPLAY", "wl"}};
+    ChildProcess compositor({weston, "--backend=headless-backend.so", "--socket=wl"}, around);
+    auto const awaits = [](auto const& condition) {
+        for (int left = 200; left > 0 && !condition(); --left)
+            std::this_thread::sleep_for(std::chrono::milliseconds(100));
+        return condition();
+    };
+    ASSERT_TRUE(awaits([&] { return access((runtime.path() + "/wl").c_str(), F_OK) == 0; }));
+    ChildProcess client({program, site().url("plugindll")}, around);
+    auto const called = [&](char const* name) {
+        return site().moduleLog("Plugin/sample-plugin.log").find(name) != std::string::npos;
+    };
+    ASSERT_TRUE(awaits([&] { return called("DllGetErrors2"); })) << client.errors();
+    compositor.signal(SIGTERM);
+    EXPECT_GT(client.wait(), 0) << client.errors();
+    EXPECT_TRUE(called("DllStop2"));
+    ChildProcess next({TEST_PROGRAMS "/tarvikclient-cli", refusedUrl}, around);
+    EXPECT_EQ(next.wait(), 2);
+    EXPECT_EQ(next.errors(), "");
+}
+
 TEST_F(Desktop, refused_connection_is_retried_and_then_quit) {
     ChildProcess client = start(refusedUrl);
     ASSERT_TRUE(ui.awaitShown({button, text("Retry")}));
@@ -249,6 +282,28 @@ TEST_F(Desktop, asks_for_the_bytes_of_its_url_also_of_one_that_it_is_handed_whil
     EXPECT_EQ(site().requests(" /caf%E9?"), 3u);
 }
 
+TEST_F(Desktop, a_link_that_the_running_client_does_not_take_is_not_lost_in_silence) {
+    ChildProcess running({TEST_PROGRAMS "/gui_instanceprobe", "0", "", "9"}, {{"HOME", site().home()}});
+    ASSERT_TRUE(running.awaitOutput("first"));
+    running.signal(SIGSTOP);
+    {
+        ChildProcess second = start(refusedUrl);
+        ASSERT_TRUE(ui.awaitShown({"label", text("HANDOVER_WAITING").substr(0, 30) + "*"})) << ui.describe();
+        running.signal(SIGCONT);
+        EXPECT_EQ(second.wait(), 0) << second.errors();
+        EXPECT_EQ(second.errors().find("has not taken"), std::string::npos);
+    }
+    running.signal(SIGSTOP);
+    ChildProcess second = start(refusedUrl);
+    EXPECT_TRUE(
+        ui.awaitShown({"label", text("HANDOVER_FAILED").substr(0, 30) + "*"}, std::chrono::seconds(25)));
+    for (int tries = 3; tries > 0 && ui.click({button, text("&Quit")}); --tries) // it moves as the text grows
+        if (ui.awaitGone({button, text("&Quit")}, std::chrono::seconds(2)))
+            break;
+    EXPECT_EQ(second.wait(), 1);
+    EXPECT_NE(second.errors().find("has not taken the URL\n"), std::string::npos) << second.errors();
+}
+
 /// Under a policy that asks about each gateway.
 class DesktopPolicy : public Desktop {
 protected:
@@ -304,7 +359,7 @@ TEST_F(Desktop, a_start_that_cannot_succeed_says_so_and_ends) {
          {std::vector{program, std::string("a"), std::string("b")}, {program, "--unknown"}}) {
         ChildProcess wrong(command);
         EXPECT_EQ(wrong.wait(), 64);
-        EXPECT_EQ(wrong.errors(), "usage: tarvikclient [URL]\n");
+        EXPECT_EQ(wrong.errors().find("usage: tarvikclient [URL]\n"), 0u);
     }
     ChildProcess blind({program, refusedUrl}, {{"HOME", site().home()}, {"DISPLAY", ""}});
     EXPECT_GT(blind.wait(), 0);

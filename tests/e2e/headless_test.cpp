@@ -178,6 +178,20 @@ TEST(Headless, an_order_to_stop_is_heard_after_a_hang_up) {
     expectStopped(session);
 }
 
+TEST(Headless, programs_say_what_they_are_without_a_home_or_a_display) {
+    std::pair<std::string, std::string> const cases[] = {{"--version", " 8.2.0.21\n"},
+                                                         {"--help", "print the program's version\n"}};
+    for (std::string const& program : {client, std::string(TEST_PROGRAMS "/tarvikclient")})
+        for (auto const& [option, end] : cases) {
+            if (!std::filesystem::exists(program))
+                continue; // built without windows
+            ChildProcess asked({program, option}, {{"HOME", "/dev/null"}, {"DISPLAY", ""}});
+            EXPECT_EQ(asked.wait(), 0) << program << option << asked.errors();
+            EXPECT_TRUE(asked.output().ends_with(end)) << asked.output();
+            EXPECT_EQ(asked.errors(), "");
+        }
+}
+
 TEST(Headless, wrong_usage_and_an_unusable_home) {
     for (std::vector<std::string> const& arguments :
          {std::vector<std::string>{client}, {client, "a", "b"}, {client, "--unknown"}}) {

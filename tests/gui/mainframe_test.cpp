@@ -13,6 +13,7 @@
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <wx/checkbox.h>
 #include <wx/menu.h>
 #include <wx/textctrl.h>
 
@@ -203,6 +204,71 @@ TEST_F(MainFrame, only_confirmed_settings_are_saved_and_a_failure_is_told_and_ke
     EXPECT_EQ(test::readFile(settings), oldSettings);
     editAndPress(wxID_OK);
     EXPECT_NE(test::readFile(settings).find("<login>edited</login>"), std::string::npos);
+}
+
+class NewMainFrame : public FrameTest {};
+
+TEST_F(NewMainFrame, works_and_tells_of_settings_that_cannot_be_read) {
+    for (char const* const content :
+         {"<no xml", "<tarvikclient><proxy><credentials/></proxy></tarvikclient>"}) {
+        test::writeFile(settings, content);
+        makeFrame();
+        frame->tellOfStart();
+        wxWindow* const sentence = wxWindow::FindWindowByLabel("SETTINGS_UNREADABLE");
+        ASSERT_NE(sentence, nullptr) << content;
+        whenModal([](wxDialog& dialog) { press(dialog, wxID_OK); });
+        press(*wxGetTopLevelParent(sentence), "Settings");
+        EXPECT_EQ(test::readFile(settings + ".broken"), content);
+        frame->stop();
+        EXPECT_TRUE(goes());
+        EXPECT_TRUE(eventually([] { return !wxWindow::FindWindowByLabel("SETTINGS_UNREADABLE"); }));
+    }
+}
+
+TEST_F(NewMainFrame, tells_how_the_last_session_ended_and_shows_its_log) {
+    String const own = home.file(".Tarvik/tarvikclient.log");
+    for (std::string const& place : {std::string("/nonexistent"), data + "/tarvikclient.log"}) {
+        test::writeFile(own, "what happened\n");
+        test::writeFile(home.file(".Tarvik/session-a.mark"),
+                        "running 5\nlog " + place + "\ncrashed 9 DllStart2 a.so\n");
+        makeFrame();
+        frame->tellOfStart();
+        wxWindow* const sentence = wxWindow::FindWindowByLabel("LAST_SESSION");
+        ASSERT_NE(sentence, nullptr);
+        wxWindow* const notice = wxGetTopLevelParent(sentence);
+        EXPECT_NE(wxWindow::FindWindowByLabel(place == "/nonexistent"
+                                                  ? "LAST_SESSION_MODULE_FAILED LAST_SESSION_ENDED_AT"
+                                                  : "LAST_SESSION_MODULE_FAILED LAST_SESSION_ENDED_AT\n\n"
+                                                    "LAST_SESSION_ADVICE",
+                                              notice),
+                  nullptr);
+        EXPECT_EQ(wxWindow::FindWindowByLabel("LAST_SESSION_LOG", notice) != nullptr,
+                  place != "/nonexistent");
+        press(*notice, "LAST_SESSION_LOG");
+        wxWindow* const file = wxWindow::FindWindowByLabel("LOGS_FILE"); // in the log's window
+        EXPECT_EQ(file && file->GetToolTipText().EndsWith("tarvikclient-last.log"), place != "/nonexistent");
+        frame->stop();
+        EXPECT_TRUE(goes());
+        EXPECT_TRUE(eventually([] { return !wxWindow::FindWindowByLabel("LAST_SESSION"); }));
+    }
+    makeFrame();
+    frame->tellOfStart();
+    EXPECT_EQ(wxWindow::FindWindowByLabel("LAST_SESSION"), nullptr) << "told twice";
+}
+
+TEST_F(MainFrame, the_choice_of_the_desktops_proxy_is_kept_in_a_file_of_its_own) {
+    for (bool const chosen : {true, false}) {
+        whenModal([chosen](wxDialog& dialog) {
+            auto* const box =
+                dynamic_cast<wxCheckBox*>(wxWindow::FindWindowByName(wxCheckBoxNameStr, &dialog));
+            EXPECT_EQ(box->GetValue(), !chosen);
+            box->SetValue(chosen);
+            press(dialog, wxID_OK);
+        });
+        frame->showConfigurationDialogModal(nullptr);
+        EXPECT_EQ(test::readFile(home.file(".Tarvik/use-system-proxy")), chosen ? "yes\n" : "no\n");
+        EXPECT_EQ(test::readFile(settings).find("system"), std::string::npos);
+    }
 }
 
 /// On a desktop with a system tray.

@@ -6,6 +6,7 @@
 #include "tarvikclient/cli/wakeups.h"
 #include "tarvikclient/client.h"
 #include "tarvikclient/launchargument.h"
+#include "tarvikclient/programinformation.h"
 
 #include <cstdio>
 #include <exception>
@@ -41,6 +42,8 @@ int runSession(cli::CommandLine const& arguments) {
     cli::LineNotify notify(wakeups);
     cli::Consent consent;
     TarvikClient client(notify, arguments.yes ? &consent : nullptr);
+    if (client.leftSession())
+        std::fprintf(stderr, "tarvikclient-cli: %s\n", client.leftSession()->describe().str());
     client.run(takeArgument(arguments.url));
     return static_cast<int>(serve(client, notify, wakeups));
 }
@@ -48,6 +51,8 @@ int runSession(cli::CommandLine const& arguments) {
 } // namespace
 
 int main(int argc, char** argv) {
+    if (auto const code = answerAboutProgram(argc, argv, "tarvikclient-cli", cli::usage))
+        return *code;
     cli::CommandLine const arguments = cli::readCommandLine(argc, argv);
     if (arguments.task == cli::CommandLine::Task::wrongUsage) {
         std::fputs(cli::usage, stderr);

@@ -4,6 +4,8 @@
 #include "tarvikclient/gui/guielements.h"
 #include "tarvikclient/gui/model/settingsedit.h"
 
+#include <wx/checkbox.h>
+
 namespace quillon {
 
 /// Edits a copy of the user's settings; whoever shows the dialog stores them when it returns wxID_OK, which
@@ -20,6 +22,9 @@ public:
 
     void readConfiguration(ClientLocalConfiguration& conf);
     void writeConfiguration(ClientLocalConfiguration& conf);
+    /// The check box of the desktop's proxy, which is no part of that configuration.
+    void setSystemProxyUsed(bool used) { useSystemProxy->SetValue(used); }
+    bool isSystemProxyUsed() const { return useSystemProxy->GetValue(); }
 
     /// Called by wxID_OK; false keeps the dialog open.
     bool Validate() override;

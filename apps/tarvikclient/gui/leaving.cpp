@@ -54,6 +54,7 @@ void Leaving::answer(wxCloseEvent& event) {
 
 void Leaving::withoutDisplay() {
     if (m_client->isRunning()) {
+        SessionMark::expectEnd();
         m_client->stop();
         m_client->join(std::chrono::milliseconds(Quitting::grace).count());
     }

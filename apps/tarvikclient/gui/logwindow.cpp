@@ -2,6 +2,7 @@
 
 #include "base/log.h"
 #include "tarvikclient/gui/dialoglayout.h"
+#include "tarvikclient/gui/logwindowparts.h"
 #include "tarvikclient/gui/model/logtail.h"
 #include "tarvikclient/gui/model/privatetext.h"
 #include "tarvikclient/gui/platform/accessibility.h"
@@ -42,6 +43,8 @@ public:
     ~LogWindow() override;
 
     bool ShouldPreventAppExit() const override { return false; }
+    wxString const& path() const { return m_path; }
+    void end();
 
 private:
     void makeLayout();
@@ -49,7 +52,6 @@ private:
     void bindEvents(wxWindow* owner);
     void onDestroyed(wxWindowDestroyEvent& event);
     void onKey(wxKeyEvent& event);
-    void end();
 
     void poll();
     void append(wxString const& text);
@@ -107,18 +109,14 @@ LogWindow::~LogWindow() {
 void LogWindow::makeLayout() {
     Distances const space(*this);
     auto* const panel = new wxPanel(this);
-    m_text = new wxTextCtrl(panel, wxID_ANY, "", wxDefaultPosition, wxDefaultSize,
-                            wxTE_MULTILINE | wxTE_READONLY | wxTE_DONTWRAP | wxTE_NOHIDESEL);
+    m_text = makeLogText(panel);
     setAccessibleName(*m_text, GetTitle());
-    m_text->SetFont(wxFont(m_text->GetFont().GetPointSize(), wxFONTFAMILY_TELETYPE, wxFONTSTYLE_NORMAL,
-                           wxFONTWEIGHT_NORMAL));
-    m_text->SetMinSize(FromDIP(wxSize(300, 120)));
-    // TRANSLATORS: stands above the empty text field.
-    m_hint = new wxStaticText(panel, wxID_ANY, _("LOGS_EMPTY"));
-    m_hint->Wrap(FromDIP(defaultSize).x - 4 * space.margin);
+    m_hint = makeLogHint(panel, m_path, FromDIP(defaultSize).x - 4 * space.margin);
     auto* const column = new wxBoxSizer(wxVERTICAL);
     column->Add(m_hint, wxSizerFlags().Border(wxLEFT | wxRIGHT | wxTOP, space.margin));
     column->Add(m_text, wxSizerFlags(1).Expand().Border(wxALL, space.margin));
+    column->Add(makeLogPlace(panel, m_path),
+                wxSizerFlags().Expand().Border(wxLEFT | wxRIGHT | wxBOTTOM, space.margin));
     column->Add(makeButtons(panel),
                 wxSizerFlags().Expand().Border(wxLEFT | wxRIGHT | wxBOTTOM, space.margin));
     panel->SetSizer(column);
@@ -305,6 +303,8 @@ int LogWindow::ask(wxDialog& dialog) {
 } // namespace
 
 void showLogWindow(wxWindow* parent, wxString const& path, wxString const& gateway) {
+    if (openWindow && openWindow->path() != path)
+        openWindow->end();
     if (!openWindow)
         openWindow = new LogWindow(parent, path, gateway);
     openWindow->Show();

@@ -9,7 +9,9 @@
 #include "tarvikclient/gui/connectionerrordialog.h"
 #include "tarvikclient/gui/gatewaydialog.h"
 #include "tarvikclient/gui/logwindow.h"
+#include "tarvikclient/gui/model/lastsession.h"
 #include "tarvikclient/gui/model/wxconversion.h"
+#include "tarvikclient/gui/noticewindow.h"
 #include "tarvikclient/gui/notificationpanel.h"
 #include "tarvikclient/gui/platform/desktopnotification.h"
 #include "tarvikclient/gui/systray.h"
@@ -143,6 +145,37 @@ void TarvikMainFrame::notifyUser() {
     showDesktopNotification(_("TarvikClient"), connected ? notificationPanel->statusLine() : m_state.text());
 }
 
+void TarvikMainFrame::tellOfStart() {
+    if (client->leftSession())
+        tellOfLastSession(*client->leftSession());
+    if (client->getLocalConfiguration().isFileUnreadable())
+        tellOfSettings();
+}
+
+void TarvikMainFrame::tellOfSettings() {
+    // TRANSLATORS: {path} is where the settings that could not be read will be.
+    wxString text = _("SETTINGS_UNREADABLE_DETAILS");
+    wxString path = quillonToWxString(client->getLocalConfPath() + ClientLocalConfiguration::brokenSuffix);
+    path.Replace("//", "/");
+    text.Replace("{path}", path);
+    // TRANSLATORS: a window's first sentence.
+    showNotice(*this, {_("SETTINGS_UNREADABLE"), text, _("Settings"),
+                       [this] { showConfigurationDialogModal(nullptr); }});
+}
+
+void TarvikMainFrame::tellOfLastSession(LeftSession const& left) {
+    // TRANSLATORS: a window's first sentence.
+    Notice notice{_("LAST_SESSION"), lastSessionText(left), wxString(), nullptr};
+    if (!left.log.empty()) {
+        // TRANSLATORS: a button; opens the log of that session.
+        notice.button = _("LAST_SESSION_LOG");
+        // TRANSLATORS: follows what happened.
+        notice.text += "\n\n" + _("LAST_SESSION_ADVICE");
+        notice.action = [this, path = quillonToWxString(left.log)] { showLog(path); };
+    }
+    showNotice(*this, notice);
+}
+
 void TarvikMainFrame::stop() {
     m_leaving.begin();
 }
@@ -172,6 +205,7 @@ void TarvikMainFrame::showConfigurationDialogModal(wxWindow* parent) {
     TarvikClientConfigurationDialog dialog(parent);
     dialog.setGateway(quillonToWxString(client->getMediation()));
     dialog.readConfiguration(client->getLocalConfiguration());
+    dialog.setSystemProxyUsed(client->usesSystemProxy());
     if (dialog.ShowModal() == wxID_OK)
         saveSettings(dialog);
     if (m_postponed)
@@ -181,6 +215,7 @@ void TarvikMainFrame::showConfigurationDialogModal(wxWindow* parent) {
 void TarvikMainFrame::saveSettings(TarvikClientConfigurationDialog& dialog) {
     dialog.writeConfiguration(client->getLocalConfiguration());
     try {
+        client->useSystemProxy(dialog.isSystemProxyUsed());
         client->saveLocalConfiguration();
     } catch (EFile const&) {
         // What was entered is in force all the same, until the program ends.
@@ -204,8 +239,12 @@ void TarvikMainFrame::showAbout() {
 
 void TarvikMainFrame::showLogs() {
     client->showLogs();
-    showLogWindow(this, quillonToWxString(console->getFilename(TRACE)),
-                  quillonToWxString(client->getMediation()));
+    String const path = console->getFilename(TRACE);
+    showLog(path == "null" ? wxString() : quillonToWxString(path));
+}
+
+void TarvikMainFrame::showLog(wxString const& path) {
+    showLogWindow(this, path, quillonToWxString(client->getMediation()));
 }
 
 void TarvikMainFrame::showError(wxWindow* parent, wxString const& text, wxString const& okLabel) {

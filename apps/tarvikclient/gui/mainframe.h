@@ -26,6 +26,9 @@ public:
 
     /// Runs the client with the launch URL, when no session runs.
     void start(String const& url);
+    /// Tells the person of what was found at the start: how the last session ended, if that was not in
+    /// order, and of settings that could not be read.
+    void tellOfStart();
     /// The URL as the C library's encoding expresses it.
     void start(wxString const& url);
     /// The user wants out: ends the session, then the application. Open dialogs are cancelled. Whatever the
@@ -66,6 +69,9 @@ private:
     void onTunnelStatus(wxThreadEvent& event);
     /// A session begins, with nothing known of it but the gateway.
     void begin(String const& gateway);
+    void tellOfLastSession(LeftSession const& left);
+    void tellOfSettings();
+    void showLog(wxString const& path);
     void saveSettings(TarvikClientConfigurationDialog& dialog);
     void showError(wxWindow* parent, wxString const& text, wxString const& okLabel);
 

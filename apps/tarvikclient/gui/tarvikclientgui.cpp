@@ -142,6 +142,7 @@ void TarvikClientGui::init(String const& url) {
         mainhiddenframe->announceEndBy([this] { refuseUrls(); });
         mainhiddenframe->Show(false);
         mainhiddenframe->start(url);
+        mainhiddenframe->tellOfStart();
     } catch (...) {
         logException("init");
         m_exitCode = 1;
