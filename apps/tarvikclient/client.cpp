@@ -88,6 +88,7 @@ bool TarvikClient::start() {
     {
         TSynchronize<Mutex> failureLock(m_mutex);
         m_failure = {};
+        m_connectError = {};
     }
     return Thread::run(false);
 }
@@ -125,6 +126,11 @@ String TarvikClient::getMediation() const {
 SessionFailure TarvikClient::getFailure() const {
     TSynchronize<Mutex> lock(m_mutex);
     return m_failure;
+}
+
+RequestInfo TarvikClient::getConnectError() const {
+    TSynchronize<Mutex> lock(m_mutex);
+    return m_connectError;
 }
 
 bool TarvikClient::allowsCertificateExceptions() const {

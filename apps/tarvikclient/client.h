@@ -2,6 +2,7 @@
 #pragma once
 
 #include "base/thread.h"
+#include "curl/requestinfo.h"
 #include "tarvikclient/clientconfiguration.h"
 #include "tarvikclient/clientnotify.h"
 #include "tarvikclient/gatewayconsent.h"
@@ -23,10 +24,10 @@ class ETarvikClient : public Exception {
 /// do, makes the sub-client for it and runs that. Made once, on the interface's thread; making it
 /// sends the log to its file and makes the user's data directory the current one.
 ///
-/// run(), restart(), stop(), cancel(), showLogs(), isRunning(), join(), getMediation(), getFailure() and
-/// allowsCertificateExceptions() may be called on any thread. Destroying the client neither stops nor joins
-/// its thread: the owner does both before. It ends downloads that modules still have under way and waits for
-/// them, about a second.
+/// run(), restart(), stop(), cancel(), showLogs(), isRunning(), join(), getMediation(), getFailure(),
+/// getConnectError() and allowsCertificateExceptions() may be called on any thread. Destroying the client
+/// neither stops nor joins its thread: the owner does both before. It ends downloads that modules still have
+/// under way and waits for them, about a second.
 class TarvikClient final : public ClientConfigurationDispatcher, public Thread, public ISubClientHost {
 public:
     /// The client's version, as the gateway is told it and the user is shown it.
@@ -68,6 +69,8 @@ public:
     String getMediation() const override;
     /// What the last onFatalError() was about; nothing since a session has started.
     SessionFailure getFailure() const;
+    /// What the last onConnectError() was about; no transfer since a session has started.
+    RequestInfo getConnectError() const;
     /// Whether the policy of the last session lets the user's list of hosts without certificate checks count.
     bool allowsCertificateExceptions() const;
     String getLocalConfPath() const;
@@ -138,6 +141,7 @@ private:
     std::shared_ptr<GatewayQuestion> m_question; // while it is open
     String m_mediation;
     SessionFailure m_failure;
+    RequestInfo m_connectError;
 };
 
 } // namespace quillon

@@ -113,12 +113,16 @@ bool TarvikClient::loadConfiguration() {
     if (!m_downloadManager.getSession().request(url, body, information)) {
         if (!endedByOrder()) {
             m_audit.setOutcome("unreachable");
+            {
+                TSynchronize<Mutex> lock(m_mutex);
+                m_connectError = information;
+            }
             m_notify.onConnectError(information);
         }
         return false;
     }
-    unsigned const status = information.getResponseHeader().getResponseCode();
     m_failing.kind = FailureKind::replyNotUnderstood;
+    unsigned const status = information.getResponseHeader().getResponseCode();
     if (status != statusOk) {
         logError("mediation response is HTTP." + toString(status));
         m_failing = {FailureKind::gatewayError, status};

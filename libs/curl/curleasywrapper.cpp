@@ -41,10 +41,11 @@ String withoutProxySecrets(String const& details) {
     return details.range(0, quote + 2) + (quoted.ends("'") ? http::loggableUri(quoted) : String("..."));
 }
 
-/// Whether `details` are about a connection to some other host than the one that was asked: to the proxy.
+/// Whether `details` are about a proxy, as a connection is to some other host than the one that was asked.
 bool isOfProxy(String const& details, RequestUrl const& url) {
     String const failed("Failed to connect to ");
-    return details.starts(failed) && !details.starts(failed + url.getHost() + " port ");
+    return details.starts("Unsupported proxy ") ||
+           (details.starts(failed) && !details.starts(failed + url.getHost() + " port "));
 }
 
 /// Sets options until one is refused.

@@ -43,6 +43,9 @@ protected:
                 return found;
         return nullptr;
     }
+    static wxString detailsOf(wxDialog& error) {
+        return dynamic_cast<wxTextCtrl&>(*wxWindow::FindWindowByName(wxTextCtrlNameStr, &error)).GetValue();
+    }
     /// Changes the login in the settings dialog and presses a button.
     void editAndPress(int button) {
         whenModal([button](wxDialog& dialog) {
@@ -147,8 +150,9 @@ TEST_F(MainFrame, a_second_connection_error_opens_no_second_dialog) {
     bool together = false;
     whenModal([&](wxDialog& dialog) {
         notify(CLIENTNOTIFY_CONNECT_ERROR, 0, "Code: 28");
-        eventually([] { return wxWindow::FindWindowByLabel("Code: 28") != nullptr; });
-        together = dialogs.otherDialogs == 1 && openModalDialog() == &dialog;
+        eventually([&] { return detailsOf(dialog) == "Code: 28"; });
+        together =
+            detailsOf(dialog) == "Code: 28" && dialogs.otherDialogs == 1 && openModalDialog() == &dialog;
         press(dialog, wxID_EXIT);
     });
     notify(CLIENTNOTIFY_CONNECT_ERROR, 0, "Code: 7");

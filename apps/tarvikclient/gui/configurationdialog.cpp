@@ -39,6 +39,12 @@ void TarvikClientConfigurationDialog::readConfiguration(ClientLocalConfiguration
     fitToContents();
 }
 
+void TarvikClientConfigurationDialog::offerDomain(wxString const& domain) {
+    certIgnoreDomain->ChangeValue(domain);
+    certIgnoreDomain->SetFocus();
+    certIgnoreDomain->SelectAll();
+}
+
 void TarvikClientConfigurationDialog::writeConfiguration(ClientLocalConfiguration& conf) {
     edited().write(conf);
 }

@@ -12,6 +12,9 @@ class TarvikClientConfigurationDialog : public ConfigurationDialog {
 public:
     explicit TarvikClientConfigurationDialog(wxWindow* parent);
 
+    /// Puts a domain into the field, ready to be added.
+    void offerDomain(wxString const& domain);
+
     void readConfiguration(ClientLocalConfiguration& conf);
     void writeConfiguration(ClientLocalConfiguration& conf);
 

@@ -6,8 +6,10 @@
 #include "tarvikclient/gui/artprovider.h"
 #include "tarvikclient/gui/configurationdialog.h"
 #include "tarvikclient/gui/connectionerrordialog.h"
+#include "tarvikclient/gui/fatalerrordialog.h"
 #include "tarvikclient/gui/gatewaydialog.h"
 #include "tarvikclient/gui/logwindow.h"
+#include "tarvikclient/gui/model/failuretext.h"
 #include "tarvikclient/gui/model/wxconversion.h"
 #include "tarvikclient/gui/notificationpanel.h"
 #include "tarvikclient/gui/systray.h"
@@ -30,7 +32,7 @@ struct FshowConfigurationDialog {
     TarvikMainFrame* frame;
     TarvikClientConnectionErrorDialog* dialog;
 
-    void operator()(wxCommandEvent&) const { frame->showConfigurationDialogModal(dialog); }
+    void operator()(wxCommandEvent&) const { frame->showSettingsAfterError(*dialog); }
 };
 
 } // namespace
@@ -92,12 +94,26 @@ void TarvikMainFrame::hideTaskBarIcon() {
 }
 
 void TarvikMainFrame::showConfigurationDialogModal(wxWindow* parent) {
+    showSettings(parent, wxString());
+}
+
+void TarvikMainFrame::showSettingsAfterError(TarvikClientConnectionErrorDialog& dialog) {
+    String const gateway = client->getMediation();
+    bool const offers = connectionErrorOf(client->getConnectError()).isOfGatewaysCertificate() &&
+                        client->allowsCertificateExceptions() &&
+                        !client->getLocalConfiguration().isSslCertIgnored(gateway);
+    showSettings(&dialog, offers ? quillonToWxString(gateway) : wxString());
+}
+
+void TarvikMainFrame::showSettings(wxWindow* parent, wxString const& offeredDomain) {
     if (auto* const open = m_nestedLoops.find<TarvikClientConfigurationDialog>()) {
         open->Raise();
         return;
     }
     TarvikClientConfigurationDialog dialog(parent);
     dialog.readConfiguration(client->getLocalConfiguration());
+    if (!offeredDomain.empty())
+        dialog.offerDomain(offeredDomain);
     if (dialog.ShowModal() == wxID_OK)
         saveSettings(dialog);
     if (m_postponed)
@@ -157,7 +173,7 @@ void TarvikMainFrame::onClientConnectError(wxThreadEvent& event) {
     if (m_leaving.begun())
         return; // it failed before it could be cut off
     if (auto* const open = m_nestedLoops.find<TarvikClientConnectionErrorDialog>()) {
-        open->setErrorContent(event.GetString());
+        describeConnectError(*open, event.GetString());
         return;
     }
     // The error dialog would lock up the settings below it, to which it leads.
@@ -176,9 +192,18 @@ int TarvikMainFrame::askAfterConnectError(wxString const& text) {
     TarvikClientConnectionErrorDialog dialog(this);
     dialog.Bind(wxEVT_BUTTON, FshowConfigurationDialog{this, &dialog},
                 ConnectionErrorDialog::settingsButtonId);
-    dialog.setGateway(quillonToWxString(client->getMediation()));
-    dialog.setErrorContent(text);
+    dialog.Bind(
+        wxEVT_BUTTON, [this](wxCommandEvent&) { showLogs(); }, ConnectionErrorDialog::logButtonId);
+    describeConnectError(dialog, text);
     return dialog.ShowModal();
+}
+
+void TarvikMainFrame::describeConnectError(TarvikClientConnectionErrorDialog& dialog, wxString const& text) {
+    wxString const gateway = quillonToWxString(client->getMediation());
+    dialog.setGateway(gateway);
+    dialog.setAdvice(adviceOn(connectionErrorOf(client->getConnectError()),
+                              {gateway, client->allowsCertificateExceptions()}));
+    dialog.setErrorContent(text);
 }
 
 void TarvikMainFrame::retry() {
@@ -223,8 +248,11 @@ void TarvikMainFrame::onFatalError(wxThreadEvent&) {
 
 void TarvikMainFrame::fail() {
     if (!m_leaving.begun())
-        // TRANSLATORS: a message whose only button ends the program. The reason is in the log.
-        showError(this, _("UNKNOWN_ERROR_HAS_OCCURED"), wxGetStockLabel(wxID_EXIT));
+        // TRANSLATORS: a message whose only button ends the program. More sentences follow.
+        TarvikClientFatalErrorDialog(_("UNKNOWN_ERROR_HAS_OCCURED"),
+                                     textsOf(client->getFailure(), quillonToWxString(client->getMediation())),
+                                     wxGetStockLabel(wxID_EXIT))
+            .ShowModal();
     stop();
 }
 
