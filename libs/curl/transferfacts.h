@@ -14,7 +14,7 @@ struct TransferFacts {
     unsigned proxyStatus = 0;  ///< HTTP status of the proxy's answer to CONNECT; 0: none
     bool proxyRefused = false; ///< the proxy's own certificate did not verify
     /// Of the verification that was made last; none where the TLS library does not tell.
-    std::optional<CertificateFacts> certificate;
+    std::optional<CertificateFacts> certificate = {};
 };
 
 } // namespace quillon

@@ -15,7 +15,7 @@ struct ConnectionAdvice {
 
 /// What the advice depends on beside the error.
 struct ConnectionPlace {
-    wxString gateway;           ///< its host, and port if there is one; empty: unknown
+    wxString gateway;            ///< its host, and port if there is one; empty: unknown
     bool allowsException = true; ///< whether the policy lets the user have certificates not checked
     std::time_t now = std::time(nullptr);
 };

@@ -73,9 +73,9 @@ wxString happenedAtStart(std::exception_ptr const& failure) {
 } // namespace
 
 std::vector<wxString> textsOf(SessionFailure const& failure, wxString const& gateway) {
-    std::vector<wxString> texts{filledIn(
-        happened(failure.kind),
-        {{"{gateway}", gatewayInText(gateway)}, {"{status}", wxString::Format("%u", failure.httpStatus)}})};
+    std::vector<wxString> texts{
+        filledIn(happened(failure.kind), {{"{gateway}", gatewayInText(gateway)},
+                                          {"{status}", wxString::Format("%u", failure.httpStatus)}})};
     wxString const words = strangersText(failure.gatewaysWords, longestWords);
     if (!words.empty())
         // TRANSLATORS: {words} is a text that came from the gateway, in whatever language.
