@@ -62,7 +62,8 @@ TEST(ConnectionAdvice, each_fault_has_a_text_of_its_own_in_each_language) {
                 EXPECT_TRUE(text.find_first_of("{}") == wxString::npos);
                 EXPECT_GT(text.length(), 20u);
             }
-            bool const named = error.isOfGatewaysCertificate() && error.fault != ConnectionFault::certificateUnknown;
+            bool const named =
+                error.isOfGatewaysCertificate() && error.fault != ConnectionFault::certificateUnknown;
             EXPECT_EQ(advice.happened.Contains("shown.example"), named);
             EXPECT_EQ(advice.happened.Contains("2027"), named);
             ++count;
@@ -70,7 +71,8 @@ TEST(ConnectionAdvice, each_fault_has_a_text_of_its_own_in_each_language) {
         }
         auto const failures = static_cast<int>(FailureKind::other);
         for (int i = static_cast<int>(FailureKind::badLink); i <= failures; ++i)
-            for (wxString const& text : textsOf({static_cast<FailureKind>(i), 599, "their words"}, "gate.example"))
+            for (wxString const& text :
+                 textsOf({static_cast<FailureKind>(i), 599, "their words"}, "gate.example"))
                 EXPECT_FALSE(text.Contains("_") || text.find_first_of("{}") != wxString::npos) << text;
     }
     EXPECT_EQ(all.size(), count);
@@ -90,7 +92,9 @@ TEST(ConnectionAdvice, what_a_certificate_and_a_gateway_say_is_cleaned_bounded_a
     std::tuple<String, wxString> const cases[] = {
         {"a&b <b>%s</b> {issuer}", "“a&b <b>%s</b> {issuer}”"},
         {"a\nb\t\x1b[31mc\x7f", "“a b [31mc”"},
-        {"a\xE2\x80\xAE" "b\xE2\x81\xA7\xEF\xBB\xBF", "“ab”"},
+        {"a\xE2\x80\xAE"
+         "b\xE2\x81\xA7\xEF\xBB\xBF",
+         "“ab”"},
         {"\xD7\x90", wxString::FromUTF8("“\xE2\x81\xA8\xD7\x90\xE2\x81\xA9”")},
         {" \n\xE2\x80\x8B", "“gate.example”"}, // nothing to be seen: it is the gateway's for all we know
     };
@@ -100,7 +104,8 @@ TEST(ConnectionAdvice, what_a_certificate_and_a_gateway_say_is_cleaned_bounded_a
             << shown;
     String const huge = String::copyOf(std::string(1000000, 'x'));
     SessionFailure const refused{FailureKind::refusedByGateway, 0, huge};
-    EXPECT_LT(textOf(errorWith(ConnectionFault::certificateBad, huge), {wxString('y', 1000000)}).length(), 1000u);
+    EXPECT_LT(textOf(errorWith(ConnectionFault::certificateBad, huge), {wxString('y', 1000000)}).length(),
+              1000u);
     EXPECT_LT(textsOf(refused, "").at(1).length(), 400u);
 }
 
