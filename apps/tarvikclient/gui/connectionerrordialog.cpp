@@ -17,9 +17,10 @@ namespace quillon {
 namespace {
 
 constexpr int widthInCharacters = 64;
-constexpr int fewestLines = 2;
+constexpr int largestWidth = 90; // where the screen has no height for it
+constexpr int fewestLines = 1;
 constexpr int mostLines = 6;
-constexpr std::size_t longestName = 60;
+constexpr std::size_t longestName = 40;
 constexpr std::size_t mostCharacters = 2000; // far more than there are; one line of 40000 takes minutes
 
 constexpr wchar_t ellipsis = 0x2026;
@@ -40,17 +41,15 @@ TarvikClientConnectionErrorDialog::TarvikClientConnectionErrorDialog(wxWindow* p
 
 void TarvikClientConnectionErrorDialog::setGateway(wxString const& gateway) {
     // TRANSLATORS: shown instead of CONNECTION_ERROR when the gateway's name is not known.
-    wxString heading = _("CONNECTION_ERROR_NO_NAME");
+    m_heading = _("CONNECTION_ERROR_NO_NAME");
     if (!gateway.empty())
         // TRANSLATORS: {gateway} is the name of the gateway's host.
-        heading = filledIn(_("CONNECTION_ERROR"), {{"{gateway}", strangersText(gateway, longestName)}});
-    setText(*errorHeading, heading);
+        m_heading = filledIn(_("CONNECTION_ERROR"), {{"{gateway}", strangersText(gateway, longestName)}});
     fit();
 }
 
 void TarvikClientConnectionErrorDialog::setAdvice(ConnectionAdvice const& advice) {
-    setText(*errorHappened, advice.happened);
-    setText(*errorToDo, advice.whatToDo);
+    m_advice = advice;
     fit();
 }
 
@@ -63,21 +62,37 @@ void TarvikClientConnectionErrorDialog::setErrorContent(wxString const& text) {
     fit();
 }
 
-void TarvikClientConnectionErrorDialog::setText(wxStaticText& label, wxString const& text) {
-    setWrappedLabel(label, text, textWidth(*this, widthInCharacters) - label.GetPosition().x);
-    label.Show(!text.empty());
+void TarvikClientConnectionErrorDialog::fit() {
+    for (int const characters : {widthInCharacters, largestWidth}) {
+        int const width = textWidth(*this, characters);
+        wrapTexts(width);
+        if (fitDetails(width))
+            break;
+    }
+    centre(*this);
+}
+
+void TarvikClientConnectionErrorDialog::wrapTexts(int width) {
+    int const left = width - errorHeading->GetPosition().x; // beside the picture
+    setWrappedLabel(*errorHeading, m_heading, left);
+    setWrappedLabel(*errorHappened, m_advice.happened, left);
+    setWrappedLabel(*errorToDo, m_advice.whatToDo, left);
+    errorHappened->Show(!m_advice.happened.empty());
+    errorToDo->Show(!m_advice.whatToDo.empty());
 }
 
 /// The details get what the screen has left, and are scrolled.
-void TarvikClientConnectionErrorDialog::fit() {
-    int const needed = errorDetails->GetNumberOfLines() + 1;
-    int lines = std::clamp(needed, fewestLines, mostLines);
-    int const height = wxDisplay(this).GetClientArea().GetHeight() * 9 / 10;
-    do {
-        errorDetails->SetMinSize(wxSize(textWidth(*this, widthInCharacters), (lines + 1) * GetCharHeight()));
+bool TarvikClientConnectionErrorDialog::fitDetails(int width) {
+    constexpr int frame = 45; // of the window manager, in pixels of a small screen
+    int const height = wxDisplay(this).GetClientArea().GetHeight() - frame;
+    for (int lines = std::clamp(errorDetails->GetNumberOfLines() + 1, fewestLines, mostLines);
+         lines >= fewestLines; --lines) {
+        errorDetails->SetMinSize(wxSize(width, (lines + 1) * GetCharHeight()));
         GetSizer()->SetSizeHints(this);
-    } while (GetSize().GetHeight() > height && --lines >= fewestLines);
-    centre(*this);
+        if (GetSize().GetHeight() <= height)
+            return true;
+    }
+    return false;
 }
 
 void TarvikClientConnectionErrorDialog::onRetry(wxCommandEvent&) {

@@ -28,8 +28,13 @@ protected:
     void onQuit(wxCommandEvent& event) override;
 
 private:
-    void setText(wxStaticText& label, wxString const& text);
     void fit();
+    void wrapTexts(int width);
+    /// Whether the dialog goes onto the screen.
+    bool fitDetails(int width);
+
+    wxString m_heading;
+    ConnectionAdvice m_advice;
 };
 
 } // namespace quillon

@@ -63,7 +63,7 @@ void setWrappedLabel(wxStaticText& label, wxString const& text, int width) {
 
 int textWidth(wxWindow const& window, int characters) {
     wxDisplay const display(&window);
-    return std::min(characters * window.GetCharWidth(), display.GetClientArea().GetWidth() * 4 / 5);
+    return std::min(characters * window.GetCharWidth(), display.GetClientArea().GetWidth() * 7 / 8);
 }
 
 } // namespace quillon

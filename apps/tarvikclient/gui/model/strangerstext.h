@@ -13,8 +13,8 @@ namespace quillon {
 /// Text that came over the network, fit to stand in a label: without control characters and such as show
 /// nothing or turn the direction of writing, at most `longest` characters long (the middle is left out), and
 /// kept apart from the direction of what stands around it. Any thread.
-wxString strangersText(String const& text, std::size_t longest = 60);
-wxString strangersText(wxString const& text, std::size_t longest = 60);
+wxString strangersText(String const& text, std::size_t longest = 48);
+wxString strangersText(wxString const& text, std::size_t longest = 48);
 
 /// The same for a text of many lines, of which one is as long as it likes: lines and tabs stay, nothing is
 /// left out.
