@@ -1,5 +1,6 @@
 #include "desktop/uidriver.h"
 
+#include <algorithm>
 #include <stdexcept>
 #include <thread>
 
@@ -77,8 +78,9 @@ UiDriver::Accessible UiDriver::child(AtspiAccessible* parent, int index) {
 }
 
 UiDriver::Control UiDriver::controlOf(AtspiAccessible* object) {
-    return {take(atspi_accessible_get_role_name(object, Ignore())),
-            take(atspi_accessible_get_name(object, Ignore()))};
+    std::string name = take(atspi_accessible_get_name(object, Ignore()));
+    std::replace(name.begin(), name.end(), '\n', ' '); // where a label goes on in the next line
+    return {take(atspi_accessible_get_role_name(object, Ignore())), name};
 }
 
 bool UiDriver::isShown(AtspiAccessible* object) {
