@@ -99,6 +99,11 @@ bool TarvikClient::start() {
     // Only where a thread will start, so that a cancelled session is not revived; and before it does, so that
     // whatever is cancelled from now on is the new session.
     m_downloadManager.getSession().resume();
+    {
+        TSynchronize<Mutex> failureLock(m_mutex);
+        m_failure = {};
+        m_connectError = {};
+    }
     return Thread::run(false);
 }
 
@@ -135,6 +140,20 @@ String TarvikClient::getMediation() const {
     return m_mediation;
 }
 
+SessionFailure TarvikClient::getFailure() const {
+    TSynchronize<Mutex> lock(m_mutex);
+    return m_failure;
+}
+
+RequestInfo TarvikClient::getConnectError() const {
+    TSynchronize<Mutex> lock(m_mutex);
+    return m_connectError;
+}
+
+bool TarvikClient::allowsCertificateExceptions() const {
+    return m_downloadManager.getSession().allowsCertificateExceptions();
+}
+
 String TarvikClient::getLocalConfPath() const {
     return File::getUserApplicationDataDirectory() + "/" + "tarvikclient.xml";
 }
@@ -149,7 +168,9 @@ void TarvikClient::verifyDllSignature(String const& modulePath, String const& si
 }
 
 std::unique_ptr<VerifiedModule> TarvikClient::verifyModule(String const& path, char const* kind) {
+    m_isModuleMissing = !File::exists(path);
     auto module = std::make_unique<VerifiedModule>(path, path + SignedDll::fileSuffix, *m_policy, kind);
+    m_failing.kind = FailureKind::moduleNotLoadable;
     m_audit.setModule(module->getRecord().name, module->getRecord().sha256);
     return module;
 }

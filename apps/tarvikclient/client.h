@@ -2,12 +2,14 @@
 #pragma once
 
 #include "base/thread.h"
+#include "curl/requestinfo.h"
 #include "tarvikclient/clientconfiguration.h"
 #include "tarvikclient/clientnotify.h"
 #include "tarvikclient/gatewayconsent.h"
 #include "tarvikclient/leftsession.h"
 #include "tarvikclient/policy.h"
 #include "tarvikclient/sessionaudit.h"
+#include "tarvikclient/sessionfailure.h"
 #include "tarvikclient/sessionmark.h"
 #include "tarvikclient/signeddll.h"
 #include "tarvikclient/subclient.h"
@@ -25,9 +27,10 @@ class ETarvikClient : public Exception {
 /// do, makes the sub-client for it and runs that. Made once, on the interface's thread; making it
 /// sends the log to its file and makes the user's data directory the current one.
 ///
-/// run(), restart(), stop(), cancel(), showLogs(), isRunning(), join() and getMediation() may be called on
-/// any thread. Destroying the client neither stops nor joins its thread: the owner does both before. It ends
-/// downloads that modules still have under way and waits for them, about a second.
+/// run(), restart(), stop(), cancel(), showLogs(), isRunning(), join(), getMediation(), getFailure(),
+/// getConnectError() and allowsCertificateExceptions() may be called on any thread. Destroying the client
+/// neither stops nor joins its thread: the owner does both before. It ends downloads that modules still have
+/// under way and waits for them, about a second.
 class TarvikClient final : public ClientConfigurationDispatcher, public Thread, public ISubClientHost {
 public:
     /// The client's version, as the gateway is told it and the user is shown it.
@@ -76,6 +79,12 @@ public:
 
     /// Host, and port if there is one, of the gateway of the last run.
     String getMediation() const override;
+    /// What the last onFatalError() was about; nothing since a session has started.
+    SessionFailure getFailure() const;
+    /// What the last onConnectError() was about; no transfer since a session has started.
+    RequestInfo getConnectError() const;
+    /// Whether the policy of the last session lets the user's list of hosts without certificate checks count.
+    bool allowsCertificateExceptions() const;
     String getLocalConfPath() const;
     /// Throws EFile when the settings cannot be written.
     void saveLocalConfiguration();
@@ -114,8 +123,9 @@ private:
     void applyPolicy();
     bool mayBegin();
     GatewayQuestion::Answer askUser(http::HostPort const& gateway);
-    bool refuseGateway(char const* outcome, char const* reason);
+    bool refuseGateway(FailureKind kind, char const* outcome, char const* reason);
     bool endedByOrder();
+    void notifyFailure();
     bool loadConfiguration();
     String prepareRequest();
     void installCookie(String const& host, String const& userInfo);
@@ -129,6 +139,8 @@ private:
     std::shared_ptr<Policy const> m_policy = std::make_shared<Policy const>();
     SessionAudit m_audit;
     SessionMark m_mark;
+    SessionFailure m_failing; // what a failure would be about now
+    bool m_isModuleMissing = false;
     IGatewayConsent* const m_consent;
     SystemProxy m_systemProxy; // any thread, but outlives the session that asks it
     // Any thread, synchronised in itself: modules fetch on threads of their own, and orders reach the HTTPS
@@ -144,6 +156,8 @@ private:
     std::unique_ptr<ISubClient> m_subClient;
     std::shared_ptr<GatewayQuestion> m_question; // while it is open
     String m_mediation;
+    SessionFailure m_failure;
+    RequestInfo m_connectError;
 };
 
 } // namespace quillon

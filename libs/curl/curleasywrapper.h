@@ -8,6 +8,7 @@
 #include "curl/curlinitializer.h"
 #include "curl/ecurl.h"
 #include "curl/requesturl.h"
+#include "curl/transferfacts.h"
 #include "http/responseheader.h"
 
 #include <atomic>
@@ -38,6 +39,9 @@ public:
     using WriteCallback = std::size_t (*)(char* bytes, std::size_t size, std::size_t count, void* data);
     /// Becomes true, on any thread, when transfers are to end.
     using CancelFlag = std::shared_ptr<std::atomic<bool> const>;
+    /// Gets libcurl's TLS context before a connection is made and sees to it that the verification is noted;
+    /// must not change its outcome. Called on the thread that makes the request.
+    using TlsObserver = void (*)(void* context, std::optional<CertificateFacts>& note) noexcept;
 
     /// Throws ECurl when libcurl gives no handle.
     CurlEasyWrapper();
@@ -84,6 +88,10 @@ public:
     /// Once the flag is true a transfer under way ends within about a second, whatever it is waiting for, and
     /// later ones fail at once, both with code 42. Null, as at first: nothing ends them.
     void setCancelFlag(CancelFlag const& flag) { m_cancelFlag = flag; }
+    /// Null, as at first: verifications are not noted.
+    void setTlsObserver(TlsObserver observer) noexcept { m_tlsObserver = observer; }
+    /// The TLS library that contexts come from, "OpenSSL/3.0.19" for instance. Any thread.
+    static String tlsLibrary();
 
     /// Percent-encodes every byte but letters, digits, "-", ".", "_" and "~".
     String urlEncodeString(String const& text) const;
@@ -99,6 +107,7 @@ public:
     http::ResponseHeader const& lastRespHeader() const noexcept { return m_lastRespHeader; }
     /// The verification's verdict on the peer's certificate in the last transfer (X509_V_...); 0 is success.
     long lastVerifyResult() const noexcept { return m_lastVerifyResult; }
+    TransferFacts const& lastFacts() const noexcept { return m_lastFacts; }
 
 private:
     struct Cleanup {
@@ -113,6 +122,8 @@ private:
     int perform(unsigned urlLength, std::chrono::seconds whole);
     int performOnce(unsigned urlLength, std::chrono::seconds whole);
     bool answerProxy();
+    void observeTls();
+    void readFacts();
     void useProxy(long type, Proxy const& proxy);
 
     std::shared_ptr<CurlInitializer> const m_initializer = CurlInitializer::instance();
@@ -125,6 +136,8 @@ private:
     std::optional<RequestUrl> m_url; // of the last transfer
     http::ResponseHeader m_lastRespHeader;
     long m_lastVerifyResult = 0;
+    TransferFacts m_lastFacts;
+    TlsObserver m_tlsObserver = nullptr;
     int m_proxyError = 0;            // a request must not go without the proxy that it was given
     Credentials m_tunnelCredentials; // until a transfer has needed them
     unsigned m_proxyLength = 0;      // bytes that the proxy's credentials may add to a head

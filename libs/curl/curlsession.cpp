@@ -131,6 +131,7 @@ String CurlSession::urlEncodeString(String const& text) const {
 std::unique_ptr<CurlEasyWrapper> CurlSession::newHandle() {
     auto handle = std::make_unique<CurlEasyWrapper>();
     handle->setShare(m_share.get()); // takes the lock by itself
+    handle->setTlsObserver(m_tlsObserver);
     TSynchronize<Mutex> lock(m_lock);
     handle->setUserAgent(m_base.getUserAgent());
     handle->copyCookies(m_base);

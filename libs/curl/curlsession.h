@@ -53,6 +53,9 @@ public:
     bool request(String const& url, IWriter& out, IRequestInfo& info);
     bool request(String const& url, Memory& out, IRequestInfo& info);
 
+    /// For the handles that are made from now on; called before requests start.
+    void setTlsObserver(CurlEasyWrapper::TlsObserver observer) noexcept { m_tlsObserver = observer; }
+
     /// Cuts off the transfers under way, which end within about a second, and makes those that follow fail at
     /// once, all with libcurl's code 42; on every handle of the session. Any thread; does not wait.
     void cancel();
@@ -91,6 +94,7 @@ private:
     CurlEasyWrapper m_base;
     // One for the handles between two calls of resume(), shared with them.
     std::shared_ptr<std::atomic<bool>> m_cancelFlag = std::make_shared<std::atomic<bool>>(false);
+    CurlEasyWrapper::TlsObserver m_tlsObserver = nullptr;
     std::unique_ptr<CURLSH, Cleanup> const m_share; // last: cleaned up before its lock goes
 };
 

@@ -88,8 +88,9 @@ UiDriver::Accessible UiDriver::child(AtspiAccessible* parent, int index) {
 }
 
 UiDriver::Control UiDriver::controlOf(AtspiAccessible* object) {
-    return {take(atspi_accessible_get_role_name(object, Ignore())),
-            take(atspi_accessible_get_name(object, Ignore()))};
+    std::string name = take(atspi_accessible_get_name(object, Ignore()));
+    std::replace(name.begin(), name.end(), '\n', ' '); // where a label goes on in the next line
+    return {take(atspi_accessible_get_role_name(object, Ignore())), name};
 }
 
 bool UiDriver::is(AtspiAccessible* object, AtspiStateType state) {

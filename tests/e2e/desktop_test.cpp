@@ -238,7 +238,8 @@ TEST_F(Desktop, a_fatal_error_is_told_in_the_portals_language) {
     // No German locale is needed: the texts come from the client's own catalogue.
     std::string url = site({"--fault", "bad-signature"}).url("plugindll");
     ChildProcess client = start(url.replace(url.find("lang=en"), 7, "lang=de"));
-    EXPECT_TRUE(ui.awaitShown({"label", text("UNKNOWN_ERROR_HAS_OCCURED", "de")})) << ui.describe();
+    for (char const* const key : {"UNKNOWN_ERROR_HAS_OCCURED", "FATAL_SIGNATURE", "STEP_TELL", "STEP_LOG"})
+        EXPECT_TRUE(ui.awaitShown({"label", text(key, "de")})) << ui.describe();
     EXPECT_EQ(ui.wrongNames(), "");
     EXPECT_TRUE(ui.click({button, text("&Quit", "de")})) << ui.describe();
     EXPECT_EQ(client.wait(), 0) << client.errors();
@@ -365,7 +366,8 @@ TEST_F(Desktop, a_start_that_cannot_succeed_says_so_and_ends) {
     EXPECT_GT(blind.wait(), 0);
     ChildProcess homeless({program, refusedUrl}, {{"HOME", "/dev/null"}});
     EXPECT_TRUE(ui.awaitShown({"label", text("UNKNOWN_ERROR_HAS_OCCURED")}));
-    EXPECT_TRUE(ui.click({button, text("OK")})) << ui.describe();
+    EXPECT_TRUE(ui.awaitShown({"label", text("START_DIRECTORY")})) << ui.describe();
+    EXPECT_TRUE(ui.click({button, text("&Quit")})) << ui.describe();
     EXPECT_EQ(homeless.wait(), 1);
 }
 

@@ -14,6 +14,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 #include <wx/checkbox.h>
+#include <wx/gdicmn.h>
+#include <wx/listbox.h>
 #include <wx/menu.h>
 #include <wx/textctrl.h>
 
@@ -46,6 +48,9 @@ protected:
     }
     /// Whether the panel says so.
     bool said(char const* text) { return panel()->IsShown() && wxWindow::FindWindowByLabel(text, panel()); }
+    static wxString detailsOf(wxDialog& error) {
+        return dynamic_cast<wxTextCtrl&>(*wxWindow::FindWindowByName(wxTextCtrlNameStr, &error)).GetValue();
+    }
     /// Changes the login in the settings dialog and presses a button.
     void editAndPress(int button) {
         whenModal([button](wxDialog& dialog) {
@@ -153,13 +158,67 @@ TEST_F(MainFrame, a_second_connection_error_opens_no_second_dialog) {
     bool together = false;
     whenModal([&](wxDialog& dialog) {
         notify(CLIENTNOTIFY_CONNECT_ERROR, 0, "Code: 28");
-        eventually([] { return wxWindow::FindWindowByLabel("Code: 28") != nullptr; });
-        together = dialogs.otherDialogs == 1 && openModalDialog() == &dialog;
+        eventually([&] { return detailsOf(dialog) == "Code: 28"; });
+        together =
+            detailsOf(dialog) == "Code: 28" && dialogs.otherDialogs == 1 && openModalDialog() == &dialog;
         press(dialog, wxID_EXIT);
     });
     notify(CLIENTNOTIFY_CONNECT_ERROR, 0, "Code: 7");
     EXPECT_TRUE(goes());
     EXPECT_TRUE(together);
+}
+
+TEST_F(MainFrame,
+       a_certificate_error_leads_to_the_log_and_to_settings_where_its_gateway_is_ready_but_not_added) {
+    frame->Close(true);
+    ASSERT_TRUE(goes());
+    test::writeFile(settings, "<tarvikclient/>");
+    makeFrame();
+    wxString const authority = wxString::FromUTF8(gateway.server().authority());
+    wxString offered, advice;
+    whenModal([&](wxDialog& error) {
+        for (wxWindow* const child : error.GetChildren())
+            advice += child->GetLabel() + "\n";
+        whenModal([&](wxDialog& top) {
+            auto* const field = dynamic_cast<wxTextCtrl*>(wxWindow::FindFocus());
+            offered = field ? field->GetValue() : wxString();
+            auto const& list = dynamic_cast<wxListBox&>(*wxWindow::FindWindowByName(wxListBoxNameStr, &top));
+            EXPECT_TRUE(list.IsEmpty());
+            press(top, wxID_CANCEL);
+        });
+        press(error, ConnectionErrorDialog::settingsButtonId);
+        press(error, ConnectionErrorDialog::logButtonId);
+        EXPECT_TRUE(wxWindow::FindWindowByLabel("LOGS_TITLE"));
+        press(error, wxID_EXIT);
+    });
+    frame->start(gateway.launchUrl());
+    EXPECT_TRUE(goes());
+    EXPECT_EQ(offered, authority);
+    EXPECT_TRUE(advice.Contains("HAPPENED_CERTIFICATE_SELF_SIGNED\n")) << advice;
+    EXPECT_TRUE(advice.Contains("TODO_CERTIFICATE TODO_CERTIFICATE_EXCEPTION\n")) << advice;
+    EXPECT_EQ(test::readFile(settings), "<tarvikclient/>");
+}
+
+TEST_F(MainFrame, a_fatal_error_names_its_kind_in_a_window_of_its_own_in_the_middle) {
+    dialogs.answer = wxID_NONE; // shown
+    gateway.serve("/mediation", test::json(R"({"success":false,"exception":"a &b <b>%s</b>\u202e"})"));
+    std::vector<wxString> texts;
+    whenModal([&](wxDialog& box) {
+        for (wxWindow* const child : box.GetChildren())
+            texts.push_back(child->GetLabel());
+        EXPECT_FALSE(box.GetParent());
+        EXPECT_FALSE(box.HasFlag(wxFRAME_NO_TASKBAR));
+        EXPECT_TRUE(box.HasFlag(wxDIALOG_NO_PARENT));
+        wxRect const screen = wxGetClientDisplayRect();
+        wxPoint const middle = box.GetScreenRect().GetPosition() + box.GetSize() / 2;
+        EXPECT_NEAR(middle.x, screen.GetWidth() / 2, 20);
+        EXPECT_NEAR(middle.y, screen.GetHeight() / 2, 20);
+        press(box, wxID_OK);
+    });
+    frame->start(gateway.launchUrl());
+    EXPECT_TRUE(goes());
+    EXPECT_EQ(texts, (std::vector<wxString>{"&Quit", "", "UNKNOWN_ERROR_HAS_OCCURED", "FATAL_REFUSED",
+                                            "FATAL_GATEWAYS_WORDS", "STEP_LINK", "STEP_LOG"}));
 }
 
 TEST_F(MainFrame, a_connection_error_waits_until_the_settings_are_closed) {

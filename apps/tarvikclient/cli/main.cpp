@@ -1,6 +1,7 @@
 // The client without a screen: one session, one line per notification on standard output.
 #include "tarvikclient/cli/commandline.h"
 #include "tarvikclient/cli/consent.h"
+#include "tarvikclient/cli/failuretext.h"
 #include "tarvikclient/cli/linenotify.h"
 #include "tarvikclient/cli/policyreport.h"
 #include "tarvikclient/cli/wakeups.h"
@@ -45,7 +46,10 @@ int runSession(cli::CommandLine const& arguments) {
     if (client.leftSession())
         std::fprintf(stderr, "tarvikclient-cli: %s\n", client.leftSession()->describe().str());
     client.run(takeArgument(arguments.url));
-    return static_cast<int>(serve(client, notify, wakeups));
+    cli::Outcome const outcome = serve(client, notify, wakeups);
+    if (outcome == cli::Outcome::fatalError)
+        std::fprintf(stderr, "tarvikclient-cli: %s\n", cli::describe(client.getFailure()).str());
+    return static_cast<int>(outcome);
 }
 
 } // namespace

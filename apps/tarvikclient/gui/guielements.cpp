@@ -8,10 +8,10 @@
 #include <wx/button.h>
 #include <wx/image.h>
 #include <wx/intl.h>
-#include <wx/scrolwin.h>
 #include <wx/sizer.h>
 #include <wx/statbmp.h>
 #include <wx/stattext.h>
+#include <wx/textctrl.h>
 
 #include <algorithm>
 
@@ -33,26 +33,29 @@ ConnectionErrorDialog::ConnectionErrorDialog(wxWindow* parent, wxString const& t
     Distances const space(*this);
     auto* const rows = new wxBoxSizer(wxVERTICAL);
 
-    auto* const heading = new wxBoxSizer(wxHORIZONTAL);
-    heading->Add(
-        new wxStaticBitmap(this, wxID_ANY, wxArtProvider::GetBitmap(wxART_WARNING, wxART_CMN_DIALOG)), 0,
-        wxALIGN_CENTER_VERTICAL | wxRIGHT, space.margin);
+    auto* const top = new wxBoxSizer(wxHORIZONTAL);
+    top->Add(new wxStaticBitmap(this, wxID_ANY, wxArtProvider::GetBitmap(wxART_WARNING, wxART_CMN_DIALOG)), 0,
+             wxRIGHT, space.margin);
+    auto* const texts = new wxBoxSizer(wxVERTICAL);
     // TRANSLATORS: {gateway} is the name of the gateway's host.
-    errorHeading = addText(this, heading, _("CONNECTION_ERROR"), wxALIGN_CENTER_VERTICAL, 0);
+    errorHeading = addText(this, texts, _("CONNECTION_ERROR"), 0, 0);
     errorHeading->SetFont(errorHeading->GetFont().Bold());
-    rows->Add(heading, 0, wxEXPAND | wxALL, space.margin);
+    errorHappened = addText(this, texts, wxString(), wxTOP, space.gap);
+    errorToDo = addText(this, texts, wxString(), wxTOP, space.gap);
+    top->Add(texts, 1);
+    rows->Add(top, 0, wxEXPAND | wxALL, space.margin);
 
+    // Right before its field: the toolkit takes it for the field's label.
     addText(this, rows, _("Details:"), wxLEFT | wxRIGHT, space.margin);
+    errorDetails = new wxTextCtrl(this, wxID_ANY, wxString(), wxDefaultPosition, wxDefaultSize,
+                                  wxTE_MULTILINE | wxTE_READONLY | wxTE_BESTWRAP);
     rows->AddSpacer(space.gap / 2);
-    detailsArea = new wxScrolledWindow(this, wxID_ANY, wxDefaultPosition, wxDefaultSize, wxBORDER_SIMPLE);
-    auto* const details = new wxBoxSizer(wxVERTICAL);
-    errorDetails = addText(detailsArea, details, wxString(), wxALL, space.gap);
-    setAccessibleName(*detailsArea, _("Details:"));
-    detailsArea->SetSizer(details);
-    rows->Add(detailsArea, 1, wxEXPAND | wxLEFT | wxRIGHT, space.margin);
+    rows->Add(errorDetails, 1, wxEXPAND | wxLEFT | wxRIGHT, space.margin);
 
     auto* const buttons = new wxBoxSizer(wxHORIZONTAL);
-    buttons->Add(new wxButton(this, settingsButtonId, _("Settings")));
+    buttons->Add(new wxButton(this, settingsButtonId, _("Settings")), 0, wxRIGHT, space.gap);
+    // TRANSLATORS: a button, which shows the log.
+    buttons->Add(new wxButton(this, logButtonId, _("Log")));
     buttons->AddSpacer(3 * space.margin);
     buttons->AddStretchSpacer();
     auto* const retry = new wxButton(this, wxID_ANY, _("Retry"));

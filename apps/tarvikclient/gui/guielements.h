@@ -8,7 +8,6 @@
 class wxButton;
 class wxCheckBox;
 class wxListBox;
-class wxScrolledWindow;
 class wxStaticBitmap;
 class wxStaticText;
 class wxTextCtrl;
@@ -57,6 +56,8 @@ class ConnectionErrorDialog : public wxDialog {
 public:
     /// Id of the settings button, whose event whoever shows the dialog handles.
     static constexpr int settingsButtonId = 1000;
+    /// Id of the button that shows the log, which is handled likewise.
+    static constexpr int logButtonId = 1001;
 
     ConnectionErrorDialog(wxWindow* parent, wxString const& title);
 
@@ -68,9 +69,9 @@ protected:
     virtual void onQuit(wxCommandEvent& event);
 
     wxStaticText* errorHeading = nullptr;
-    /// Holds the details, and scrolls them where they are long.
-    wxScrolledWindow* detailsArea = nullptr;
-    wxStaticText* errorDetails = nullptr;
+    wxStaticText* errorHappened = nullptr;
+    wxStaticText* errorToDo = nullptr;
+    wxTextCtrl* errorDetails = nullptr; // to be read and copied
 };
 
 /// What the program is, which version of it, what it stands on, and where its log is.

@@ -7,8 +7,10 @@
 #include "tarvikclient/gui/artprovider.h"
 #include "tarvikclient/gui/configurationdialog.h"
 #include "tarvikclient/gui/connectionerrordialog.h"
+#include "tarvikclient/gui/fatalerrordialog.h"
 #include "tarvikclient/gui/gatewaydialog.h"
 #include "tarvikclient/gui/logwindow.h"
+#include "tarvikclient/gui/model/failuretext.h"
 #include "tarvikclient/gui/model/lastsession.h"
 #include "tarvikclient/gui/model/wxconversion.h"
 #include "tarvikclient/gui/noticewindow.h"
@@ -45,7 +47,7 @@ struct FshowConfigurationDialog {
     TarvikMainFrame* frame;
     TarvikClientConnectionErrorDialog* dialog;
 
-    void operator()(wxCommandEvent&) const { frame->showConfigurationDialogModal(dialog); }
+    void operator()(wxCommandEvent&) const { frame->showSettingsAfterError(*dialog); }
 };
 
 } // namespace
@@ -198,6 +200,18 @@ void TarvikMainFrame::hideTaskBarIcon() {
 }
 
 void TarvikMainFrame::showConfigurationDialogModal(wxWindow* parent) {
+    showSettings(parent, wxString());
+}
+
+void TarvikMainFrame::showSettingsAfterError(TarvikClientConnectionErrorDialog& dialog) {
+    String const gateway = client->getMediation();
+    bool const offers = connectionErrorOf(client->getConnectError()).isOfGatewaysCertificate() &&
+                        client->allowsCertificateExceptions() &&
+                        !client->getLocalConfiguration().isSslCertIgnored(gateway);
+    showSettings(&dialog, offers ? quillonToWxString(gateway) : wxString());
+}
+
+void TarvikMainFrame::showSettings(wxWindow* parent, wxString const& offeredDomain) {
     if (auto* const open = m_nestedLoops.find<TarvikClientConfigurationDialog>()) {
         open->Raise();
         return;
@@ -206,6 +220,8 @@ void TarvikMainFrame::showConfigurationDialogModal(wxWindow* parent) {
     dialog.setGateway(quillonToWxString(client->getMediation()));
     dialog.readConfiguration(client->getLocalConfiguration());
     dialog.setSystemProxyUsed(client->usesSystemProxy());
+    if (!offeredDomain.empty())
+        dialog.offerDomain(offeredDomain);
     if (dialog.ShowModal() == wxID_OK)
         saveSettings(dialog);
     if (m_postponed)
@@ -270,7 +286,7 @@ void TarvikMainFrame::onClientConnectError(wxThreadEvent& event) {
     if (m_leaving.begun())
         return; // it failed before it could be cut off
     if (auto* const open = m_nestedLoops.find<TarvikClientConnectionErrorDialog>()) {
-        open->setErrorContent(event.GetString());
+        describeConnectError(*open, event.GetString());
         return;
     }
     // The error dialog would lock up the settings below it, to which it leads.
@@ -290,9 +306,18 @@ int TarvikMainFrame::askAfterConnectError(wxString const& text) {
     TarvikClientConnectionErrorDialog dialog(this);
     dialog.Bind(wxEVT_BUTTON, FshowConfigurationDialog{this, &dialog},
                 ConnectionErrorDialog::settingsButtonId);
-    dialog.setGateway(quillonToWxString(client->getMediation()));
-    dialog.setErrorContent(text);
+    dialog.Bind(
+        wxEVT_BUTTON, [this](wxCommandEvent&) { showLogs(); }, ConnectionErrorDialog::logButtonId);
+    describeConnectError(dialog, text);
     return dialog.ShowModal();
+}
+
+void TarvikMainFrame::describeConnectError(TarvikClientConnectionErrorDialog& dialog, wxString const& text) {
+    wxString const gateway = quillonToWxString(client->getMediation());
+    dialog.setGateway(gateway);
+    dialog.setAdvice(adviceOn(connectionErrorOf(client->getConnectError()),
+                              {gateway, client->allowsCertificateExceptions()}));
+    dialog.setErrorContent(text);
 }
 
 void TarvikMainFrame::retry() {
@@ -320,18 +345,24 @@ void TarvikMainFrame::onFatalError(wxThreadEvent&) {
 }
 
 void TarvikMainFrame::fail() {
-    if (!m_leaving.begun()) {
-        tell(m_state.fail());
-        m_failureShown = true;
-        // TRANSLATORS: a message whose only button ends the program. The reason is in the log.
-        showError(this, _("UNKNOWN_ERROR_HAS_OCCURED"), wxGetStockLabel(wxID_EXIT));
-        m_failureShown = false;
-    }
+    if (!m_leaving.begun())
+        showFailure();
     String const next = std::exchange(m_nextUrl, String());
     if (next.empty() || m_leaving.begun())
         stop();
     else
         start(next);
+}
+
+void TarvikMainFrame::showFailure() {
+    tell(m_state.fail());
+    m_failureShown = true;
+    // TRANSLATORS: a message whose only button ends the program. More sentences follow.
+    TarvikClientFatalErrorDialog(_("UNKNOWN_ERROR_HAS_OCCURED"),
+                                 textsOf(client->getFailure(), quillonToWxString(client->getMediation())),
+                                 wxGetStockLabel(wxID_EXIT))
+        .ShowModal();
+    m_failureShown = false;
 }
 
 void TarvikMainFrame::onClientDispatch(wxThreadEvent& event) {

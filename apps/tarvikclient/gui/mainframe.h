@@ -13,6 +13,7 @@
 namespace quillon {
 
 class TarvikClientConfigurationDialog;
+class TarvikClientConnectionErrorDialog;
 class TarvikClientNotificationPanel;
 class TarvikSystrayIcon;
 
@@ -48,6 +49,9 @@ public:
     void hideTaskBarIcon();
     /// Returns when the dialog has been closed. Where one is open already, that one is raised instead.
     void showConfigurationDialogModal(wxWindow* parent) override;
+    /// The settings on top of the connection error, with what would have the gateway's certificate accepted
+    /// ready to be added, where that is what the error is about.
+    void showSettingsAfterError(TarvikClientConnectionErrorDialog& dialog);
     void showAbout() override;
     void showLogs() override;
 
@@ -60,9 +64,13 @@ private:
     void onClose(wxCloseEvent& event);
 
     int askAfterConnectError(wxString const& text);
+    void describeConnectError(TarvikClientConnectionErrorDialog& dialog, wxString const& text);
+    void showSettings(wxWindow* parent, wxString const& offeredDomain);
     void retry();
-    /// Tells the user that the session is over, and ends the application.
+    /// Tells the user that the session is over, and ends the application, or starts the session of a link
+    /// that has come meanwhile.
     void fail();
+    void showFailure();
     /// Tells the user what has come of an event, if anything has changed.
     void tell(bool changed);
     void notifyUser();

@@ -4,7 +4,9 @@
 #include "base/log.h"
 #include "tarvikclient/client.h"
 #include "tarvikclient/gui/artprovider.h"
+#include "tarvikclient/gui/fatalerrordialog.h"
 #include "tarvikclient/gui/mainframe.h"
+#include "tarvikclient/gui/model/failuretext.h"
 #include "tarvikclient/gui/model/language.h"
 #include "tarvikclient/gui/model/wxconversion.h"
 #include "tarvikclient/gui/platform/display.h"
@@ -15,9 +17,8 @@
 
 #include <sys/resource.h>
 #include <wx/intl.h>
-#include <wx/msgdlg.h>
+#include <wx/stockitem.h>
 #include <wx/utils.h>
-#include <wx/generic/msgdlgg.h>
 
 #include <exception>
 #include <utility>
@@ -146,7 +147,7 @@ void TarvikClientGui::init(String const& url) {
     } catch (...) {
         logException("init");
         m_exitCode = 1;
-        showError();
+        showError(textsOfStart(std::current_exception()), wxID_EXIT);
         endSession();
     }
 }
@@ -161,14 +162,11 @@ void TarvikClientGui::setLangFromUrl(String const& url) {
 }
 
 /// One box at a time: an event that keeps failing would pile them up.
-void TarvikClientGui::showError() {
+void TarvikClientGui::showError(std::vector<wxString> const& paragraphs, wxWindowID stockLabel) {
     if (m_errorBox)
         return;
-    // TRANSLATORS: a message; the reason is in the log.
-    wxString const text = _("UNKNOWN_ERROR_HAS_OCCURED");
-    // The generic box, because a native one cannot be ended by the program.
-    // TRANSLATORS: title of a message.
-    wxGenericMessageDialog box(nullptr, text, _("Error"), wxOK | wxCENTRE | wxICON_ERROR);
+    // TRANSLATORS: a message; more sentences may follow.
+    TarvikClientFatalErrorDialog box(_("UNKNOWN_ERROR_HAS_OCCURED"), paragraphs, wxGetStockLabel(stockLabel));
     m_errorBox = &box;
     box.ShowModal();
     m_errorBox = nullptr;
@@ -195,7 +193,7 @@ void TarvikClientGui::endSession() {
 
 bool TarvikClientGui::OnExceptionInMainLoop() {
     logException("OnExceptionInMainLoop");
-    showError();
+    showError({}, wxID_OK);
     return true;
 }
 

@@ -7,6 +7,7 @@
 #include <wx/app.h>
 
 #include <memory>
+#include <vector>
 
 class wxDialog;
 
@@ -63,7 +64,7 @@ public:
 private:
     void enableCoreDumps();
     void takeLaunch();
-    void showError();
+    void showError(std::vector<wxString> const& paragraphs, wxWindowID stockLabel);
 
     bool urlHandled = false;
     bool m_ending = false;
