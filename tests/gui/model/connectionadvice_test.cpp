@@ -21,7 +21,11 @@ constexpr std::time_t june2026 = 1781000000, january2027 = 1800000000;
 /// The texts of a language, which are looked up while it lives.
 struct Speaking {
     explicit Speaking(char const* language) { initLanguage(locale, languageOfCode(language)); }
-    ~Speaking() { wxTranslations::Set(nullptr); }
+    ~Speaking() {
+        wxTranslations::Set(nullptr);
+        if (locale_t const used = uselocale(LC_GLOBAL_LOCALE); used != LC_GLOBAL_LOCALE)
+            freelocale(used);
+    }
 
     wxInitializer toolkit;
     wxLocale locale;
