@@ -110,8 +110,7 @@ void LogWindow::makeLayout() {
     m_text = new wxTextCtrl(panel, wxID_ANY, "", wxDefaultPosition, wxDefaultSize,
                             wxTE_MULTILINE | wxTE_READONLY | wxTE_DONTWRAP | wxTE_NOHIDESEL);
     setAccessibleName(*m_text, GetTitle());
-    m_text->SetFont(wxFont(m_text->GetFont().GetPointSize(), wxFONTFAMILY_TELETYPE, wxFONTSTYLE_NORMAL,
-                           wxFONTWEIGHT_NORMAL));
+    m_text->SetFont(wxFont(wxFontInfo(m_text->GetFont().GetPointSize()).Family(wxFONTFAMILY_TELETYPE)));
     m_text->SetMinSize(FromDIP(wxSize(300, 120)));
     // TRANSLATORS: stands above the empty text field.
     m_hint = new wxStaticText(panel, wxID_ANY, _("LOGS_EMPTY"));
@@ -126,9 +125,7 @@ void LogWindow::makeLayout() {
     whole->Add(panel, wxSizerFlags(1).Expand());
     SetSizer(whole);
     whole->SetSizeHints(this);
-    wxSize size(defaultSize.x * GetCharWidth(), defaultSize.y * GetCharHeight());
-    size.DecTo(roomFor(*this));
-    SetClientSize(size);
+    SetClientSize(inCharacters(*this, defaultSize));
     CentreOnScreen();
     m_text->SetFocus();
 }
@@ -147,10 +144,8 @@ wxSizer* LogWindow::makeButtons(wxWindow* parent) {
 
 void LogWindow::bindEvents(wxWindow* owner) {
     Bind(wxEVT_TIMER, [this](wxTimerEvent&) { poll(); });
-    Bind(
-        wxEVT_BUTTON, [this](wxCommandEvent&) { copy(); }, wxID_COPY);
-    Bind(
-        wxEVT_BUTTON, [this](wxCommandEvent&) { save(); }, wxID_SAVE);
+    m_copy->Bind(wxEVT_BUTTON, [this](wxCommandEvent&) { copy(); });
+    m_save->Bind(wxEVT_BUTTON, [this](wxCommandEvent&) { save(); });
     Bind(
         wxEVT_BUTTON, [this](wxCommandEvent&) { end(); }, wxID_CLOSE);
     Bind(wxEVT_CLOSE_WINDOW, [this](wxCloseEvent&) { end(); });
@@ -274,7 +269,6 @@ bool LogWindow::mayReplace(wxString const& destination) {
     wxString text = _("LOGS_REPLACE");
     text.Replace("%s", destination);
     wxMessageDialog question(this, text, GetTitle(), wxYES_NO | wxNO_DEFAULT | wxCENTRE | wxICON_QUESTION);
-    useOwnLabels(question);
     return ask(question) == wxID_YES;
 }
 
@@ -289,12 +283,12 @@ void LogWindow::saveAs(wxString const& destination) {
     wxString text = _("LOGS_NOT_SAVED");
     text.Replace("%s", destination);
     wxMessageDialog message(this, text, GetTitle(), wxOK | wxCENTRE | wxICON_ERROR);
-    useOwnLabels(message);
     ask(message);
 }
 
 int LogWindow::ask(wxDialog& dialog) {
     m_dialog = &dialog;
+    useOwnLabels(dialog);
     int const answer = dialog.ShowModal();
     m_dialog = nullptr;
     if (m_ended)
