@@ -79,7 +79,7 @@ shot() {
   [ "$way" = - ] || "$way"
   picture "$folder/$1$suffix.png" "$4" "$(pattern "$5")" "${6:-28}"
   client_ends
-  rm -f "$policy"
+  [ "$2" != asking ] || rm -f "$policy"
 }
 
 # take LANGUAGE light|dark SCALE POINTS FOLDER SUFFIX [NAME...]: the pictures of that look.

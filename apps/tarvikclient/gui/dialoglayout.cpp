@@ -13,18 +13,32 @@
 
 namespace quillon {
 
-Distances::Distances(wxWindow const& window) : margin(window.FromDIP(12)), gap(window.FromDIP(8)) {}
+namespace {
 
-void useOwnLabels(wxMessageDialog& box) {
-    box.SetOKLabel(wxGetStockLabel(wxID_OK));
-    box.SetYesNoLabels(wxGetStockLabel(wxID_YES), wxGetStockLabel(wxID_NO));
-}
-
+/// What the contents of a window can have of its screen.
 wxSize roomFor(wxWindow const& window) {
     int const display = wxDisplay::GetFromWindow(&window);
     wxRect const area = wxDisplay(display == wxNOT_FOUND ? 0u : unsigned(display)).GetClientArea();
     constexpr int frame = 2; // lines for the title bar: nobody knows its height before it is shown
     return area.GetSize() - wxSize(0, frame * window.GetCharHeight());
+}
+
+} // namespace
+
+Distances::Distances(wxWindow const& window) : margin(window.FromDIP(12)), gap(window.FromDIP(8)) {}
+
+void useOwnLabels(wxDialog& dialog) {
+    auto* const box = dynamic_cast<wxMessageDialog*>(&dialog);
+    if (!box)
+        return;
+    box->SetOKLabel(wxGetStockLabel(wxID_OK));
+    box->SetYesNoLabels(wxGetStockLabel(wxID_YES), wxGetStockLabel(wxID_NO));
+}
+
+wxSize inCharacters(wxWindow const& window, wxSize const& size) {
+    wxSize pixels(size.x * window.GetCharWidth(), size.y * window.GetCharHeight());
+    pixels.DecTo(roomFor(window));
+    return pixels;
 }
 
 void centre(wxTopLevelWindow& window) {

@@ -3,7 +3,7 @@
 
 #include <wx/scrolwin.h>
 
-class wxMessageDialog;
+class wxDialog;
 class wxTopLevelWindow;
 
 namespace quillon {
@@ -20,11 +20,13 @@ struct Distances {
 /// main frame is none. Interface thread only.
 void centre(wxTopLevelWindow& window);
 
-/// Puts the catalogue's words on a message box's buttons, in place of the system's. Interface thread only.
-void useOwnLabels(wxMessageDialog& box);
+/// Puts the catalogue's words on a message box's buttons, in place of the system's; does nothing to any other
+/// dialog. Interface thread only.
+void useOwnLabels(wxDialog& dialog);
 
-/// The size that a window's contents can have on its screen. Interface thread only.
-wxSize roomFor(wxWindow const& window);
+/// A number of characters and of lines in pixels, as far as the window's screen has room for them. Interface
+/// thread only.
+wxSize inCharacters(wxWindow const& window, wxSize const& size);
 
 /// Holds what of a window may be larger than the screen; what has to be in sight, its buttons, stands beside
 /// it. Interface thread only.

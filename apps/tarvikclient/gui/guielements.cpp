@@ -46,9 +46,10 @@ ConnectionErrorDialog::ConnectionErrorDialog(wxWindow* parent, wxString const& t
     rows->Add(top, 0, wxEXPAND | wxALL, space.margin);
 
     // Right before its field: the toolkit takes it for the field's label.
-    addText(this, rows, _("Details:"), wxLEFT | wxRIGHT, space.margin);
+    wxStaticText* const label = addText(this, rows, _("Details:"), wxLEFT | wxRIGHT, space.margin);
     errorDetails = new wxTextCtrl(this, wxID_ANY, wxString(), wxDefaultPosition, wxDefaultSize,
                                   wxTE_MULTILINE | wxTE_READONLY | wxTE_BESTWRAP);
+    setLabelOf(*errorDetails, *label);
     rows->AddSpacer(space.gap / 2);
     rows->Add(errorDetails, 1, wxEXPAND | wxLEFT | wxRIGHT, space.margin);
 

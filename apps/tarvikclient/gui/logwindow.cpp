@@ -5,7 +5,6 @@
 #include "tarvikclient/gui/logwindowparts.h"
 #include "tarvikclient/gui/model/logtail.h"
 #include "tarvikclient/gui/model/privatetext.h"
-#include "tarvikclient/gui/platform/accessibility.h"
 
 #include <wx/button.h>
 #include <wx/clipbrd.h>
@@ -109,8 +108,7 @@ LogWindow::~LogWindow() {
 void LogWindow::makeLayout() {
     Distances const space(*this);
     auto* const panel = new wxPanel(this);
-    m_text = makeLogText(panel);
-    setAccessibleName(*m_text, GetTitle());
+    m_text = makeLogText(panel, GetTitle());
     m_hint = makeLogHint(panel, m_path, FromDIP(defaultSize).x - 4 * space.margin);
     auto* const column = new wxBoxSizer(wxVERTICAL);
     column->Add(m_hint, wxSizerFlags().Border(wxLEFT | wxRIGHT | wxTOP, space.margin));
@@ -124,9 +122,7 @@ void LogWindow::makeLayout() {
     whole->Add(panel, wxSizerFlags(1).Expand());
     SetSizer(whole);
     whole->SetSizeHints(this);
-    wxSize size(defaultSize.x * GetCharWidth(), defaultSize.y * GetCharHeight());
-    size.DecTo(roomFor(*this));
-    SetClientSize(size);
+    SetClientSize(inCharacters(*this, defaultSize));
     CentreOnScreen();
     m_text->SetFocus();
 }
@@ -145,10 +141,8 @@ wxSizer* LogWindow::makeButtons(wxWindow* parent) {
 
 void LogWindow::bindEvents(wxWindow* owner) {
     Bind(wxEVT_TIMER, [this](wxTimerEvent&) { poll(); });
-    Bind(
-        wxEVT_BUTTON, [this](wxCommandEvent&) { copy(); }, wxID_COPY);
-    Bind(
-        wxEVT_BUTTON, [this](wxCommandEvent&) { save(); }, wxID_SAVE);
+    m_copy->Bind(wxEVT_BUTTON, [this](wxCommandEvent&) { copy(); });
+    m_save->Bind(wxEVT_BUTTON, [this](wxCommandEvent&) { save(); });
     Bind(
         wxEVT_BUTTON, [this](wxCommandEvent&) { end(); }, wxID_CLOSE);
     Bind(wxEVT_CLOSE_WINDOW, [this](wxCloseEvent&) { end(); });
@@ -272,7 +266,6 @@ bool LogWindow::mayReplace(wxString const& destination) {
     wxString text = _("LOGS_REPLACE");
     text.Replace("%s", destination);
     wxMessageDialog question(this, text, GetTitle(), wxYES_NO | wxNO_DEFAULT | wxCENTRE | wxICON_QUESTION);
-    useOwnLabels(question);
     return ask(question) == wxID_YES;
 }
 
@@ -287,12 +280,12 @@ void LogWindow::saveAs(wxString const& destination) {
     wxString text = _("LOGS_NOT_SAVED");
     text.Replace("%s", destination);
     wxMessageDialog message(this, text, GetTitle(), wxOK | wxCENTRE | wxICON_ERROR);
-    useOwnLabels(message);
     ask(message);
 }
 
 int LogWindow::ask(wxDialog& dialog) {
     m_dialog = &dialog;
+    useOwnLabels(dialog);
     int const answer = dialog.ShowModal();
     m_dialog = nullptr;
     if (m_ended)

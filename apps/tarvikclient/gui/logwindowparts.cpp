@@ -1,17 +1,19 @@
 #include "tarvikclient/gui/logwindowparts.h"
 
+#include "tarvikclient/gui/platform/accessibility.h"
+
 #include <wx/intl.h>
 #include <wx/stattext.h>
 #include <wx/textctrl.h>
 
 namespace quillon {
 
-wxTextCtrl* makeLogText(wxWindow* parent) {
+wxTextCtrl* makeLogText(wxWindow* parent, wxString const& name) {
     auto* const text = new wxTextCtrl(parent, wxID_ANY, "", wxDefaultPosition, wxDefaultSize,
                                       wxTE_MULTILINE | wxTE_READONLY | wxTE_DONTWRAP | wxTE_NOHIDESEL);
-    text->SetFont(wxFont(text->GetFont().GetPointSize(), wxFONTFAMILY_TELETYPE, wxFONTSTYLE_NORMAL,
-                         wxFONTWEIGHT_NORMAL));
+    text->SetFont(wxFont(wxFontInfo(text->GetFont().GetPointSize()).Family(wxFONTFAMILY_TELETYPE)));
     text->SetMinSize(parent->FromDIP(wxSize(300, 120)));
+    setAccessibleName(*text, name);
     return text;
 }
 

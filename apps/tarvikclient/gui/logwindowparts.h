@@ -11,8 +11,8 @@ namespace quillon {
 
 // Children of `parent`, which owns them. Interface thread only.
 
-/// The log's text, in letters of one width.
-wxTextCtrl* makeLogText(wxWindow* parent);
+/// The log's text, in letters of one width. Screen readers call it by `name`.
+wxTextCtrl* makeLogText(wxWindow* parent, wxString const& name);
 /// What stands there in the place of a text, in lines of `width` pixels: that the file at `path` is empty, or
 /// that there is none where the path is.
 wxStaticText* makeLogHint(wxWindow* parent, wxString const& path, int width);

@@ -2,7 +2,6 @@
 
 #include <objc/message.h>
 #include <objc/runtime.h>
-#include <wx/osx/core/cfstring.h>
 #include <wx/window.h>
 
 namespace quillon {
@@ -16,6 +15,13 @@ void tell(wxWindow& control, char const* setter, Value value) {
     send(control.GetHandle(), sel_registerName(setter), value);
 }
 
+/// An NSString that lives until the event that is being handled is over.
+id toNative(wxString const& text) {
+    auto const make = reinterpret_cast<id (*)(Class, SEL, char const*)>(&objc_msgSend);
+    return make(reinterpret_cast<Class>(objc_getClass("NSString")), sel_registerName("stringWithUTF8String:"),
+                text.utf8_str());
+}
+
 } // namespace
 
 void setLabelOf(wxWindow& control, wxWindow& label) {
@@ -23,11 +29,11 @@ void setLabelOf(wxWindow& control, wxWindow& label) {
 }
 
 void setAccessibleName(wxWindow& control, wxString const& name) {
-    tell(control, "setAccessibilityLabel:", wxCFStringRef(name).AsNSString());
+    tell(control, "setAccessibilityLabel:", toNative(name));
 }
 
 void setAccessibleDescription(wxWindow& control, wxString const& description) {
-    tell(control, "setAccessibilityHelp:", wxCFStringRef(description).AsNSString());
+    tell(control, "setAccessibilityHelp:", toNative(description));
 }
 
 } // namespace quillon
