@@ -184,12 +184,13 @@ bool UiDriver::enter(unsigned index, std::string const& text) {
     unsigned seen = 0;
     walkAll([&](AtspiAccessible* object, unsigned) {
         std::string const role = controlOf(object).role;
-        if ((role != "text" && role != "password text") || seen++ != index)
+        bool const field = (role == "text" || role == "password text") && is(object, ATSPI_STATE_EDITABLE);
+        if (!field || seen++ != index)
             return false;
-        AtspiEditableText* const field = atspi_accessible_get_editable_text_iface(object);
-        done = field && atspi_editable_text_set_text_contents(field, text.c_str(), Ignore());
-        if (field)
-            g_object_unref(field);
+        AtspiEditableText* const contents = atspi_accessible_get_editable_text_iface(object);
+        done = contents && atspi_editable_text_set_text_contents(contents, text.c_str(), Ignore());
+        if (contents)
+            g_object_unref(contents);
         return true;
     });
     return done;

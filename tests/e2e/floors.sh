@@ -92,7 +92,7 @@ fi
 # the windows, which know both. The first lists what it may take of the system and of wxWidgets, and that is no window.
 gui=apps/tarvikclient/gui
 system='<[a-z_]+>|<(arpa/inet|fcntl|langinfo|pwd|unistd|sys/(stat|types))\.h>'
-windowless='<wx/(arrstr|defs|dynarray|intl|log|regex|strconv|string|translation|utils|xlocale)\.h>'
+windowless='<wx/(arrstr|datetime|defs|dynarray|intl|log|regex|strconv|string|translation|utils|xlocale)\.h>'
 only $gui/model "\"tarvikclient/gui/model/|$client|$system|$windowless" 'these includes need a window or another room'
 only $gui/platform "\"tarvikclient/gui/platform/|$client|<" 'these includes climb to the windows or to the model'
 only $gui "\"tarvikclient/gui/|$client|<" 'these includes go to another program'

@@ -12,6 +12,7 @@
 #include "tarvikclient/gui/model/lastsession.h"
 #include "tarvikclient/gui/model/wxconversion.h"
 #include "tarvikclient/gui/noticewindow.h"
+
 #include <wx/dcclient.h>
 #include <wx/intl.h>
 #include <wx/msgdlg.h>
