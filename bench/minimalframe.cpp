@@ -1,4 +1,5 @@
-// The least that a wxWidgets program can be: shows one frame and ends once it has been drawn.
+// The least that a wxWidgets program can be: shows one frame and ends once it has been drawn, or, with an
+// argument, when it is told to.
 #include <wx/app.h>
 #include <wx/frame.h>
 #include <wx/sizer.h>
@@ -11,7 +12,8 @@ public:
         new wxStaticText(frame, wxID_ANY, "one frame");
         frame->Bind(wxEVT_PAINT, [this](wxPaintEvent& event) {
             event.Skip();
-            CallAfter([this] { ExitMainLoop(); });
+            if (argc == 1)
+                CallAfter([this] { ExitMainLoop(); });
         });
         frame->Show();
         return true;

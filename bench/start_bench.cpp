@@ -1,6 +1,6 @@
-// How long the desktop program takes from its start to its first request, and its peak memory until then,
-// beside a minimal wxWidgets program from its start to its end once its one frame has been drawn. Wants a
-// display.
+// How long the desktop program takes from its start to its first request, and its peak memory until then, and
+// to the first thing that a person sees while the gateway does not answer, beside a minimal wxWidgets
+// program. Wants a display of its own, without a window manager.
 #include <benchmark/benchmark.h>
 #include <fcntl.h>
 #include <netinet/in.h>
@@ -9,6 +9,8 @@
 #include <sys/socket.h>
 #include <sys/wait.h>
 #include <unistd.h>
+#include <X11/Xlib.h>
+#include <X11/Xutil.h>
 
 #include <algorithm>
 #include <csignal>
@@ -61,6 +63,58 @@ private:
     int m_socket;
     int m_port = 0;
 };
+
+/// Sees what is drawn in one row of the screen, which both programs' windows cross.
+class Screen {
+public:
+    Screen() : m_display(XOpenDisplay(nullptr)) {
+        if (!m_display)
+            throw std::runtime_error("no display");
+    }
+    ~Screen() { XCloseDisplay(m_display); }
+
+    void awaitDrawn() const { await(true); }
+    void awaitEmpty() const { await(false); }
+
+private:
+    void await(bool drawn) const {
+        while (isDrawn() != drawn)
+            usleep(500);
+    }
+    bool isDrawn() const {
+        unsigned const width = static_cast<unsigned>(DisplayWidth(m_display, 0));
+        XImage* const row =
+            XGetImage(m_display, DefaultRootWindow(m_display), 0, y, width, 1, AllPlanes, ZPixmap);
+        bool drawn = false;
+        for (int x = 1; x < row->width; ++x)
+            drawn = drawn || XGetPixel(row, x, 0) != XGetPixel(row, 0, 0);
+        XDestroyImage(row);
+        return drawn;
+    }
+
+    static constexpr int y = 20;
+    Display* m_display;
+};
+
+/// The left-most pixel is the root's for our panel and the frame's for the minimal program: any change
+/// counts.
+void startToFirstSight(benchmark::State& state, char const* program) {
+    Listener const silent;
+    static Screen const screen; // for all runs: the server begins anew when its last client goes
+    for (auto _ : state) {
+        pid_t const shown = start(program, silent.url());
+        screen.awaitDrawn();
+        state.PauseTiming();
+        kill(shown, SIGKILL);
+        peakMemory(shown);
+        screen.awaitEmpty();
+        state.ResumeTiming();
+    }
+}
+BENCHMARK_CAPTURE(startToFirstSight, tarvikclient, "tarvikclient")
+    ->Unit(benchmark::kMillisecond)
+    ->UseRealTime();
+BENCHMARK_CAPTURE(startToFirstSight, minimal, "minimalframe")->Unit(benchmark::kMillisecond)->UseRealTime();
 
 void startToFirstRequest(benchmark::State& state) {
     Listener const listener;

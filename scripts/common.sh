@@ -6,7 +6,7 @@ project=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 packages=(
   g++ cmake ninja-build pkg-config openssl
   libcurl4-openssl-dev libssl-dev libjsoncpp-dev libarchive-dev libidn2-dev libgtest-dev libcpp-httplib-dev
-  libwxgtk3.2-dev libayatana-appindicator3-dev librsvg2-bin gettext
+  libglib2.0-dev libwxgtk3.2-dev libdbusmenu-glib-dev libgtk-3-dev librsvg2-bin gettext
 )
 
 # What the tests and the demo need besides, to show windows where there is no screen and to drive them: a display, a

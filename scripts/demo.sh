@@ -17,7 +17,7 @@ install_missing "${packages[@]}" "${display_packages[@]}"
 build release
 
 if [ "$mode" = screenshots ]; then
-  "$project/tests/gui/with_desktop.sh" "$project/scripts/screenshots.sh" "$project/demo-output"
+  TARVIK_TEST_SCREEN=2560x1800 "$project/tests/gui/with_desktop.sh" "$project/scripts/screenshots.sh" "$project/demo-output"
   exit
 fi
 

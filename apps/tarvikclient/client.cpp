@@ -49,15 +49,29 @@ TarvikClient::TarvikClient(ITarvikClientNotify& notify, IGatewayConsent* consent
       m_consent(consent),
       m_downloadManager(m_localConfiguration),
       m_notify(notify) {
-    String const refusal = logTo(logPath);
     String const directory = File::getUserApplicationDataDirectory();
+    LeftSessions leftSessions(directory, {logPath, logInDataDirectory(directory)}); // before the log is cut
+    String const refusal = logTo(logPath);
     if (!refusal.empty())
         logToDataDirectory(directory, logPath, refusal);
     enterDataDirectory(directory);
+    m_leftSession = leftSessions.settle();
+    m_systemProxy.load(directory);
+    m_downloadManager.getSession().setProxySource(&m_systemProxy);
+    readSettings();
+}
+
+void TarvikClient::readSettings() {
     String const settings = getLocalConfPath();
-    if (File::exists(settings)) {
-        log(TRACE, "TarvikClient", "TarvikClient", "Loading local configuration from " + settings);
+    struct stat info {};
+    if (stat(settings.str(), &info) != 0 ||
+        !S_ISREG(info.st_mode)) // one that is there but closed is not missing
+        return;
+    log(TRACE, "TarvikClient", "TarvikClient", "Loading local configuration from " + settings);
+    try {
         m_localConfiguration.readFromFile(settings);
+    } catch (Exception const& e) {
+        traceCaught(e);
     }
 }
 
@@ -85,6 +99,11 @@ bool TarvikClient::start() {
     // Only where a thread will start, so that a cancelled session is not revived; and before it does, so that
     // whatever is cancelled from now on is the new session.
     m_downloadManager.getSession().resume();
+    {
+        TSynchronize<Mutex> failureLock(m_mutex);
+        m_failure = {};
+        m_connectError = {};
+    }
     return Thread::run(false);
 }
 
@@ -97,12 +116,15 @@ void TarvikClient::stop() {
 void TarvikClient::stopWork() {
     if (m_question)
         m_question->answer(GatewayQuestion::Answer::withdrawn);
-    if (m_subClient)
-        m_subClient->stop();
+    if (!m_subClient)
+        return;
+    SessionMark::expectEnd();
+    m_subClient->stop();
 }
 
 void TarvikClient::cancel() {
     TSynchronize<Mutex> lock(m_mutex);
+    SessionMark::expectEnd();
     m_downloadManager.getSession().cancel();
     stopWork();
 }
@@ -118,12 +140,27 @@ String TarvikClient::getMediation() const {
     return m_mediation;
 }
 
+SessionFailure TarvikClient::getFailure() const {
+    TSynchronize<Mutex> lock(m_mutex);
+    return m_failure;
+}
+
+RequestInfo TarvikClient::getConnectError() const {
+    TSynchronize<Mutex> lock(m_mutex);
+    return m_connectError;
+}
+
+bool TarvikClient::allowsCertificateExceptions() const {
+    return m_downloadManager.getSession().allowsCertificateExceptions();
+}
+
 String TarvikClient::getLocalConfPath() const {
     return File::getUserApplicationDataDirectory() + "/" + "tarvikclient.xml";
 }
 
-void TarvikClient::saveLocalConfiguration() const {
+void TarvikClient::saveLocalConfiguration() {
     m_localConfiguration.save(getLocalConfPath());
+    m_systemProxy.save();
 }
 
 void TarvikClient::verifyDllSignature(String const& modulePath, String const& sigPath) {
@@ -131,7 +168,9 @@ void TarvikClient::verifyDllSignature(String const& modulePath, String const& si
 }
 
 std::unique_ptr<VerifiedModule> TarvikClient::verifyModule(String const& path, char const* kind) {
+    m_isModuleMissing = !File::exists(path);
     auto module = std::make_unique<VerifiedModule>(path, path + SignedDll::fileSuffix, *m_policy, kind);
+    m_failing.kind = FailureKind::moduleNotLoadable;
     m_audit.setModule(module->getRecord().name, module->getRecord().sha256);
     return module;
 }

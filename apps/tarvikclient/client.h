@@ -2,14 +2,19 @@
 #pragma once
 
 #include "base/thread.h"
+#include "curl/requestinfo.h"
 #include "tarvikclient/clientconfiguration.h"
 #include "tarvikclient/clientnotify.h"
 #include "tarvikclient/gatewayconsent.h"
+#include "tarvikclient/leftsession.h"
 #include "tarvikclient/policy.h"
 #include "tarvikclient/sessionaudit.h"
+#include "tarvikclient/sessionfailure.h"
+#include "tarvikclient/sessionmark.h"
 #include "tarvikclient/signeddll.h"
 #include "tarvikclient/subclient.h"
 #include "tarvikclient/subclienthost.h"
+#include "tarvikclient/systemproxy.h"
 
 namespace quillon {
 
@@ -22,9 +27,10 @@ class ETarvikClient : public Exception {
 /// do, makes the sub-client for it and runs that. Made once, on the interface's thread; making it
 /// sends the log to its file and makes the user's data directory the current one.
 ///
-/// run(), restart(), stop(), cancel(), showLogs(), isRunning(), join() and getMediation() may be called on
-/// any thread. Destroying the client neither stops nor joins its thread: the owner does both before. It ends
-/// downloads that modules still have under way and waits for them, about a second.
+/// run(), restart(), stop(), cancel(), showLogs(), isRunning(), join(), getMediation(), getFailure(),
+/// getConnectError() and allowsCertificateExceptions() may be called on any thread. Destroying the client
+/// neither stops nor joins its thread: the owner does both before. It ends downloads that modules still have
+/// under way and waits for them, about a second.
 class TarvikClient final : public ClientConfigurationDispatcher, public Thread, public ISubClientHost {
 public:
     /// The client's version, as the gateway is told it and the user is shown it.
@@ -34,8 +40,8 @@ public:
     static constexpr char logPath[] = "/tmp/tarvikclient.log";
 
     /// `notify` must outlive the client's thread. Throws NullException without a console, EFile or
-    /// ETarvikClient when the data directory cannot be used, EConfMissingKey for a settings file with half
-    /// the credentials.
+    /// ETarvikClient when the data directory cannot be used. A settings file that cannot be read keeps
+    /// nothing from being made; the settings know.
     ///
     /// `consent`, which outlives the client's thread too, is asked where the policy says so; without one the
     /// answer is no. `audit` takes one line for each session.
@@ -62,11 +68,26 @@ public:
     /// who cannot wait longer keeps the client and lets the process end, which waits five seconds more.
     bool join(unsigned long timeoutMs = noLimit) { return Thread::join(timeoutMs); }
 
+    /// Whether requests go through the proxy that the desktop names.
+    bool usesSystemProxy() const noexcept { return m_systemProxy.isUsed(); }
+    /// Is written with the settings.
+    void useSystemProxy(bool used) noexcept { m_systemProxy.use(used); }
+
+    /// What the session before this client's left behind that did not end in order; found when the client is
+    /// made, and told once.
+    std::optional<LeftSession> const& leftSession() const noexcept { return m_leftSession; }
+
     /// Host, and port if there is one, of the gateway of the last run.
     String getMediation() const override;
+    /// What the last onFatalError() was about; nothing since a session has started.
+    SessionFailure getFailure() const;
+    /// What the last onConnectError() was about; no transfer since a session has started.
+    RequestInfo getConnectError() const;
+    /// Whether the policy of the last session lets the user's list of hosts without certificate checks count.
+    bool allowsCertificateExceptions() const;
     String getLocalConfPath() const;
     /// Throws EFile when the settings cannot be written.
-    void saveLocalConfiguration() const;
+    void saveLocalConfiguration();
     ClientLocalConfiguration& getLocalConfiguration() noexcept { return m_localConfiguration; }
 
     /// The "lang" parameter of a launch URL, or the empty string.
@@ -95,26 +116,33 @@ private:
     void abandonSubClient();
     bool start();
     void stopWork();
+    void readSettings();
 
     void pass();
     void session();
     void applyPolicy();
     bool mayBegin();
     GatewayQuestion::Answer askUser(http::HostPort const& gateway);
-    bool refuseGateway(char const* outcome, char const* reason);
+    bool refuseGateway(FailureKind kind, char const* outcome, char const* reason);
     bool endedByOrder();
+    void notifyFailure();
     bool loadConfiguration();
     String prepareRequest();
     void installCookie(String const& host, String const& userInfo);
     void runSubClient();
 
+    std::optional<LeftSession> m_leftSession; // constant once the client is made
     // Interface thread at construction, any thread afterwards; synchronised in themselves.
     ClientLocalConfiguration m_localConfiguration;
     // Client thread.
     gc::Pointer<ClientConfiguration> m_configuration;
     std::shared_ptr<Policy const> m_policy = std::make_shared<Policy const>();
     SessionAudit m_audit;
+    SessionMark m_mark;
+    SessionFailure m_failing; // what a failure would be about now
+    bool m_isModuleMissing = false;
     IGatewayConsent* const m_consent;
+    SystemProxy m_systemProxy; // any thread, but outlives the session that asks it
     // Any thread, synchronised in itself: modules fetch on threads of their own, and orders reach the HTTPS
     // session in it.
     DownloadManager m_downloadManager;
@@ -128,6 +156,8 @@ private:
     std::unique_ptr<ISubClient> m_subClient;
     std::shared_ptr<GatewayQuestion> m_question; // while it is open
     String m_mediation;
+    SessionFailure m_failure;
+    RequestInfo m_connectError;
 };
 
 } // namespace quillon

@@ -18,12 +18,12 @@ bool TarvikClient::mayBegin() {
         return true;
     auto const gateway = http::HostPort::parse(getMediation(), gatewayPort);
     if (!gateway)
-        return refuseGateway("refused", "is no name that a policy can decide on");
+        return refuseGateway(FailureKind::policy, "refused", "is no name that a policy can decide on");
     switch (m_policy->decideOn(*gateway)) {
     case GatewayDecision::allow:
         return true;
     case GatewayDecision::refuse:
-        return refuseGateway("refused", "is refused by the policy");
+        return refuseGateway(FailureKind::policy, "refused", "is refused by the policy");
     case GatewayDecision::ask:
         break;
     }
@@ -31,7 +31,7 @@ bool TarvikClient::mayBegin() {
     case GatewayQuestion::Answer::yes:
         return true;
     case GatewayQuestion::Answer::no:
-        return refuseGateway("denied", "was not agreed to");
+        return refuseGateway(FailureKind::notAgreed, "denied", "was not agreed to");
     case GatewayQuestion::Answer::withdrawn:
         break;
     }
@@ -40,10 +40,11 @@ bool TarvikClient::mayBegin() {
     return false;
 }
 
-bool TarvikClient::refuseGateway(char const* outcome, char const* reason) {
+bool TarvikClient::refuseGateway(FailureKind kind, char const* outcome, char const* reason) {
     log(ERROR, "TarvikClient", "main", "The gateway " + getMediation() + " " + reason);
     m_audit.setOutcome(outcome);
-    m_notify.onFatalError(String::null);
+    m_failing.kind = kind;
+    notifyFailure();
     return false;
 }
 

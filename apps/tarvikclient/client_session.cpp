@@ -3,12 +3,16 @@
 
 #include "base/console.h"
 #include "base/failure.h"
+#include "base/file.h"
 #include "base/stringconversion.h"
+#include "base/visibletext.h"
 #include "curl/requestinfo.h"
 #include "curl/requesturl.h"
 #include "http/setcookie.h"
 #include "http/uri.h"
+#include "tarvikclient/accidentwatch.h"
 #include "tarvikclient/mediationresponse.h"
+#include "tarvikclient/policyfile.h"
 
 namespace quillon {
 
@@ -41,25 +45,44 @@ String TarvikClient::getLangFromArg(String const& url) {
 }
 
 void TarvikClient::main() {
+    SignalStack const stack;
+    String const log = console->getFilename(ERROR);
     m_audit.begin();
+    watchForAccidents(log);
+    m_mark.begin(File::getUserApplicationDataDirectory(), log);
     pass();
+    m_mark.end();
     m_audit.write();
 }
 
 void TarvikClient::pass() {
     m_audit.setOutcome("failed");
+    m_failing = {FailureKind::other};
+    m_isModuleMissing = false;
     try {
         session();
         return;
     } catch (EBadSignature const&) {
         logError("Bad component signature");
+        if (!m_isModuleMissing)
+            m_failing.kind = FailureKind::badSignature;
     } catch (Exception const& e) {
+        if (dynamic_cast<EPolicy const*>(&e))
+            m_failing.kind = FailureKind::policy;
         traceCaught(e, {"apps/tarvikclient/client.cpp", 155});
     } catch (...) {
         logError("unhandled exception");
     }
     if (!endedByOrder())
-        m_notify.onFatalError(String::null);
+        notifyFailure();
+}
+
+void TarvikClient::notifyFailure() {
+    {
+        TSynchronize<Mutex> lock(m_mutex);
+        m_failure = m_failing;
+    }
+    m_notify.onFatalError(String::null);
 }
 
 /// Whether the session was cancelled, and has now been said to be finished: whoever ordered its end is not
@@ -78,6 +101,7 @@ void TarvikClient::session() {
     if (!loadConfiguration())
         return;
     m_configuration->accept(*this);
+    m_failing.kind = FailureKind::moduleNotFetched;
     runSubClient();
     m_audit.setOutcome("finished");
     m_notify.onStatus(STATUS_FINISHED);
@@ -86,7 +110,9 @@ void TarvikClient::session() {
 /// Asks the mediation service what to do. False when the pass is over, which has been notified. The reply,
 /// with its secrets, is gone when this returns: the session that follows may last for days.
 bool TarvikClient::loadConfiguration() {
+    m_failing.kind = FailureKind::badLink;
     String const url = prepareRequest();
+    m_failing.kind = FailureKind::other;
     if (!mayBegin())
         return false;
     Memory body;
@@ -94,18 +120,27 @@ bool TarvikClient::loadConfiguration() {
     if (!m_downloadManager.getSession().request(url, body, information)) {
         if (!endedByOrder()) {
             m_audit.setOutcome("unreachable");
+            {
+                TSynchronize<Mutex> lock(m_mutex);
+                m_connectError = information;
+            }
             m_notify.onConnectError(information);
         }
         return false;
     }
+    m_failing.kind = FailureKind::replyNotUnderstood;
     unsigned const status = information.getResponseHeader().getResponseCode();
-    if (status != statusOk)
+    if (status != statusOk) {
         logError("mediation response is HTTP." + toString(status));
+        m_failing = {FailureKind::gatewayError, status};
+    }
     MediationResponse const response{String(body)};
     if (!response.isSuccess()) {
         logError(response.getException());
+        m_failing.kind = FailureKind::refusedByGateway;
+        m_failing.gatewaysWords = cutText(response.getException(), SessionFailure::longestWords).clone();
         if (!endedByOrder())
-            m_notify.onFatalError(String::null);
+            notifyFailure();
         return false;
     }
     m_configuration = ClientConfiguration::load(*response.resultReader());

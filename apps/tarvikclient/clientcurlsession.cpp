@@ -3,9 +3,16 @@
 #include "base/failure.h"
 #include "http/loggableuri.h"
 #include "http/uri.h"
+#include "openssl/verificationnote.h"
 #include "tarvikclient/policyfile.h"
 
 namespace quillon {
+
+TarvikClientCurlSession::TarvikClientCurlSession(ClientLocalConfiguration const& settings)
+    : m_settings(settings) {
+    if (tls::isThisLibrary(CurlEasyWrapper::tlsLibrary()))
+        setTlsObserver(&tls::noteVerification);
+}
 
 void TarvikClientCurlSession::setPolicy(std::shared_ptr<Policy const> const& policy) {
     TSynchronize<Mutex> lock(m_policyMutex);

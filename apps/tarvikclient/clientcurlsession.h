@@ -12,10 +12,13 @@ namespace quillon {
 /// at all. The settings must outlive the session.
 class TarvikClientCurlSession : public CurlSession {
 public:
-    explicit TarvikClientCurlSession(ClientLocalConfiguration const& settings) : m_settings(settings) {}
+    explicit TarvikClientCurlSession(ClientLocalConfiguration const& settings);
 
     /// What later requests go by; no policy file until then. Any thread.
     void setPolicy(std::shared_ptr<Policy const> const& policy);
+
+    /// Whether the policy that requests go by lets the user's list of hosts count. Any thread.
+    bool allowsCertificateExceptions() const { return policy()->allowsCertificateExceptions(); }
 
     /// False for a URL whose authority, exactly as written there, is one of the ignored domains, unless the
     /// policy allows no exceptions. Throws EPolicy, after a log line, for a host that the policy refuses.

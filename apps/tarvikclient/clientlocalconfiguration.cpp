@@ -7,13 +7,25 @@
 #include "xml/parserreader.h"
 #include "xml/writerkeywriter.h"
 
+#include <unistd.h>
+
 #include <algorithm>
+#include <cerrno>
 
 namespace quillon {
 
 namespace {
 
 constexpr char rootName[] = "tarvikclient";
+
+/// What the user had entered may still be wanted by somebody who can read it. A second name first: it needs
+/// no reading, and the file keeps its place until the new one takes it.
+void keepBroken(String const& path) {
+    String const broken = path + ClientLocalConfiguration::brokenSuffix;
+    unlink(broken.str());
+    if (link(path.str(), broken.str()) != 0 && errno != ENOENT)
+        File::copy(path, broken);
+}
 
 } // namespace
 
@@ -32,18 +44,23 @@ void ProtectedCredentials::read(IKeyWriter& writer) const {
 }
 
 void ClientLocalConfiguration::readFromFile(String const& path) {
+    m_unreadable = true; // until it has been read
     try {
         xml::ParserReader document(path, xml::Disclosure::lines);
         write(document[rootName]);
+        m_unreadable = false;
     } catch (xml::EParserReader const&) {
         log(ERROR, "ClientLocalConfiguration", "readFromFile",
             "Can not read local configuration from " + path);
     }
 }
 
-void ClientLocalConfiguration::save(String const& path) const {
+void ClientLocalConfiguration::save(String const& path) {
     try {
+        if (m_unreadable)
+            keepBroken(path);
         File::replaceAllFile(path, toXml());
+        m_unreadable = false;
     } catch (EFile const&) {
         fail<EFile>("ClientLocalConfiguration", "save", "Can not write local configuration to " + path);
     }

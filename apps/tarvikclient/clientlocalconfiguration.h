@@ -6,6 +6,8 @@
 #include "base/mutex.h"
 #include "base/serializearray.h"
 
+#include <atomic>
+
 namespace quillon {
 
 /// Credentials as the settings file holds them: "login" and "password" are required, "domain" is optional.
@@ -34,9 +36,15 @@ public:
     /// Reads the settings file. One that cannot be parsed is logged and leaves the settings as they are;
     /// throws EConfMissingKey for credentials without login or password.
     void readFromFile(String const& path);
-    /// Replaces the file in one step, as File::replaceAllFile() does it: a crash meanwhile leaves the old
-    /// one. Throws EFile, after a log line, when it cannot be written; the old file then stays as it was.
-    void save(String const& path) const;
+    /// Whether the file that was read last could not be read, and has not been replaced since.
+    bool isFileUnreadable() const noexcept { return m_unreadable; }
+    /// Of a file that could not be read, when another one takes its place.
+    static constexpr char brokenSuffix[] = ".broken";
+    /// Keeps a file that could not be read beside the new one, as brokenSuffix says, in the place of an
+    /// earlier one of that name. Replaces the file in one step, as File::replaceAllFile() does it: a crash
+    /// meanwhile leaves the old one. Throws EFile, after a log line, when it cannot be written; the old file
+    /// then stays as it was.
+    void save(String const& path);
     /// Whether readFromFile() would find in a saved file the settings as they are. Values are saved verbatim,
     /// so that one which holds markup ("<", "&amp;") would come back changed or make the file unreadable.
     bool survivesSaving() const;
@@ -57,6 +65,7 @@ private:
     String toXml() const;
     bool equals(ClientLocalConfiguration const& other) const;
 
+    std::atomic<bool> m_unreadable{false};
     mutable Mutex m_mutex;
     List<String> m_ignoredDomains{"domains"};
     ProtectedCredentials m_proxyCredentials;

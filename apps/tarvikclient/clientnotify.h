@@ -30,7 +30,8 @@ public:
     /// The gateway could not be reached; the argument describes the failed transfer and is valid for the
     /// call.
     virtual void onConnectError(RequestInfo const& information) = 0;
-    /// The session ended on an error. The text is empty: the reason is in the log.
+    /// The session ended on an error. The text is empty: the reason is in the log, and its kind is what the
+    /// client's getFailure() says.
     virtual void onFatalError(String const& text) = 0;
     virtual void onStatus(ClientStatus const& status) = 0;
     /// A status line of the tunnel, as the module reported it; the null string when there is none any more.

@@ -40,6 +40,7 @@ public:
     ~DownloadManager();
 
     TarvikClientCurlSession& getSession() noexcept { return m_session; }
+    TarvikClientCurlSession const& getSession() const noexcept { return m_session; }
     /// Host, and port if there is one, to which URLs without a scheme go.
     void setServer(String const& authority);
 

@@ -23,9 +23,13 @@ String logTo(String const& path) {
     return refusal;
 }
 
+String logInDataDirectory(String const& directory) {
+    return directory.trimRight('/') + "/" + name;
+}
+
 void logToDataDirectory(String const& directory, String const& refused, String const& reason) {
     File::ensureDirectory(directory);
-    String const path = directory.trimRight('/') + "/" + name;
+    String const path = logInDataDirectory(directory);
     String const refusal = logTo(path);
     String const text = "Can not log to " + refused + ": " + reason +
                         (refusal.empty() ? "; the log is " + path : ", nor to " + path + ": " + refusal);

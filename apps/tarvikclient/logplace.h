@@ -9,9 +9,12 @@ namespace quillon {
 /// alone then. Empty when done. Before other threads log.
 String logTo(String const& path);
 
-/// Sends all lines to "tarvikclient.log" in the data directory, where nobody else can put anything in its
-/// way, and says so there and on standard error. The log was to be at `refused`; `reason` is what logTo()
-/// said. Makes the directory; throws EFile, after a log line, when it cannot.
+/// Where that is in the data directory.
+String logInDataDirectory(String const& directory);
+
+/// Sends all lines to logInDataDirectory(), where nobody else can put anything in its way, and says so there
+/// and on standard error. The log was to be at `refused`; `reason` is what logTo() said. Makes the directory;
+/// throws EFile, after a log line, when it cannot.
 void logToDataDirectory(String const& directory, String const& refused, String const& reason);
 
 } // namespace quillon

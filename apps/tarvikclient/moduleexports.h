@@ -2,6 +2,7 @@
 #pragma once
 
 #include "tarvik/module.h"
+#include "tarvikclient/modulecall.h"
 #include "tarvikclient/moduleloader.h"
 
 namespace quillon {
@@ -21,6 +22,7 @@ public:
         : m_symbol(symbol), m_function(reinterpret_cast<Result (*)(Parameters...)>(module.load(symbol))) {}
 
     Result operator()(Parameters... arguments) const {
+        ModuleCall const call(m_symbol);
         try {
             return m_function(arguments...);
         } catch (...) {

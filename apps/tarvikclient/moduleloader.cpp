@@ -1,6 +1,7 @@
 #include "tarvikclient/moduleloader.h"
 
 #include "base/failure.h"
+#include "tarvikclient/modulecall.h"
 
 #include <dlfcn.h>
 
@@ -8,15 +9,16 @@
 
 namespace quillon {
 
-namespace {} // namespace
-
 ModuleLoader::ModuleLoader(std::unique_ptr<VerifiedModule> module) : m_module(std::move(module)) {
     String const loadPath = m_module->getLoadPath();
+    ModuleCall::setModule(m_module->getPath());
     bool const loaded = dlopen(loadPath.str());
     String const reason = loaded ? String() : dlerror().replace(loadPath, m_module->getPath());
     m_module->settle();
-    if (!loaded)
-        reportLoadError(m_module->getPath(), reason);
+    if (loaded)
+        return;
+    ModuleCall::setModule(String());
+    reportLoadError(m_module->getPath(), reason);
 }
 
 ModuleLoader::ModuleLoader(String const& path) {
@@ -25,8 +27,10 @@ ModuleLoader::ModuleLoader(String const& path) {
 }
 
 ModuleLoader::~ModuleLoader() {
-    if (m_handle)
-        dlclose();
+    if (!m_handle)
+        return;
+    dlclose();
+    ModuleCall::setModule(String());
 }
 
 void* ModuleLoader::load(char const* symbol) {
@@ -37,6 +41,7 @@ void* ModuleLoader::load(char const* symbol) {
 }
 
 bool ModuleLoader::dlopen(char const* path) {
+    ModuleCall const call("dlopen"); // which runs the module's constructors
     m_handle = ::dlopen(path, RTLD_LAZY);
     return m_handle != nullptr;
 }
@@ -51,6 +56,7 @@ String ModuleLoader::dlerror() {
 }
 
 int ModuleLoader::dlclose() {
+    ModuleCall const call("dlclose");
     return ::dlclose(std::exchange(m_handle, nullptr));
 }
 

@@ -9,8 +9,10 @@
 
 #include <curl/curl.h>
 
+#include <algorithm>
 #include <limits>
 #include <optional>
+#include <utility>
 
 namespace quillon {
 
@@ -39,6 +41,13 @@ String withoutProxySecrets(String const& details) {
         return details;
     String const quoted = details.range(quote + 2);
     return details.range(0, quote + 2) + (quoted.ends("'") ? http::loggableUri(quoted) : String("..."));
+}
+
+/// Whether `details` are about a proxy, as a connection is to some other host than the one that was asked.
+bool isOfProxy(String const& details, RequestUrl const& url) {
+    String const failed("Failed to connect to ");
+    return details.starts("Unsupported proxy ") ||
+           (details.starts(failed) && !details.starts(failed + url.getHost() + " port "));
 }
 
 /// Sets options until one is refused.
@@ -103,12 +112,15 @@ bool CurlEasyWrapper::transfer(String const& url, WriteCallback callback, void* 
     m_lastRespHeader = http::ResponseHeader();
     m_errorBuffer[0] = '\0'; // not every failure fills it
     m_lastVerifyResult = 0;
+    m_lastFacts = {};
     m_url.emplace(url);
     m_lastErrorCode = checkTransfer();
     if (m_lastErrorCode == CURLE_OK)
         m_lastErrorCode = setUpTransfer(callback, callbackData, postData);
     if (m_lastErrorCode == CURLE_OK)
         m_lastErrorCode = perform(url.length(), whole);
+    if (m_lastErrorCode != CURLE_OK)
+        readFacts();
     if (m_lastErrorCode != CURLE_OK)
         log(ERROR, "CurlEasyWrapper", "request",
             lastErrorString() + " (#" + toString(m_lastErrorCode) + ") [" + lastErrorBuf() + "]");
@@ -149,7 +161,50 @@ int CurlEasyWrapper::setUpTransfer(WriteCallback callback, void* callbackData, S
     return options.result();
 }
 
+/// A TLS library without such contexts refuses the option, and nothing is noted.
+void CurlEasyWrapper::observeTls() {
+    if (!m_tlsObserver || !m_verifySsl)
+        return;
+    curl_ssl_ctx_callback const passOn = [](CURL*, void* context, void* self) {
+        auto* const wrapper = static_cast<CurlEasyWrapper*>(self);
+        wrapper->m_tlsObserver(context, wrapper->m_lastFacts.certificate);
+        return CURLE_OK;
+    };
+    curl_easy_setopt(m_handle.get(), CURLOPT_SSL_CTX_FUNCTION, passOn);
+    curl_easy_setopt(m_handle.get(), CURLOPT_SSL_CTX_DATA, this);
+}
+
 int CurlEasyWrapper::perform(unsigned urlLength, std::chrono::seconds whole) {
+    using namespace std::chrono;
+    auto const begin = steady_clock::now();
+    int const code = performOnce(urlLength, whole);
+    if (code == CURLE_OK || !answerProxy())
+        return code;
+    seconds const used = duration_cast<seconds>(steady_clock::now() - begin);
+    return performOnce(urlLength, whole > seconds(0) ? std::max(whole - used, seconds(1)) : whole);
+}
+
+/// Whether the proxy has refused the tunnel for want of credentials, and gets them with the next transfer. It
+/// is the proxy's own answer that counts: one that comes through the tunnel is a stranger's.
+bool CurlEasyWrapper::answerProxy() {
+    constexpr long authenticationRequired = 407;
+    long answer = 0;
+    curl_easy_getinfo(m_handle.get(), CURLINFO_HTTP_CONNECTCODE, &answer);
+    Credentials const credentials = std::exchange(m_tunnelCredentials, Credentials());
+    String const login = credentials.getDomainLogin(false), password = credentials.getPassword();
+    if (answer != authenticationRequired || login.empty())
+        return false;
+    m_proxyLength = login.length() + password.length();
+    // Not what the desktop's user is known by elsewhere (Negotiate): that was not entered for this proxy.
+    constexpr unsigned long methods = CURLAUTH_BASIC | CURLAUTH_DIGEST | CURLAUTH_NTLM;
+    return Options(m_handle.get())
+               .set(CURLOPT_PROXYAUTH, static_cast<long>(methods))
+               .set(CURLOPT_PROXYUSERNAME, login.str())
+               .set(CURLOPT_PROXYPASSWORD, password.str())
+               .result() == CURLE_OK;
+}
+
+int CurlEasyWrapper::performOnce(unsigned urlLength, std::chrono::seconds whole) {
     std::optional<LongHead> longHead;
     if (LongHead::isNeeded(urlLength, m_userAgent.length() + m_proxyLength, m_cookies))
         longHead.emplace(m_handle.get(), *m_url, m_cookies);
@@ -158,10 +213,23 @@ int CurlEasyWrapper::perform(unsigned urlLength, std::chrono::seconds whole) {
                           .set(CURLOPT_HEADERDATA, &headers)
                           .set(CURLOPT_TIMEOUT, static_cast<long>(whole.count()))
                           .result();
+    observeTls();
     if (result == CURLE_OK)
         result = curl_easy_perform(m_handle.get());
     curl_easy_getinfo(m_handle.get(), CURLINFO_SSL_VERIFYRESULT, &m_lastVerifyResult);
     return result;
+}
+
+/// Of a transfer that failed.
+void CurlEasyWrapper::readFacts() {
+    long systemError = 0, proxyStatus = 0, proxyVerdict = 0;
+    curl_easy_getinfo(m_handle.get(), CURLINFO_OS_ERRNO, &systemError);
+    curl_easy_getinfo(m_handle.get(), CURLINFO_HTTP_CONNECTCODE, &proxyStatus);
+    curl_easy_getinfo(m_handle.get(), CURLINFO_PROXY_SSL_VERIFYRESULT, &proxyVerdict);
+    m_lastFacts.systemError = static_cast<int>(systemError);
+    m_lastFacts.proxyStatus = static_cast<unsigned>(proxyStatus);
+    m_lastFacts.proxyRefused = proxyVerdict != 0;
+    m_lastFacts.atProxy = isOfProxy(m_errorBuffer, *m_url);
 }
 
 void CurlEasyWrapper::setProxy(Proxy const& proxy) {
@@ -177,6 +245,12 @@ void CurlEasyWrapper::setProxy(Proxy const& proxy) {
         return;
     }
     fail<Exception>("CurlEasyWrapper", "setProxy", "unknown proxy type", {"libs/curl/curlwrapper.cpp", 284});
+}
+
+void CurlEasyWrapper::setTunnel(String const& proxyUrl, Credentials const& credentials) {
+    m_tunnelCredentials = credentials;
+    m_proxyError =
+        Options(m_handle.get()).set(CURLOPT_PROXY, proxyUrl.str()).set(CURLOPT_HTTPPROXYTUNNEL, 1L).result();
 }
 
 void CurlEasyWrapper::useProxy(long type, Proxy const& proxy) {
@@ -212,6 +286,11 @@ String CurlEasyWrapper::urlEncodeString(String const& text) const {
             return String::copyOf(encoded.get());
     // libcurl refuses texts of several megabytes.
     return http::Uri::encode(text);
+}
+
+String CurlEasyWrapper::tlsLibrary() {
+    char const* const version = curl_version_info(CURLVERSION_NOW)->ssl_version;
+    return version ? String::copyOf(version) : String();
 }
 
 String CurlEasyWrapper::lastErrorString() const {

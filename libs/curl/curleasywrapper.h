@@ -8,6 +8,7 @@
 #include "curl/curlinitializer.h"
 #include "curl/ecurl.h"
 #include "curl/requesturl.h"
+#include "curl/transferfacts.h"
 #include "http/responseheader.h"
 
 #include <atomic>
@@ -38,6 +39,9 @@ public:
     using WriteCallback = std::size_t (*)(char* bytes, std::size_t size, std::size_t count, void* data);
     /// Becomes true, on any thread, when transfers are to end.
     using CancelFlag = std::shared_ptr<std::atomic<bool> const>;
+    /// Gets libcurl's TLS context before a connection is made and sees to it that the verification is noted;
+    /// must not change its outcome. Called on the thread that makes the request.
+    using TlsObserver = void (*)(void* context, std::optional<CertificateFacts>& note) noexcept;
 
     /// Throws ECurl when libcurl gives no handle.
     CurlEasyWrapper();
@@ -73,6 +77,10 @@ public:
     /// "none" leaves the proxy to libcurl, which looks at the environment. Throws Exception for an unknown
     /// type.
     void setProxy(Proxy const& proxy);
+    /// Goes through the proxy at this URL, to which a tunnel is asked of by CONNECT for every request. The
+    /// login and the password are the proxy's alone, and only when it is one of HTTP that has refused the
+    /// tunnel without them (407): the transfer is then made once more. What setProxy() has set is void.
+    void setTunnel(String const& proxyUrl, Credentials const& credentials);
     /// `share` must live until removeShare() or the handle's end.
     void setShare(CURLSH* share);
     void removeShare();
@@ -80,6 +88,10 @@ public:
     /// Once the flag is true a transfer under way ends within about a second, whatever it is waiting for, and
     /// later ones fail at once, both with code 42. Null, as at first: nothing ends them.
     void setCancelFlag(CancelFlag const& flag) { m_cancelFlag = flag; }
+    /// Null, as at first: verifications are not noted.
+    void setTlsObserver(TlsObserver observer) noexcept { m_tlsObserver = observer; }
+    /// The TLS library that contexts come from, "OpenSSL/3.0.19" for instance. Any thread.
+    static String tlsLibrary();
 
     /// Percent-encodes every byte but letters, digits, "-", ".", "_" and "~".
     String urlEncodeString(String const& text) const;
@@ -95,6 +107,7 @@ public:
     http::ResponseHeader const& lastRespHeader() const noexcept { return m_lastRespHeader; }
     /// The verification's verdict on the peer's certificate in the last transfer (X509_V_...); 0 is success.
     long lastVerifyResult() const noexcept { return m_lastVerifyResult; }
+    TransferFacts const& lastFacts() const noexcept { return m_lastFacts; }
 
 private:
     struct Cleanup {
@@ -107,6 +120,10 @@ private:
     int setUpTransfer(WriteCallback callback, void* callbackData, String const& postData);
     bool isCancelled() const { return m_cancelFlag && *m_cancelFlag; }
     int perform(unsigned urlLength, std::chrono::seconds whole);
+    int performOnce(unsigned urlLength, std::chrono::seconds whole);
+    bool answerProxy();
+    void observeTls();
+    void readFacts();
     void useProxy(long type, Proxy const& proxy);
 
     std::shared_ptr<CurlInitializer> const m_initializer = CurlInitializer::instance();
@@ -119,8 +136,11 @@ private:
     std::optional<RequestUrl> m_url; // of the last transfer
     http::ResponseHeader m_lastRespHeader;
     long m_lastVerifyResult = 0;
-    int m_proxyError = 0;       // a request must not go without the proxy that it was given
-    unsigned m_proxyLength = 0; // bytes that the proxy's credentials may add to a head
+    TransferFacts m_lastFacts;
+    TlsObserver m_tlsObserver = nullptr;
+    int m_proxyError = 0;            // a request must not go without the proxy that it was given
+    Credentials m_tunnelCredentials; // until a transfer has needed them
+    unsigned m_proxyLength = 0;      // bytes that the proxy's credentials may add to a head
     CookieJar m_cookies;
     CancelFlag m_cancelFlag;
 };

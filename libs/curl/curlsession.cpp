@@ -2,6 +2,8 @@
 
 #include "base/failure.h"
 #include "base/strings.h"
+#include "curl/environmentproxy.h"
+#include "http/uri.h"
 
 #include <curl/curl.h>
 
@@ -83,7 +85,7 @@ template <class Output>
 bool CurlSession::perform(String const& url, Output& out, String const& postData, IRequestInfo* info) {
     std::unique_ptr<CurlEasyWrapper> const handle = newHandle();
     handle->setVerifySsl(verifySSL(url));
-    handle->setProxy(getProxy(url));
+    chooseProxy(*handle, url);
     Strings const before = handle->listCookies();
     bool const isDone = handle->request(url, out, postData);
     {
@@ -93,6 +95,23 @@ bool CurlSession::perform(String const& url, Output& out, String const& postData
     if (info)
         info->readFromCurl(*handle);
     return isDone;
+}
+
+void CurlSession::chooseProxy(CurlEasyWrapper& handle, String const& url) {
+    Proxy const proxy = getProxy(url);
+    handle.setProxy(proxy);
+    if (!m_proxySource || proxy.getType() != Proxy::NO_PROXY)
+        return;
+    http::Uri const uri = http::Uri::parse(url, true);
+    if (environmentNamesProxy(uri.getScheme()))
+        return;
+    // Whoever is asked needs to know no more: the rest is secret, and may go to a script from the network.
+    String const authority = uri.getAuthority();
+    String const host = authority.find('@') == String::npos ? authority : authority.right('@');
+    String const tunnel =
+        m_proxySource->proxyFor(uri.getScheme() + "://" + host + "/", [this] { return isCancelled(); });
+    if (!tunnel.empty() && !tunnel.starts("direct:"))
+        handle.setTunnel(tunnel, proxy.getCredentials());
 }
 
 void CurlSession::setCookie(http::SetCookie const& cookie) {
@@ -112,6 +131,7 @@ String CurlSession::urlEncodeString(String const& text) const {
 std::unique_ptr<CurlEasyWrapper> CurlSession::newHandle() {
     auto handle = std::make_unique<CurlEasyWrapper>();
     handle->setShare(m_share.get()); // takes the lock by itself
+    handle->setTlsObserver(m_tlsObserver);
     TSynchronize<Mutex> lock(m_lock);
     handle->setUserAgent(m_base.getUserAgent());
     handle->copyCookies(m_base);

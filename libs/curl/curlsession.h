@@ -4,6 +4,7 @@
 #include "base/mutex.h"
 #include "base/strings.h"
 #include "curl/curleasywrapper.h"
+#include "curl/proxysource.h"
 #include "curl/requestinfo.h"
 
 #include <memory>
@@ -36,6 +37,11 @@ public:
     /// No request may be under way, and the handles made by newHandle() must be gone.
     virtual ~CurlSession();
 
+    /// Where getProxy() names none, and neither does the environment, `source` is asked, which outlives the
+    /// session; null, as at first, is nobody. The credentials that getProxy() gives are then for that proxy,
+    /// as CurlEasyWrapper::setTunnel() says. Before requests are made.
+    void setProxySource(IProxySource* source) { m_proxySource = source; }
+
     /// Each form blocks until the transfer is done; a GET, or a POST when there is a body that is not empty.
     /// True when the transfer was completed, whatever the HTTP status; a failure is logged. `info` is filled
     /// in either case. Throws what verifySSL() and getProxy() throw, ECurl when libcurl gives no handle, and
@@ -46,6 +52,9 @@ public:
     bool request(String const& url, Memory& out, String const& postData);
     bool request(String const& url, IWriter& out, IRequestInfo& info);
     bool request(String const& url, Memory& out, IRequestInfo& info);
+
+    /// For the handles that are made from now on; called before requests start.
+    void setTlsObserver(CurlEasyWrapper::TlsObserver observer) noexcept { m_tlsObserver = observer; }
 
     /// Cuts off the transfers under way, which end within about a second, and makes those that follow fail at
     /// once, all with libcurl's code 42; on every handle of the session. Any thread; does not wait.
@@ -73,14 +82,19 @@ private:
     template <class Output>
     bool perform(String const& url, Output& out, String const& postData, IRequestInfo* info);
 
+    void chooseProxy(CurlEasyWrapper& handle, String const& url);
+
     struct Cleanup {
         void operator()(CURLSH* share) const;
     };
+
+    IProxySource* m_proxySource = nullptr;
 
     mutable Mutex m_lock; // of the share's data, the base wrapper's cookies and the flag
     CurlEasyWrapper m_base;
     // One for the handles between two calls of resume(), shared with them.
     std::shared_ptr<std::atomic<bool>> m_cancelFlag = std::make_shared<std::atomic<bool>>(false);
+    CurlEasyWrapper::TlsObserver m_tlsObserver = nullptr;
     std::unique_ptr<CURLSH, Cleanup> const m_share; // last: cleaned up before its lock goes
 };
 

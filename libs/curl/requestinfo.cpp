@@ -20,6 +20,7 @@ void RequestInfo::readFromCurl(CurlEasyWrapper const& handle) {
     m_errorString = handle.lastErrorString();
     m_errorBuf = handle.lastErrorBuf();
     m_responseHeader = handle.lastRespHeader();
+    m_facts = handle.lastFacts();
 }
 
 } // namespace quillon

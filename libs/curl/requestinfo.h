@@ -1,6 +1,7 @@
 // The facts of one finished transfer.
 #pragma once
 
+#include "curl/transferfacts.h"
 #include "http/responseheader.h"
 
 namespace quillon {
@@ -25,6 +26,7 @@ public:
     explicit RequestInfo(http::ResponseHeader const& responseHeader) : m_responseHeader(responseHeader) {}
     RequestInfo(int code, String const& errorString, String const& errorBuf)
         : m_code(code), m_errorString(errorString.owned()), m_errorBuf(errorBuf.owned()) {}
+    RequestInfo(int code, TransferFacts const& facts) : m_code(code), m_facts(facts) {}
 
     /// "Code: 7(Couldn't connect to server)" and, when libcurl gave details, a line break and those.
     String format() const override;
@@ -37,12 +39,14 @@ public:
     String const& getErrorBuf() const noexcept { return m_errorBuf; }
     /// The last header that was received; that of a complete reply only when the code is 0.
     http::ResponseHeader const& getResponseHeader() const noexcept { return m_responseHeader; }
+    TransferFacts const& getFacts() const noexcept { return m_facts; }
 
 private:
     int m_code = 0;
     String m_errorString;
     String m_errorBuf;
     http::ResponseHeader m_responseHeader;
+    TransferFacts m_facts;
 };
 
 } // namespace quillon

@@ -97,6 +97,9 @@ TEST_F(PolicyTest, decides_before_the_first_request) {
         EXPECT_EQ(consent.asked, isAsked ? Lines{authority} : Lines{});
         EXPECT_EQ(m_gateway.server().requests().size() > requests, expected == session);
         EXPECT_EQ(m_audit.back(), audit);
+        EXPECT_EQ(m_client->getFailure().kind, expected == session             ? FailureKind::none
+                                               : audit.ends_with("\"denied\"") ? FailureKind::notAgreed
+                                                                               : FailureKind::policy);
     }
     EXPECT_EQ(m_audit.size(), std::size(cases));
 }
@@ -143,6 +146,7 @@ TEST_F(PolicyTest, certificate_exceptions_can_be_refused) {
     m_policy.write("<certificateexceptions>refuse</certificateexceptions>");
     EXPECT_EQ(runSession().back().find("onConnectError Code: 60("), 0u);
     EXPECT_EQ(m_audit.back(), auditLine("unreachable"));
+    EXPECT_FALSE(m_client->allowsCertificateExceptions());
 }
 
 TEST_F(PolicyTest, an_allowed_gateway_sends_nobody_elsewhere_where_others_are_refused) {

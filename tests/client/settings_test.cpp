@@ -5,6 +5,7 @@
 #include "support/logcapture.h"
 #include "tarvikclient/clientcurlsession.h"
 #include "tarvikclient/logplace.h"
+#include "tarvikclient/systemproxy.h"
 
 #include <gtest/gtest.h>
 #include <sys/resource.h>
@@ -95,6 +96,39 @@ TEST(Settings, files_that_are_none_leave_the_defaults_and_are_named) {
     ClientLocalConfiguration().readFromFile(path);
 }
 
+TEST(Settings, a_file_that_could_not_be_read_is_kept_beside_the_one_that_takes_its_place) {
+    TemporaryDirectory directory;
+    String const path = directory.file("settings"), broken = directory.file("settings.broken");
+    LogCapture log;
+    writeFile(broken, "an earlier one");
+    for (std::string const& content :
+         {std::string("<tarvikclient"), std::string("<tarvikclient><proxy><credentials><login>l</login>"
+                                                    "</credentials></proxy></tarvikclient>")}) {
+        writeFile(path, content);
+        ClientLocalConfiguration settings;
+        try {
+            settings.readFromFile(path);
+        } catch (EConfMissingKey const&) {
+        }
+        EXPECT_TRUE(settings.isFileUnreadable());
+        EXPECT_EQ(readFile(path), content) << "changed by reading";
+        settings.save(path);
+        EXPECT_EQ(readFile(broken), content);
+        EXPECT_FALSE(settings.isFileUnreadable());
+        settings.save(path);
+        settings.readFromFile(path);
+        EXPECT_FALSE(settings.isFileUnreadable());
+        EXPECT_EQ(readFile(broken), content) << "replaced by settings that are whole";
+    }
+    writeFile(path, "broken again");
+    ClientLocalConfiguration settings;
+    settings.readFromFile(path);
+    std::filesystem::remove(broken.str());
+    File::createDirectory(broken);
+    EXPECT_THROW(settings.save(path), EFile);
+    EXPECT_EQ(readFile(path), "broken again") << "replaced although it could not be kept";
+}
+
 /// The names in a directory, each with a blank behind it.
 std::string entriesOf(TemporaryDirectory const& directory) {
     std::set<std::string> names;
@@ -154,6 +188,27 @@ TEST(Settings, several_may_save_at_once) {
     read.readFromFile(path);
     EXPECT_TRUE(sameSettings(read, settings));
     EXPECT_EQ(entriesOf(directory), "settings ");
+}
+
+TEST(SystemProxy, is_asked_only_where_the_file_says_yes) {
+    TemporaryDirectory directory;
+    String const file = directory.file("use-system-proxy");
+    auto const proxy = [&] {
+        SystemProxy choice;
+        choice.load(directory.toString());
+        return choice.proxyFor("https://gate.example/", [] { return false; });
+    };
+    EXPECT_EQ(proxy(), "");
+    for (std::string const& text :
+         {std::string("no\n"), std::string("YES"), std::string(), std::string("ye")}) {
+        writeFile(file, text);
+        EXPECT_EQ(proxy(), "") << text;
+    }
+    writeFile(file, "yes\n");
+    EXPECT_EQ(proxy(), "socks5h://127.0.0.1:9");
+    std::filesystem::remove(file.str());
+    ASSERT_EQ(mkfifo(file.str(), 0600), 0);
+    EXPECT_EQ(proxy(), "");
 }
 
 TEST(LogPlace, is_the_data_directory_where_the_first_is_not_ones_own) {

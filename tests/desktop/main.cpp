@@ -13,12 +13,12 @@ namespace {
 using quillon::test::UiDriver;
 
 int usage() {
-    std::fputs(
-        "usage: uidriver shown|gone|click|menu|select|window ROLE TEXT\n"
-        "       uidriver enter INDEX TEXT\n"
-        "       uidriver describe\n"
-        "An empty ROLE is any. \"window\" prints the area of the control's window as WIDTHxHEIGHT+X+Y.\n",
-        stderr);
+    std::fputs("usage: uidriver shown|gone|click|menu|select|window ROLE TEXT\n"
+               "       uidriver enter INDEX TEXT\n"
+               "       uidriver describe|names\n"
+               "An empty ROLE is any. \"names\" says what a screen reader could not name, and fails if there "
+               "is any. \"window\" prints the area of the control's window as WIDTHxHEIGHT+X+Y.\n",
+               stderr);
     return 64;
 }
 
@@ -33,6 +33,11 @@ int drive(std::vector<std::string> const& arguments) {
     if (arguments == std::vector<std::string>{"describe"}) {
         std::fputs(driver.describe().c_str(), stdout);
         return 0;
+    }
+    if (arguments == std::vector<std::string>{"names"}) {
+        std::string const wrong = driver.wrongNames();
+        std::fputs(wrong.c_str(), stdout);
+        return wrong.empty() ? 0 : 1;
     }
     if (arguments.size() != 3)
         return usage();

@@ -1,5 +1,7 @@
 #include "desktop/uidriver.h"
 
+#include <algorithm>
+#include <cstdlib>
 #include <stdexcept>
 #include <thread>
 
@@ -30,6 +32,14 @@ private:
     GError* m_error = nullptr;
 };
 
+/// How many of the screen's pixels are one of a program's, in which it says where its controls are: what the
+/// toolkit of the programs reads.
+int scale() {
+    static int const value =
+        std::max(1, std::atoi(std::getenv("GDK_SCALE") ? std::getenv("GDK_SCALE") : "1"));
+    return value;
+}
+
 bool until(std::function<bool()> const& condition, std::chrono::milliseconds limit) {
     auto const end = std::chrono::steady_clock::now() + limit;
     while (!condition()) {
@@ -52,8 +62,9 @@ UiDriver::Area UiDriver::areaOf(AtspiAccessible* object) {
     if (!component)
         return {};
     AtspiRect* const rectangle = atspi_component_get_extents(component, ATSPI_COORD_TYPE_SCREEN, Ignore());
-    Area const area =
-        rectangle ? Area{rectangle->x, rectangle->y, rectangle->width, rectangle->height} : Area{};
+    Area const area = rectangle ? Area{rectangle->x * scale(), rectangle->y * scale(),
+                                       rectangle->width * scale(), rectangle->height * scale()}
+                                : Area{};
     g_free(rectangle);
     g_object_unref(component);
     return area;
@@ -77,16 +88,17 @@ UiDriver::Accessible UiDriver::child(AtspiAccessible* parent, int index) {
 }
 
 UiDriver::Control UiDriver::controlOf(AtspiAccessible* object) {
-    return {take(atspi_accessible_get_role_name(object, Ignore())),
-            take(atspi_accessible_get_name(object, Ignore()))};
+    std::string name = take(atspi_accessible_get_name(object, Ignore()));
+    std::replace(name.begin(), name.end(), '\n', ' '); // where a label goes on in the next line
+    return {take(atspi_accessible_get_role_name(object, Ignore())), name};
 }
 
-bool UiDriver::isShown(AtspiAccessible* object) {
+bool UiDriver::is(AtspiAccessible* object, AtspiStateType state) {
     AtspiStateSet* const states = atspi_accessible_get_state_set(object);
-    bool const shown = states && atspi_state_set_contains(states, ATSPI_STATE_SHOWING);
+    bool const set = states && atspi_state_set_contains(states, state);
     if (states)
         g_object_unref(states);
-    return shown;
+    return set;
 }
 
 bool UiDriver::walk(AtspiAccessible* object, unsigned depth, Visitor const& visit) {
@@ -95,7 +107,7 @@ bool UiDriver::walk(AtspiAccessible* object, unsigned depth, Visitor const& visi
     int const count = atspi_accessible_get_child_count(object, Ignore());
     for (int i = 0; i < count; ++i)
         if (Accessible const next = child(object, i);
-            next && isShown(next.get()) && walk(next.get(), depth + 1, visit))
+            next && is(next.get(), ATSPI_STATE_SHOWING) && walk(next.get(), depth + 1, visit))
             return true;
     return false;
 }
@@ -109,7 +121,7 @@ bool UiDriver::walkAll(Visitor const& visit) {
         int const windows = program ? atspi_accessible_get_child_count(program.get(), Ignore()) : 0;
         for (int w = 0; w < windows; ++w)
             if (Accessible const window = child(program.get(), w);
-                window && isShown(window.get()) && walk(window.get(), 0, visit))
+                window && is(window.get(), ATSPI_STATE_SHOWING) && walk(window.get(), 0, visit))
                 return true;
     }
     return false;
@@ -146,6 +158,15 @@ bool UiDriver::click(Control const& control, char const* event) {
     return object && mouse(areaOf(object.get()), event);
 }
 
+bool UiDriver::press(Control const& control) {
+    Accessible const object = await(control);
+    AtspiAction* const action = object ? atspi_accessible_get_action_iface(object.get()) : nullptr;
+    bool const done = action && atspi_action_do_action(action, 0, Ignore());
+    if (action)
+        g_object_unref(action);
+    return done;
+}
+
 bool UiDriver::select(Control const& control) {
     Accessible const object = await(control);
     Accessible const list(object ? atspi_accessible_get_parent(object.get(), Ignore()) : nullptr);
@@ -163,12 +184,13 @@ bool UiDriver::enter(unsigned index, std::string const& text) {
     unsigned seen = 0;
     walkAll([&](AtspiAccessible* object, unsigned) {
         std::string const role = controlOf(object).role;
-        if ((role != "text" && role != "password text") || seen++ != index)
+        bool const field = (role == "text" || role == "password text") && is(object, ATSPI_STATE_EDITABLE);
+        if (!field || seen++ != index)
             return false;
-        AtspiEditableText* const field = atspi_accessible_get_editable_text_iface(object);
-        done = field && atspi_editable_text_set_text_contents(field, text.c_str(), Ignore());
-        if (field)
-            g_object_unref(field);
+        AtspiEditableText* const contents = atspi_accessible_get_editable_text_iface(object);
+        done = contents && atspi_editable_text_set_text_contents(contents, text.c_str(), Ignore());
+        if (contents)
+            g_object_unref(contents);
         return true;
     });
     return done;
@@ -189,6 +211,55 @@ std::string UiDriver::describe() {
     walkAll([&](AtspiAccessible* object, unsigned depth) {
         Control const control = controlOf(object);
         result += std::string(2 * depth, ' ') + control.role + " '" + control.text + "'\n";
+        return false;
+    });
+    return result;
+}
+
+std::vector<UiDriver::Accessible> UiDriver::related(AtspiAccessible* object, AtspiRelationType type) {
+    std::vector<Accessible> targets;
+    GArray* const relations = atspi_accessible_get_relation_set(object, Ignore());
+    for (guint i = 0; relations && i < relations->len; ++i) {
+        AtspiRelation* const relation = g_array_index(relations, AtspiRelation*, i);
+        for (int t = 0;
+             atspi_relation_get_relation_type(relation) == type && t < atspi_relation_get_n_targets(relation);
+             ++t)
+            targets.emplace_back(atspi_relation_get_target(relation, t));
+        g_object_unref(relation);
+    }
+    if (relations)
+        g_array_free(relations, TRUE);
+    return targets;
+}
+
+std::string UiDriver::nameFault(AtspiAccessible* object) {
+    auto const targets = related(object, ATSPI_RELATION_LABEL_FOR);
+    if (controlOf(object).role == "label") {
+        bool const right = targets.empty() || is(targets[0].get(), ATSPI_STATE_FOCUSABLE) ||
+                           controlOf(targets[0].get()).text == controlOf(object).text; // a box's title
+        return right ? "" : "is the label of what takes no keys";
+    }
+    auto const labels = related(object, ATSPI_RELATION_LABELLED_BY);
+    if (labels.size() > 1)
+        return "has several labels";
+    if (labels.empty())
+        return controlOf(object).text.empty() ? "has no name" : "";
+    if (controlOf(labels[0].get()).role != "label" || controlOf(labels[0].get()).text.empty())
+        return "has a label that says nothing";
+    return related(labels[0].get(), ATSPI_RELATION_LABEL_FOR).size() > 1 ? "shares its label" : "";
+}
+
+std::string UiDriver::wrongNames() {
+    std::string result, window;
+    walkAll([&](AtspiAccessible* object, unsigned depth) {
+        Control const control = controlOf(object);
+        if (depth == 0)
+            window = control.text;
+        if (depth > 0 && control.role != "label" && !is(object, ATSPI_STATE_FOCUSABLE))
+            return false;
+        std::string const fault = nameFault(object);
+        if (!fault.empty())
+            result += "in '" + window + "': " + control.role + " '" + control.text + "' " + fault + "\n";
         return false;
     });
     return result;

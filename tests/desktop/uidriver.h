@@ -7,11 +7,13 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace quillon::test {
 
 /// Finds controls of all running programs by the text they bear, through the accessibility bus, and uses
-/// them. What it finds is therefore also what a screen reader would say. One thread.
+/// them. What it finds is therefore also what a screen reader would say. GDK_SCALE has to be theirs. One
+/// thread.
 class UiDriver {
 public:
     /// Which of several controls with the same text is meant: by the role that the accessibility bus names
@@ -38,6 +40,8 @@ public:
     bool click(Control const& control, char const* event = "b1c");
     /// Clicks with the right mouse button there.
     bool contextClick(Control const& control) { return click(control, "b3c"); }
+    /// Does what a click on the control does, without the mouse.
+    bool press(Control const& control);
     /// Selects the control in the list that it stands in.
     bool select(Control const& control);
     /// Replaces the text of the `index`-th visible field, counted from 0 in the order of the screen's
@@ -47,6 +51,11 @@ public:
     Area windowOf(Control const& control);
     /// Everything visible, a line per control, indented by depth: "role 'text'".
     std::string describe();
+    /// A line for each visible control that takes the keys, and each window, of which a screen reader would
+    /// say nothing, or what belongs to another: one without name or label, with several labels, with a label
+    /// that has no text or is another's too, or that is no text; and for each label that says it belongs to
+    /// what takes no keys.
+    std::string wrongNames();
 
 private:
     struct Unref {
@@ -60,7 +69,9 @@ private:
     static bool mouse(Area const& area, char const* event);
     static Accessible child(AtspiAccessible* parent, int index);
     static Control controlOf(AtspiAccessible* object);
-    static bool isShown(AtspiAccessible* object);
+    static bool is(AtspiAccessible* object, AtspiStateType state);
+    static std::vector<Accessible> related(AtspiAccessible* object, AtspiRelationType type);
+    static std::string nameFault(AtspiAccessible* object);
     static bool walk(AtspiAccessible* object, unsigned depth, Visitor const& visit);
     static bool walkAll(Visitor const& visit);
     static Accessible find(Control const& control);

@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 #include <libintl.h>
 #include <locale.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <csignal>
@@ -34,6 +35,11 @@ std::string text(char const* key, char const* language = "en") {
     std::string result = dgettext("tarvikclient", key);
     result.erase(std::remove(result.begin(), result.end(), '&'), result.end());
     return result;
+}
+
+std::string withGateway(char const* key, std::string const& name) {
+    std::string result = text(key);
+    return result.replace(result.find("{gateway}"), 9, name);
 }
 
 /// A URL at which nothing listens.
@@ -103,6 +109,19 @@ TEST_F(Desktop, panel_follows_the_tunnel_and_the_menu_stops_it) {
     EXPECT_EQ(log.find("the program ends without it"), std::string::npos);
 }
 
+TEST_F(Desktop, says_how_the_session_is_and_what_has_failed_on_whatever_desktop) {
+    siteWithTunnel();
+    ChildProcess client = start(site().url("plugindll"));
+    std::string const connected = text("STATE_CONNECTED");
+    EXPECT_TRUE(ui.awaitShown({"label", connected.substr(0, connected.find('{')) + "*"})) << ui.describe();
+    client.signal(SIGTERM);
+    EXPECT_EQ(client.wait(), 0) << client.errors();
+    ChildProcess refused = start(refusedUrl);
+    EXPECT_TRUE(ui.awaitShown({"label", withGateway("CONNECTION_ERROR", "127.0.0.1:1")})) << ui.describe();
+    EXPECT_TRUE(ui.press({button, text("Quit")}));
+    EXPECT_EQ(refused.wait(), 0) << refused.errors();
+}
+
 TEST_F(Desktop, a_display_that_ends_leaves_the_module_its_time_to_stop) {
     siteWithTunnel();
     Display display;
@@ -114,12 +133,43 @@ TEST_F(Desktop, a_display_that_ends_leaves_the_module_its_time_to_stop) {
     EXPECT_NE(site().moduleLog("Plugin/sample-plugin.log").find("DllStop2"), std::string::npos);
 }
 
+/// The toolkit ends the process by itself there; what ends in order is told of at no next start.
+TEST_F(Desktop, so_does_a_compositor_and_the_next_start_tells_of_nothing) {
+    std::string const weston = "/usr/bin/weston";
+    if (access(weston.c_str(), X_OK) != 0)
+        GTEST_SKIP() << "weston is not installed";
+    siteWithTunnel();
+    TemporaryDirectory runtime;
+    ChildProcess::Environment const around{{"HOME", site().home()},
+                                           {"XDG_RUNTIME_DIR", runtime.path()},
+                                           {"DISPLAY", ""},
+                                           {"GDK_BACKEND", "wayland"},
+                                           {"WAYLAND_DISPLAY", "wl"}};
+    ChildProcess compositor({weston, "--backend=headless-backend.so", "--socket=wl"}, around);
+    auto const awaits = [](auto const& condition) {
+        for (int left = 200; left > 0 && !condition(); --left)
+            std::this_thread::sleep_for(std::chrono::milliseconds(100));
+        return condition();
+    };
+    ASSERT_TRUE(awaits([&] { return access((runtime.path() + "/wl").c_str(), F_OK) == 0; }));
+    ChildProcess client({program, site().url("plugindll")}, around);
+    auto const called = [&](char const* name) {
+        return site().moduleLog("Plugin/sample-plugin.log").find(name) != std::string::npos;
+    };
+    ASSERT_TRUE(awaits([&] { return called("DllGetErrors2"); })) << client.errors();
+    compositor.signal(SIGTERM);
+    EXPECT_GT(client.wait(), 0) << client.errors();
+    EXPECT_TRUE(called("DllStop2"));
+    ChildProcess next({TEST_PROGRAMS "/tarvikclient-cli", refusedUrl}, around);
+    EXPECT_EQ(next.wait(), 2);
+    EXPECT_EQ(next.errors(), "");
+}
+
 TEST_F(Desktop, refused_connection_is_retried_and_then_quit) {
     ChildProcess client = start(refusedUrl);
     ASSERT_TRUE(ui.awaitShown({button, text("Retry")}));
-    EXPECT_TRUE(ui.awaitShown(
-        {"label",
-         text("CONNECTION_ERROR").replace(text("CONNECTION_ERROR").find("{gateway}"), 9, "127.0.0.1:1")}));
+    EXPECT_EQ(ui.wrongNames(), "");
+    EXPECT_TRUE(ui.awaitShown({"label", withGateway("CONNECTION_ERROR", "127.0.0.1:1")}));
     EXPECT_TRUE(ui.click({button, text("Retry")}));
     ASSERT_TRUE(ui.awaitShown({button, text("Retry")}));
     EXPECT_TRUE(ui.click({button, text("Quit")}));
@@ -154,11 +204,43 @@ TEST_F(Desktop, what_is_entered_in_the_settings_is_in_the_file) {
     EXPECT_EQ(settings.find("b.example"), std::string::npos) << settings;
 }
 
+TEST_F(Desktop, every_window_and_control_has_a_name_of_its_own) {
+    siteWithTunnel();
+    ChildProcess client = start(site().url("plugindll"));
+    std::string const panel = text("VPN_CONNECTED");
+    ASSERT_TRUE(ui.awaitShown({"label", panel}));
+    EXPECT_EQ(ui.wrongNames(), "");
+    choose(panel, text("MENU_LOGS"));
+    ASSERT_TRUE(ui.awaitShown({button, text("&Save")}));
+    EXPECT_EQ(ui.wrongNames(), "");
+    choose(panel, text("&About"));
+    ASSERT_TRUE(ui.awaitShown({"label", "8.2.0.21"}));
+    EXPECT_EQ(ui.wrongNames(), "");
+    client.signal(SIGTERM);
+    EXPECT_EQ(client.wait(), 0) << client.errors();
+    std::string url = refusedUrl;
+    ChildProcess other = start(url.replace(url.find("lang=en"), 7, "lang=fr"));
+    auto const french = [](char const* key) { return text(key, "fr"); };
+    ASSERT_TRUE(ui.click({button, french("Settings")}));
+    ASSERT_TRUE(ui.awaitShown({button, french("Add")}));
+    EXPECT_TRUE(ui.enter(0, "<") && ui.enter(2, "no server"));
+    EXPECT_TRUE(ui.click({button, french("Add")}));
+    EXPECT_TRUE(ui.awaitShown({"label", french("SETTINGS_SSL_DOMAIN_WANTED").substr(0, 20) + "*"}));
+    EXPECT_TRUE(ui.click({button, french("&OK")}));
+    EXPECT_TRUE(ui.awaitShown({"label", french("SETTINGS_NOT_STORABLE").substr(0, 20) + "*"}));
+    EXPECT_EQ(ui.wrongNames(), "");
+    EXPECT_FALSE(ui.awaitShown({button, "Valider"}, std::chrono::milliseconds(0))) << "GTK's word for OK";
+    other.signal(SIGTERM);
+    EXPECT_EQ(other.wait(), 0) << other.errors();
+}
+
 TEST_F(Desktop, a_fatal_error_is_told_in_the_portals_language) {
     // No German locale is needed: the texts come from the client's own catalogue.
     std::string url = site({"--fault", "bad-signature"}).url("plugindll");
     ChildProcess client = start(url.replace(url.find("lang=en"), 7, "lang=de"));
-    EXPECT_TRUE(ui.awaitShown({"label", text("UNKNOWN_ERROR_HAS_OCCURED", "de")})) << ui.describe();
+    for (char const* const key : {"UNKNOWN_ERROR_HAS_OCCURED", "FATAL_SIGNATURE", "STEP_TELL", "STEP_LOG"})
+        EXPECT_TRUE(ui.awaitShown({"label", text(key, "de")})) << ui.describe();
+    EXPECT_EQ(ui.wrongNames(), "");
     EXPECT_TRUE(ui.click({button, text("&Quit", "de")})) << ui.describe();
     EXPECT_EQ(client.wait(), 0) << client.errors();
 }
@@ -166,7 +248,7 @@ TEST_F(Desktop, a_fatal_error_is_told_in_the_portals_language) {
 TEST_F(Desktop, a_url_that_comes_while_it_ends_is_run_by_the_process_that_brings_it) {
     site({"--delay", "600000"});
     ChildProcess ending = start(site().url("plugindll"));
-    ASSERT_TRUE(ui.awaitShown({"label", text("STATUS_IDLE")}));
+    ASSERT_TRUE(ui.awaitShown({"label", withGateway("STATE_ASKING", site().authority())})) << ui.describe();
     ending.signal(SIGTERM);
     for (int left = 3000; left > 0 && readFile(logPath).find("refuseUrls") == std::string::npos; --left)
         std::this_thread::sleep_for(std::chrono::milliseconds(10));
@@ -201,6 +283,28 @@ TEST_F(Desktop, asks_for_the_bytes_of_its_url_also_of_one_that_it_is_handed_whil
     EXPECT_EQ(site().requests(" /caf%E9?"), 3u);
 }
 
+TEST_F(Desktop, a_link_that_the_running_client_does_not_take_is_not_lost_in_silence) {
+    ChildProcess running({TEST_PROGRAMS "/gui_instanceprobe", "0", "", "9"}, {{"HOME", site().home()}});
+    ASSERT_TRUE(running.awaitOutput("first"));
+    running.signal(SIGSTOP);
+    {
+        ChildProcess second = start(refusedUrl);
+        ASSERT_TRUE(ui.awaitShown({"label", text("HANDOVER_WAITING").substr(0, 30) + "*"})) << ui.describe();
+        running.signal(SIGCONT);
+        EXPECT_EQ(second.wait(), 0) << second.errors();
+        EXPECT_EQ(second.errors().find("has not taken"), std::string::npos);
+    }
+    running.signal(SIGSTOP);
+    ChildProcess second = start(refusedUrl);
+    EXPECT_TRUE(
+        ui.awaitShown({"label", text("HANDOVER_FAILED").substr(0, 30) + "*"}, std::chrono::seconds(25)));
+    for (int tries = 3; tries > 0 && ui.click({button, text("&Quit")}); --tries) // it moves as the text grows
+        if (ui.awaitGone({button, text("&Quit")}, std::chrono::seconds(2)))
+            break;
+    EXPECT_EQ(second.wait(), 1);
+    EXPECT_NE(second.errors().find("has not taken the URL\n"), std::string::npos) << second.errors();
+}
+
 /// Under a policy that asks about each gateway.
 class DesktopPolicy : public Desktop {
 protected:
@@ -217,6 +321,7 @@ TEST_F(DesktopPolicy, asks_in_one_window_however_many_links_are_opened) {
     ChildProcess client(command(), environment());
     std::string const question = text("GATEWAY_QUESTION");
     ASSERT_TRUE(ui.awaitShown({"label", question.substr(0, question.find(" {")) + "*"})) << ui.describe();
+    EXPECT_EQ(ui.wrongNames(), "");
     std::list<ChildProcess> others;
     for (int i = 0; i < 5; ++i)
         others.emplace_back(command(), environment());
@@ -255,13 +360,14 @@ TEST_F(Desktop, a_start_that_cannot_succeed_says_so_and_ends) {
          {std::vector{program, std::string("a"), std::string("b")}, {program, "--unknown"}}) {
         ChildProcess wrong(command);
         EXPECT_EQ(wrong.wait(), 64);
-        EXPECT_EQ(wrong.errors(), "usage: tarvikclient [URL]\n");
+        EXPECT_EQ(wrong.errors().find("usage: tarvikclient [URL]\n"), 0u);
     }
     ChildProcess blind({program, refusedUrl}, {{"HOME", site().home()}, {"DISPLAY", ""}});
     EXPECT_GT(blind.wait(), 0);
     ChildProcess homeless({program, refusedUrl}, {{"HOME", "/dev/null"}});
     EXPECT_TRUE(ui.awaitShown({"label", text("UNKNOWN_ERROR_HAS_OCCURED")}));
-    EXPECT_TRUE(ui.click({button, text("OK")})) << ui.describe();
+    EXPECT_TRUE(ui.awaitShown({"label", text("START_DIRECTORY")})) << ui.describe();
+    EXPECT_TRUE(ui.click({button, text("&Quit")})) << ui.describe();
     EXPECT_EQ(homeless.wait(), 1);
 }
 

@@ -6,6 +6,7 @@
 #include <netinet/in.h>
 #include <sys/socket.h>
 
+#include <algorithm>
 #include <chrono>
 #include <csignal>
 #include <cstdlib>
@@ -69,17 +70,21 @@ TEST(Headless, failures_have_exit_codes_and_one_line_each) {
         std::vector<std::string> options;
         std::string kind;
         int code;
-        std::string lastLine, trusted = {};
+        std::string lastLine, errors, trusted = {};
     } const cases[] = {
-        {{}, "refused", 1, "onFatalError\n"},
-        {{"--fault", "bad-signature"}, "plugindll", 1, "onFatalError\n"},
-        {{"--fault", "truncate:/modules"}, "hostchecker", 1, "onFatalError\n"},
-        {{"--fault", "status=503:/modules"}, "plugindllnotunnel", 1, "onFatalError\n"},
-        {{"--fault", "reset:/mediation"}, "plugindll", 2, "onConnectError Code: "},
-        {{"--fault", "truncate:/mediation"}, "plugindll", 2, "onConnectError Code: 18("},
-        {{}, "plugindll", 2, "onConnectError Code: 60(", "somebody.else"},
+        {{}, "refused", 1, "onFatalError\n", "tarvikclient-cli: the gateway refused the session"},
+        {{"--fault", "bad-signature"}, "plugindll", 1, "onFatalError\n", "because of its signature"},
+        {{"--fault", "truncate:/modules"}, "hostchecker", 1, "onFatalError\n", "could not be fetched"},
+        {{"--fault", "status=503:/modules"},
+         "plugindllnotunnel",
+         1,
+         "onFatalError\n",
+         "could not be fetched"},
+        {{"--fault", "reset:/mediation"}, "plugindll", 2, "onConnectError Code: ", ""},
+        {{"--fault", "truncate:/mediation"}, "plugindll", 2, "onConnectError Code: 18(", ""},
+        {{}, "plugindll", 2, "onConnectError Code: 60(", "", "somebody.else"},
     };
-    for (auto const& [options, kind, code, lastLine, trusted] : cases) {
+    for (auto const& [options, kind, code, lastLine, errors, trusted] : cases) {
         Site site(options);
         if (!trusted.empty())
             site.trust(trusted);
@@ -88,6 +93,9 @@ TEST(Headless, failures_have_exit_codes_and_one_line_each) {
         std::string const output = session.output();
         EXPECT_EQ(output.substr(output.rfind('\n', output.size() - 2) + 1).find(lastLine), 0u) << output;
         EXPECT_TRUE(code == 1 || output.find('\n') == output.size() - 1) << output;
+        std::string const said = session.errors();
+        EXPECT_NE(said.find(errors), std::string::npos) << said;
+        EXPECT_EQ(std::count(said.begin(), said.end(), '\n'), errors.empty() ? 0 : 1) << said;
     }
 }
 
@@ -176,6 +184,20 @@ TEST(Headless, an_order_to_stop_is_heard_after_a_hang_up) {
     ASSERT_TRUE(session.awaitOutput("onStatus 4\n"));
     session.signal(SIGTERM);
     expectStopped(session);
+}
+
+TEST(Headless, programs_say_what_they_are_without_a_home_or_a_display) {
+    std::pair<std::string, std::string> const cases[] = {{"--version", " 8.2.0.21\n"},
+                                                         {"--help", "print the program's version\n"}};
+    for (std::string const& program : {client, std::string(TEST_PROGRAMS "/tarvikclient")})
+        for (auto const& [option, end] : cases) {
+            if (!std::filesystem::exists(program))
+                continue; // built without windows
+            ChildProcess asked({program, option}, {{"HOME", "/dev/null"}, {"DISPLAY", ""}});
+            EXPECT_EQ(asked.wait(), 0) << program << option << asked.errors();
+            EXPECT_TRUE(asked.output().ends_with(end)) << asked.output();
+            EXPECT_EQ(asked.errors(), "");
+        }
 }
 
 TEST(Headless, wrong_usage_and_an_unusable_home) {

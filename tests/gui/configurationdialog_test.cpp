@@ -24,6 +24,10 @@ public:
     using ConfigurationDialog::proxyPassword;
     using ConfigurationDialog::removeCertIgnoreDomainButton;
 
+    bool says(char const* key) {
+        wxWindow const* const text = FindWindowByLabel(key, this);
+        return text && text->IsShownOnScreen();
+    }
     wxString list() const { return wxJoin(certIgnoreDomainList->GetStrings(), '|'); }
     void type(wxTextCtrl* field, wxString const& text) {
         wxString const whole = field->GetValue() + text;
@@ -111,8 +115,12 @@ TEST(ConfigurationDialog, the_selected_domains_are_removed_and_the_button_follow
         for (int steps = 0; steps < 2; ++steps)
             dialog.press(WXK_DOWN, wxMOD_CONTROL, [] { return true; });
         dialog.press(WXK_SPACE, wxMOD_CONTROL, isSelected(3));
+        dialog.press(WXK_DELETE, 0, [&] { return dialog.list() == "a|c|e"; });
+        dialog.press(WXK_DELETE, 0, [] { return true; });
+        dialog.press(WXK_DOWN, 0, isSelected(0));
+        EXPECT_EQ(dialog.list(), "a|c|e") << "nothing was selected";
         clickOn(*remove, wxMOUSE_BTN_LEFT);
-        EXPECT_TRUE(eventually([&] { return dialog.list() == "a|c|e"; }));
+        EXPECT_TRUE(eventually([&] { return dialog.list() == "c|e"; }));
         EXPECT_FALSE(remove->IsEnabled());
         EXPECT_TRUE(eventually([&] { return dialog.certIgnoreDomainList->HasFocus(); }));
     });
@@ -138,6 +146,53 @@ TEST(ConfigurationDialog, a_text_that_cannot_be_stored_keeps_the_dialog_open_and
     });
     EXPECT_EQ(answer, wxID_OK);
     EXPECT_EQ(messages.texts.size(), 2u);
+}
+
+TEST(ConfigurationDialog, ok_adds_what_is_typed_and_refuses_in_place_what_is_no_server) {
+    MessageBoxes messages;
+    messages.Register();
+    Dialog dialog;
+    fill(dialog, {"b.example"});
+    dialog.setGateway("Gw.Example:443");
+    int const answer = shown(dialog, [&] {
+        EXPECT_TRUE(eventually([&] { return dialog.proxyLogin->HasFocus(); }));
+        dialog.type(dialog.certIgnoreDomain, "host:99999");
+        press(dialog, wxID_OK);
+        EXPECT_TRUE(dialog.IsModal());
+        EXPECT_TRUE(dialog.says("SETTINGS_SSL_DOMAIN_WANTED"));
+        EXPECT_TRUE(dialog.certIgnoreDomain->HasFocus());
+        dialog.certIgnoreDomain->SetValue("https://gw.example/portal?x");
+        EXPECT_FALSE(dialog.says("SETTINGS_SSL_DOMAIN_WANTED"));
+        press(dialog, wxID_OK);
+    });
+    EXPECT_EQ(answer, wxID_OK);
+    EXPECT_EQ(dialog.list(), "b.example|Gw.Example:443");
+    EXPECT_TRUE(messages.texts.empty());
+}
+
+TEST(ConfigurationDialog, what_was_offered_and_not_added_is_asked_about) {
+    struct Case {
+        int answer, result;
+        char const* list;
+    };
+    for (auto const& [answer, result, list] : {Case{wxID_YES, wxID_OK, "b.example|gw.example"},
+                                               {wxID_NO, wxID_OK, "b.example"},
+                                               {wxID_CANCEL, -2, "b.example"}}) {
+        MessageBoxes messages;
+        messages.answer = answer;
+        messages.Register();
+        Dialog dialog;
+        fill(dialog, {"b.example"});
+        dialog.offerDomain("gw.example:443");
+        EXPECT_EQ(shown(dialog,
+                        [&] {
+                            EXPECT_TRUE(eventually([&] { return dialog.certIgnoreDomain->HasFocus(); }));
+                            press(dialog, wxID_OK);
+                        }),
+                  result);
+        EXPECT_EQ(messages.texts.size(), 1u);
+        EXPECT_EQ(dialog.list(), list);
+    }
 }
 
 TEST(ConfigurationDialog, long_lists_and_texts_stay_on_the_screen) {

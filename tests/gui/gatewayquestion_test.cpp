@@ -18,13 +18,14 @@ wxString withoutBlanks(wxString text) {
     return text;
 }
 
-/// What the dialog's texts say, wherever their lines break.
-wxString textsOf(wxWindow& dialog) {
+/// What the window's texts say, wherever their lines break.
+wxString textsOf(wxWindow& window) {
     wxString all;
-    for (wxWindow* const child : dialog.GetChildren())
-        if (auto* const text = dynamic_cast<wxStaticText*>(child))
-            all += text->GetLabelText();
-    return withoutBlanks(all);
+    for (wxWindow* const child : window.GetChildren()) {
+        auto* const text = dynamic_cast<wxStaticText*>(child);
+        all += text ? withoutBlanks(text->GetLabelText()) : textsOf(*child);
+    }
+    return all;
 }
 
 http::HostPort gatewayOf(std::string const& name) {
@@ -69,7 +70,7 @@ TEST(GatewayDialog, shows_the_whole_name_in_ascii_and_keeps_its_buttons_on_a_sma
         {"gate.example:8443", "to gate.example:8443."},
         {"b\xC3\xBC"
          "cher.example",
-         "to xn--bcher-kva.example. Its name in its own letters is b\xC3\xBC"
+         "to xn--bcher-kva.example. In its own letters, this name reads b\xC3\xBC"
          "cher.example."},
         {"xn--pypal-4ve.com", "to xn--pypal-4ve.com. The gateway"}, // a Cyrillic letter: ASCII alone
         {longest, longest},

@@ -131,6 +131,23 @@ TEST_F(LogWindow, tells_when_there_is_no_log_until_one_appears_and_begins_anew_w
     EXPECT_TRUE(eventually([] { return text()->GetValue() == "new\n"; }));
 }
 
+TEST_F(LogWindow, names_its_file_and_goes_for_another_one) {
+    append("text\n");
+    show();
+    auto const places = [] {
+        int count = 0;
+        for (wxWindow* const child : window()->GetChildren().front()->GetChildren())
+            count += child->GetToolTipText().EndsWith("test.log");
+        return count;
+    };
+    EXPECT_EQ(places(), 1);
+    showLogWindow(owner, "", "");
+    EXPECT_TRUE(eventually([] { return windows() == 1; }));
+    EXPECT_NE(wxWindow::FindWindowByLabel("LOGS_NOWHERE"), nullptr);
+    show();
+    EXPECT_TRUE(eventually([&] { return windows() == 1 && places() == 1; }));
+}
+
 TEST_F(LogWindow, is_one_and_closes_with_the_window_it_was_opened_for) {
     show();
     show();

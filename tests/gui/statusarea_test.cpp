@@ -5,6 +5,7 @@
 #include "gui/windowtest.h"
 #include "support/logcapture.h"
 #include "tarvikclient/gui/model/menuentries.h"
+#include "tarvikclient/gui/nestedloops.h"
 #include "tarvikclient/gui/platform/desktopnotification.h"
 #include "tarvikclient/gui/systray.h"
 
@@ -89,8 +90,17 @@ TEST_F(StatusDesktop, a_watcher_is_given_the_item_with_its_menu) {
     area.show();
     ASSERT_TRUE(registers(watcher));
     EXPECT_EQ(taken.back(), item);
-    EXPECT_EQ(watcher.property("IconName"), "tarvikclient");
+    EXPECT_EQ(watcher.property("IconName"), "tarvikclient-symbolic");
     EXPECT_TRUE(watcher.property("IconThemePath").ends_with("/share/icons"));
+    EXPECT_EQ(watcher.property("Status"), "Active");
+    area.tell(SessionMood::trouble, "lost");
+    for (auto const& [name, value] :
+         {std::pair("IconName", "tarvikclient-trouble-symbolic"),
+          std::pair("AttentionIconName", "tarvikclient-trouble-symbolic"),
+          std::pair("IconAccessibleDesc", "lost"), std::pair("ToolTip", "('', [], 'Tarvik Client', 'lost')"),
+          std::pair("Status", "NeedsAttention")})
+        EXPECT_EQ(watcher.property(name), value);
+    area.tell(SessionMood::connected, "connected");
     EXPECT_EQ(watcher.property("Status"), "Active");
     watcher.click("_Quit");
     watcher.click("MENU__SETTINGS");
@@ -157,14 +167,26 @@ TEST_F(StatusDesktop, a_left_click_in_the_tray_pops_the_menu_up) {
     wxUIActionSimulator user;
     wxTimer keys;
     keys.Bind(wxEVT_TIMER, [&](wxTimerEvent&) {
+        if (!MenuLoop::isRunning())
+            return;
         user.Char(WXK_DOWN);
         user.Char(WXK_RETURN);
     });
-    icon.Bind(wxEVT_MENU_OPEN, [&](wxMenuEvent&) { keys.StartOnce(200); });
+    keys.Start(200);
     manager.pointAtIcon();
     user.MouseClick();
     EXPECT_TRUE(eventually([&] { return !chosen.empty(); }));
     EXPECT_EQ(chosen, std::vector<int>{menuSettings});
+    wxDialog dialog(nullptr, wxID_ANY, "Settings");
+    wxTimer end;
+    end.Bind(wxEVT_TIMER, [&](wxTimerEvent&) { dialog.EndModal(wxID_CANCEL); });
+    whenModal([&](wxDialog&) {
+        user.MouseClick();
+        end.StartOnce(1500);
+    });
+    NestedLoops const loops;
+    dialog.ShowModal();
+    EXPECT_EQ(chosen.size(), 2u) << "dead while a dialog is open";
 }
 
 TEST_F(StatusDesktop, a_bus_that_hangs_holds_nothing_up) {

@@ -82,13 +82,14 @@ Service::Service(char const* name, char const* path, char const* description, Ha
         nullptr,
         {}};
     GDBusNodeInfo* const node = g_dbus_node_info_new_for_xml(description, nullptr);
-    g_dbus_connection_register_object(m_bus.get(), path, node->interfaces[0], &operations, this, nullptr,
-                                      nullptr);
+    m_object = g_dbus_connection_register_object(m_bus.get(), path, node->interfaces[0], &operations, this,
+                                                 nullptr, nullptr);
     g_dbus_node_info_unref(node);
     m_name = g_bus_own_name_on_connection(m_bus.get(), name, {}, nullptr, nullptr, nullptr, nullptr);
 }
 
 Service::~Service() {
+    g_dbus_connection_unregister_object(m_bus.get(), m_object); // also for the calls that are on their way
     g_bus_unown_name(m_name);
     g_dbus_connection_close_sync(m_bus.get(), nullptr, nullptr);
 }
@@ -108,7 +109,11 @@ std::string StatusWatcher::property(char const* name) {
                                 g_variant_new("(ss)", "org.kde.StatusNotifierItem", name));
     GVariant* value = nullptr;
     g_variant_get(answer.get(), "(v)", &value);
-    return g_variant_get_string(Variant(value).get(), nullptr);
+    Variant const owned(value);
+    if (g_variant_is_of_type(value, G_VARIANT_TYPE_STRING) ||
+        g_variant_is_of_type(value, G_VARIANT_TYPE_OBJECT_PATH))
+        return g_variant_get_string(value, nullptr);
+    return std::unique_ptr<char, decltype(&g_free)>(g_variant_print(value, FALSE), g_free).get();
 }
 
 void StatusWatcher::click(std::string const& label) {

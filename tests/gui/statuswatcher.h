@@ -53,6 +53,7 @@ public:
 private:
     Handler m_handler;
     std::unique_ptr<GDBusConnection, Unref> m_bus;
+    guint m_object;
     guint m_name;
 };
 
@@ -63,7 +64,7 @@ public:
     StatusWatcher();
 
     bool hasItem() const { return !m_path.empty(); }
-    /// A property of the item, as text.
+    /// A property of the item, as it is where it is a string, else as GVariant writes it.
     std::string property(char const* name);
     /// Chooses a menu entry by its label, in which "_" marks a letter, as a host does when it is clicked.
     void click(std::string const& label);

@@ -72,4 +72,9 @@ for catalogue in "$catalogues"/*.po; do
   complain "$language" "is not in the text" < <(places "$catalogue" text | comm -23 "$work/places" -)
   complain "$language" "does not belong in the text" < <(places "$catalogue" text | comm -13 "$work/places" -)
 done
+# One word for one thing: these say in other words what the texts call gateway and organisation.
+for others in en:company de:Unternehmen de:Firma fr:entreprise es:empresa es:pasarela; do
+  complain "${others%%:*}" "has another word for one thing" \
+    < <(grep -iE "^(msgstr|Comment).*${others#*:}" "$catalogues/${others%%:*}.po" "$1/resources/tarvikclient.desktop" || true)
+done
 exit $code

@@ -7,13 +7,14 @@ namespace quillon::test {
 namespace {
 
 constexpr int side = 24;
+constexpr int left = 600; // beside what the window system puts into the corner
 constexpr int requestDock = 0;
 
 } // namespace
 
 TrayManager::TrayManager()
     : m_display(XOpenDisplay(nullptr)),
-      m_window(XCreateSimpleWindow(m_display, DefaultRootWindow(m_display), 0, 0, side, side, 0, 0, 0)) {
+      m_window(XCreateSimpleWindow(m_display, DefaultRootWindow(m_display), left, 0, side, side, 0, 0, 0)) {
     XSelectInput(m_display, m_window, SubstructureNotifyMask);
     XMapWindow(m_display, m_window);
     announce();

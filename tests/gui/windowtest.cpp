@@ -1,6 +1,7 @@
 #include "gui/windowtest.h"
 
 #include "tarvikclient/gui/artprovider.h"
+#include "tarvikclient/gui/fatalerrordialog.h"
 
 #include <gtest/gtest.h>
 #include <wx/app.h>
@@ -109,10 +110,12 @@ void usePictures() {
 }
 
 int MessageBoxes::Enter(wxDialog* dialog) {
-    auto* const box = dynamic_cast<wxMessageDialog*>(dialog);
-    if (!box)
+    if (auto* const box = dynamic_cast<wxMessageDialog*>(dialog))
+        texts.push_back(box->GetMessage());
+    else if (auto* const fatal = dynamic_cast<TarvikClientFatalErrorDialog*>(dialog))
+        texts.push_back(fatal->heading());
+    else
         return ++otherDialogs, wxID_NONE;
-    texts.push_back(box->GetMessage());
     return answer;
 }
 

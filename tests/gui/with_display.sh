@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # with_display.sh COMMAND...: runs the command on an X display of its own, with nothing of the user's desktop around
 # it: no session bus, no accessibility bus, no settings, a home of its own. Its exit code is the command's.
+# TARVIK_TEST_SCREEN is the size of the screen, 1280x900 unless it is set.
 set -euo pipefail
 work=$(mktemp -d)
 finish() {
@@ -10,7 +11,7 @@ finish() {
 }
 trap finish EXIT
 mkfifo "$work/number"
-Xvfb -displayfd 3 -screen 0 1280x900x24 -wr -nolisten tcp 3>"$work/number" 2>"$work/xvfb.log" &
+Xvfb -displayfd 3 -screen 0 "${TARVIK_TEST_SCREEN:-1280x900}x24" -wr -nolisten tcp 3>"$work/number" 2>"$work/xvfb.log" &
 server=$!
 read -r number <"$work/number" || { cat "$work/xvfb.log" >&2; exit 1; }
 mkdir -m 0700 "$work/home" "$work/runtime"

@@ -50,8 +50,13 @@ void lingerNot(int socket) {
 } // namespace
 
 TestServer::TestServer(Handler handler, Tls tls)
-    : m_handler(std::move(handler)),
-      m_certificate(tls == Tls::on ? std::make_unique<TestCertificate>() : nullptr) {
+    : TestServer(std::move(handler), tls == Tls::on ? std::make_unique<TestCertificate>() : nullptr) {}
+
+TestServer::TestServer(Handler handler, CertificateLooks const& looks)
+    : TestServer(std::move(handler), std::make_unique<TestCertificate>(looks)) {}
+
+TestServer::TestServer(Handler handler, std::unique_ptr<TestCertificate> certificate)
+    : m_handler(std::move(handler)), m_certificate(std::move(certificate)) {
     require(pipe(m_wake) == 0, "pipe");
     listen();
     m_acceptor = std::thread(&TestServer::acceptLoop, this);

@@ -13,6 +13,7 @@
 namespace quillon::test {
 
 class TestCertificate;
+struct CertificateLooks;
 
 enum class Tls { off, on };
 
@@ -30,11 +31,14 @@ public:
 
     /// Throws std::runtime_error when it cannot listen.
     explicit TestServer(Handler handler, Tls tls = Tls::on);
+    TestServer(Handler handler, CertificateLooks const& looks);
     /// Ends all connections at once, those that are held open too.
     ~TestServer();
     TestServer(TestServer const&) = delete;
     TestServer& operator=(TestServer const&) = delete;
 
+    /// Null without TLS.
+    TestCertificate const* certificate() const noexcept { return m_certificate.get(); }
     unsigned short port() const noexcept { return m_port; }
     /// "127.0.0.1:port".
     std::string authority() const { return "127.0.0.1:" + std::to_string(m_port); }
@@ -58,6 +62,7 @@ private:
         std::thread thread;
     };
 
+    TestServer(Handler handler, std::unique_ptr<TestCertificate> certificate);
     void listen();
     void acceptLoop();
     void open(int socket);

@@ -6,7 +6,9 @@ namespace quillon::cli {
 
 char const usage[] = "usage: tarvikclient-cli URL\n"
                      "       tarvikclient-cli --yes URL   also where the policy asks about the gateway\n"
-                     "       tarvikclient-cli --policy    print the policy that is in force\n";
+                     "       tarvikclient-cli --policy    print the policy that is in force\n"
+                     "       tarvikclient-cli --help      print this text\n"
+                     "       tarvikclient-cli --version   print the program's version\n";
 
 CommandLine readCommandLine(int argc, char** argv) {
     bool const yes = argc == 3 && argv[1] == std::string_view("--yes");

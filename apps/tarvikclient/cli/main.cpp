@@ -1,11 +1,13 @@
 // The client without a screen: one session, one line per notification on standard output.
 #include "tarvikclient/cli/commandline.h"
 #include "tarvikclient/cli/consent.h"
+#include "tarvikclient/cli/failuretext.h"
 #include "tarvikclient/cli/linenotify.h"
 #include "tarvikclient/cli/policyreport.h"
 #include "tarvikclient/cli/wakeups.h"
 #include "tarvikclient/client.h"
 #include "tarvikclient/launchargument.h"
+#include "tarvikclient/programinformation.h"
 
 #include <cstdio>
 #include <exception>
@@ -41,13 +43,20 @@ int runSession(cli::CommandLine const& arguments) {
     cli::LineNotify notify(wakeups);
     cli::Consent consent;
     TarvikClient client(notify, arguments.yes ? &consent : nullptr);
+    if (client.leftSession())
+        std::fprintf(stderr, "tarvikclient-cli: %s\n", client.leftSession()->describe().str());
     client.run(takeArgument(arguments.url));
-    return static_cast<int>(serve(client, notify, wakeups));
+    cli::Outcome const outcome = serve(client, notify, wakeups);
+    if (outcome == cli::Outcome::fatalError)
+        std::fprintf(stderr, "tarvikclient-cli: %s\n", cli::describe(client.getFailure()).str());
+    return static_cast<int>(outcome);
 }
 
 } // namespace
 
 int main(int argc, char** argv) {
+    if (auto const code = answerAboutProgram(argc, argv, "tarvikclient-cli", cli::usage))
+        return *code;
     cli::CommandLine const arguments = cli::readCommandLine(argc, argv);
     if (arguments.task == cli::CommandLine::Task::wrongUsage) {
         std::fputs(cli::usage, stderr);

@@ -1,5 +1,7 @@
 #include "tarvikclient/cli/wakeups.h"
 
+#include "tarvikclient/sessionmark.h"
+
 #include <cerrno>
 #include <csignal>
 
@@ -16,6 +18,7 @@ extern "C" void onHangUp(int) {
 
 extern "C" void onStop(int signal) {
     int const savedErrno = errno;
+    SessionMark::expectEnd();
     // The first stop is an order to end the session; a second one, of either kind, ends a program whose
     // session does not end.
     if (g_stopping.exchange(true)) {

@@ -63,11 +63,19 @@ void addIcon(wxIconBundle& bundle, wxString const& file) {
     bundle.AddIcon(icon);
 }
 
+/// Names the logo with a sign on it; empty for other ids. The logo alone has none.
+wxString fileOf(wxString const& id) {
+    for (char const* const mood : {"", "-busy", "-connected", "-trouble"})
+        if (id == wxString(logo) + mood)
+            return wxString("tarviklogo") + mood;
+    return wxString();
+}
+
 /// The logo in both sizes, and in twice those where a screen has the pixels for them.
-wxIconBundle logoIcons() {
+wxIconBundle logoIcons(wxString const& name = "tarviklogo") {
     wxIconBundle bundle;
     for (int const side : {smallLogo, bigLogo}) {
-        wxString const file = wxString::Format("tarviklogo-%d", side);
+        wxString const file = wxString::Format("%s-%d", name, side);
         addIcon(bundle, file);
         if (isDense())
             addIcon(bundle, file + "@2x");
@@ -133,9 +141,10 @@ wxBitmap TarvikClientArtProvider::CreateBitmap(wxArtID const& id, wxArtClient co
 }
 
 wxIconBundle TarvikClientArtProvider::CreateIconBundle(wxArtID const& id, wxArtClient const&) {
-    if (id != logo)
+    wxString const file = fileOf(id);
+    if (file.empty())
         return wxIconBundle();
-    wxIconBundle bundle = logoIcons();
+    wxIconBundle bundle = logoIcons(file);
     // Given no icon, the toolkit would complain in a message box.
     if (bundle.IsEmpty())
         bundle.AddIcon(plainIcon());

@@ -43,6 +43,10 @@ ClientHolder::~ClientHolder() {
     static_cast<void>(m_parts.release()); // what the thread uses is never freed
 }
 
+bool ClientHolder::run(String const& url) {
+    return m_parts->client.join(lastInstructionsMs) && m_parts->client.run(url);
+}
+
 bool ClientHolder::restart() {
     if (!m_parts->client.join(lastInstructionsMs))
         return false;

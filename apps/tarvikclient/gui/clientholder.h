@@ -43,8 +43,10 @@ public:
     ClientHolder& operator=(ClientHolder const&) = delete;
 
     TarvikClient* operator->() { return &m_parts->client; }
-    /// Starts the session again with the same URL. The thread that has just said why it failed is given the
-    /// time to end first, without which nothing would be started. False when it did not.
+    /// Starts a session. The thread of one that has just said why it failed is given the time to end first,
+    /// without which nothing would be started. False when it did not.
+    bool run(String const& url);
+    /// The same with the last session's URL.
     bool restart();
     /// The session has had its time: the destructor does not wait for it any more.
     void giveUp() { m_waitMs = 0; }

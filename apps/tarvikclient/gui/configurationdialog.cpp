@@ -1,5 +1,7 @@
 #include "tarvikclient/gui/configurationdialog.h"
 
+#include "tarvikclient/gui/dialoglayout.h"
+
 #include <wx/button.h>
 #include <wx/intl.h>
 #include <wx/listbox.h>
@@ -14,10 +16,10 @@ namespace {
 
 /// A label as the name of its field.
 wxString nameOf(wxString const& label) {
-    wxString name = wxControl::RemoveMnemonics(label).Trim();
-    if (name.EndsWith(":", &name))
-        name.Trim();
-    return name;
+    wxString const name = wxControl::RemoveMnemonics(label);
+    constexpr wchar_t noBreakSpace = 0xA0; // in French
+    std::size_t const last = name.find_last_not_of(wxString(": ") + noBreakSpace);
+    return name.Left(last + 1); // none of it where there is nothing else
 }
 
 wxString shortened(wxString const& text) {
@@ -43,6 +45,13 @@ void TarvikClientConfigurationDialog::writeConfiguration(ClientLocalConfiguratio
     edited().write(conf);
 }
 
+void TarvikClientConfigurationDialog::offerDomain(wxString const& domain) {
+    m_offered = domain;
+    certIgnoreDomain->ChangeValue(domain);
+    certIgnoreDomain->SetFocus();
+    certIgnoreDomain->SelectAll();
+}
+
 bool TarvikClientConfigurationDialog::Validate() {
     SettingsEdit const edit = edited();
     SettingsFault const fault = edit.findFault();
@@ -50,30 +59,56 @@ bool TarvikClientConfigurationDialog::Validate() {
     case SettingsFault::none:
         break;
     case SettingsFault::login:
-        complain(nameOf(_("SETTINGS_PROXY_LOGIN")));
+        complain(nameOf(_("SETTINGS_PROXY_LOGIN")), fault.reason);
         proxyLogin->SetFocus();
         return false;
     case SettingsFault::password:
-        complain(nameOf(_("SETTINGS_PROXY_PASSWORD")));
+        complain(nameOf(_("SETTINGS_PROXY_PASSWORD")), fault.reason);
         proxyPassword->SetFocus();
         return false;
     case SettingsFault::domain:
         selectDomain(fault.index);
-        complain(shortened(edit.domains[fault.index]));
+        complain(shortened(edit.domains[fault.index]), fault.reason);
         certIgnoreDomainList->SetFocus();
         return false;
     }
-    return ConfigurationDialog::Validate();
+    return finishTyping() && ConfigurationDialog::Validate();
+}
+
+bool TarvikClientConfigurationDialog::finishTyping() {
+    // Nobody typed what was offered: to give up the protection takes a decision of its own.
+    if (m_offered.empty() || certIgnoreDomain->GetValue() != m_offered)
+        return addTyped();
+    // TRANSLATORS: a question with the answers yes and no. {server} is a server's name.
+    wxString text = _("SETTINGS_SSL_ADD_OFFERED");
+    text.Replace("{server}", shortened(m_offered));
+    wxMessageDialog question(this, text, GetTitle(), wxYES_NO | wxNO_DEFAULT | wxCENTRE | wxICON_WARNING);
+    useOwnLabels(question);
+    int const answer = question.ShowModal();
+    return answer == wxID_NO || (answer == wxID_YES && addTyped());
 }
 
 void TarvikClientConfigurationDialog::addCertIgnoreDomain(wxCommandEvent&) {
+    addTyped();
+}
+
+bool TarvikClientConfigurationDialog::addTyped() {
     SettingsEdit edit = edited();
     std::size_t const known = edit.domains.size();
-    if (!edit.addDomain(certIgnoreDomain->GetValue()))
-        return;
-    if (edit.domains.size() > known)
-        certIgnoreDomainList->EnsureVisible(certIgnoreDomainList->Append(edit.domains.Last()));
-    certIgnoreDomain->Clear();
+    switch (edit.addDomain(certIgnoreDomain->GetValue(), m_gateway)) {
+    case TypedDomain::blank:
+        break;
+    case TypedDomain::refused:
+        showDomainProblem(true);
+        certIgnoreDomain->SetFocus();
+        return false;
+    case TypedDomain::taken:
+        if (edit.domains.size() > known)
+            certIgnoreDomainList->EnsureVisible(certIgnoreDomainList->Append(edit.domains.Last()));
+        certIgnoreDomain->Clear();
+        break;
+    }
+    return true;
 }
 
 void TarvikClientConfigurationDialog::onCertIgnoreDomainList(wxCommandEvent&) {
@@ -114,11 +149,16 @@ void TarvikClientConfigurationDialog::selectDomain(unsigned index) {
     updateRemoveButton();
 }
 
-void TarvikClientConfigurationDialog::complain(wxString const& what) {
+void TarvikClientConfigurationDialog::complain(wxString const& what, SettingsFault::Reason reason) {
     // TRANSLATORS: %s is the name of a field, or the domain in question.
-    wxString text = _("SETTINGS_NOT_STORABLE");
+    wxString text = reason == SettingsFault::letters
+                        ? _("SETTINGS_LETTERS_NOT_STORABLE %s")
+                        // TRANSLATORS: %s is the name of a field, or the domain in question.
+                        : _("SETTINGS_NOT_STORABLE");
     text.Replace("%s", what);
-    wxMessageDialog(this, text, GetTitle(), wxOK | wxCENTRE | wxICON_WARNING).ShowModal();
+    wxMessageDialog message(this, text, GetTitle(), wxOK | wxCENTRE | wxICON_WARNING);
+    useOwnLabels(message);
+    message.ShowModal();
 }
 
 } // namespace quillon

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "tarvikclient/gui/guielements.h"
+#include "tarvikclient/gui/model/connectionadvice.h"
 
 namespace quillon {
 
@@ -16,8 +17,10 @@ public:
 
     /// Names the gateway in the heading; an empty name leaves the heading without one.
     void setGateway(wxString const& gateway);
+    /// What happened and what to do; none at first.
+    void setAdvice(ConnectionAdvice const& advice);
     /// The failed request's description, of any length: it neither widens the dialog beyond the screen nor
-    /// hides its buttons.
+    /// hides its buttons. What it holds of a stranger's is shown without what could mislead.
     void setErrorContent(wxString const& text);
 
 protected:
@@ -26,6 +29,12 @@ protected:
 
 private:
     void fit();
+    void wrapTexts(int width);
+    /// Whether the dialog goes onto the screen.
+    bool fitDetails(int width);
+
+    wxString m_heading;
+    ConnectionAdvice m_advice;
 };
 
 } // namespace quillon

@@ -39,6 +39,7 @@ TarvikClientGatewayDialog::TarvikClientGatewayDialog(wxWindow* parent, http::Hos
                wxDEFAULT_DIALOG_STYLE) {
     SetIcons(programIcons());
     Distances const space(*this);
+    m_contents = new ScrolledContents(this);
     auto* const texts = new wxBoxSizer(wxVERTICAL);
     // TRANSLATORS: {gateway} is the name of the gateway's host.
     addText(*texts, withName(_("GATEWAY_QUESTION"), quillonToWxString(gateway.toString(gatewayPort))), true);
@@ -50,8 +51,8 @@ TarvikClientGatewayDialog::TarvikClientGatewayDialog(wxWindow* parent, http::Hos
 
     auto* const question = new wxBoxSizer(wxHORIZONTAL);
     question->Add(
-        new wxStaticBitmap(this, wxID_ANY, wxArtProvider::GetBitmap(wxART_QUESTION, wxART_CMN_DIALOG)), 0,
-        wxRIGHT, space.margin);
+        new wxStaticBitmap(m_contents, wxID_ANY, wxArtProvider::GetBitmap(wxART_QUESTION, wxART_CMN_DIALOG)),
+        0, wxRIGHT, space.margin);
     question->Add(texts, 1);
     auto* const buttons = new wxBoxSizer(wxHORIZONTAL);
     buttons->AddStretchSpacer();
@@ -59,18 +60,22 @@ TarvikClientGatewayDialog::TarvikClientGatewayDialog(wxWindow* parent, http::Hos
     auto* const no = new wxButton(this, wxID_NO);
     buttons->Add(no);
     auto* const rows = new wxBoxSizer(wxVERTICAL);
-    rows->Add(question, 1, wxEXPAND | wxALL, space.margin);
-    rows->Add(buttons, 0, wxEXPAND | wxLEFT | wxRIGHT | wxBOTTOM, space.margin);
+    auto* const inner = new wxBoxSizer(wxVERTICAL);
+    inner->Add(question, 1, wxEXPAND | wxLEFT | wxRIGHT | wxTOP, space.margin);
+    m_contents->SetSizer(inner);
+    rows->Add(m_contents, 1, wxEXPAND);
+    rows->Add(buttons, 0, wxEXPAND | wxALL, space.margin);
     no->SetDefault();
     no->SetFocus();
     SetAffirmativeId(wxID_YES);
     SetEscapeId(wxID_NO);
-    SetSizerAndFit(rows);
+    SetSizer(rows);
+    m_contents->fitWindow();
     centre(*this);
 }
 
 void TarvikClientGatewayDialog::addText(wxSizer& rows, wxString const& text, bool bold) {
-    auto* const control = new wxStaticText(this, wxID_ANY, wxString());
+    auto* const control = new wxStaticText(m_contents, wxID_ANY, wxString());
     if (bold)
         control->SetFont(control->GetFont().Bold());
     control->SetLabelText(text);

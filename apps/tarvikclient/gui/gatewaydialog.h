@@ -9,6 +9,8 @@ class wxStaticText;
 
 namespace quillon {
 
+class ScrolledContents;
+
 /// Names the gateway in full and in ASCII, and asks. ShowModal() returns wxID_YES for the button "Yes", and
 /// anything else for all other ways to end it. Interface thread only.
 class TarvikClientGatewayDialog : public wxDialog {
@@ -17,6 +19,8 @@ public:
 
 private:
     void addText(wxSizer& rows, wxString const& text, bool bold);
+
+    ScrolledContents* m_contents;
 };
 
 } // namespace quillon

@@ -2,15 +2,16 @@
 
 #include "tarvikclient/gui/artprovider.h"
 #include "tarvikclient/gui/dialoglayout.h"
+#include "tarvikclient/gui/platform/accessibility.h"
 
 #include <wx/artprov.h>
 #include <wx/button.h>
 #include <wx/image.h>
 #include <wx/intl.h>
-#include <wx/scrolwin.h>
 #include <wx/sizer.h>
 #include <wx/statbmp.h>
 #include <wx/stattext.h>
+#include <wx/textctrl.h>
 
 #include <algorithm>
 
@@ -32,25 +33,30 @@ ConnectionErrorDialog::ConnectionErrorDialog(wxWindow* parent, wxString const& t
     Distances const space(*this);
     auto* const rows = new wxBoxSizer(wxVERTICAL);
 
-    auto* const heading = new wxBoxSizer(wxHORIZONTAL);
-    heading->Add(
-        new wxStaticBitmap(this, wxID_ANY, wxArtProvider::GetBitmap(wxART_WARNING, wxART_CMN_DIALOG)), 0,
-        wxALIGN_CENTER_VERTICAL | wxRIGHT, space.margin);
+    auto* const top = new wxBoxSizer(wxHORIZONTAL);
+    top->Add(new wxStaticBitmap(this, wxID_ANY, wxArtProvider::GetBitmap(wxART_WARNING, wxART_CMN_DIALOG)), 0,
+             wxRIGHT, space.margin);
+    auto* const texts = new wxBoxSizer(wxVERTICAL);
     // TRANSLATORS: {gateway} is the name of the gateway's host.
-    errorHeading = addText(this, heading, _("CONNECTION_ERROR"), wxALIGN_CENTER_VERTICAL, 0);
+    errorHeading = addText(this, texts, _("CONNECTION_ERROR"), 0, 0);
     errorHeading->SetFont(errorHeading->GetFont().Bold());
-    rows->Add(heading, 0, wxEXPAND | wxALL, space.margin);
+    errorHappened = addText(this, texts, wxString(), wxTOP, space.gap);
+    errorToDo = addText(this, texts, wxString(), wxTOP, space.gap);
+    top->Add(texts, 1);
+    rows->Add(top, 0, wxEXPAND | wxALL, space.margin);
 
-    addText(this, rows, _("Details:"), wxLEFT | wxRIGHT, space.margin);
+    // Right before its field: the toolkit takes it for the field's label.
+    wxStaticText* const label = addText(this, rows, _("Details:"), wxLEFT | wxRIGHT, space.margin);
+    errorDetails = new wxTextCtrl(this, wxID_ANY, wxString(), wxDefaultPosition, wxDefaultSize,
+                                  wxTE_MULTILINE | wxTE_READONLY | wxTE_BESTWRAP);
+    setLabelOf(*errorDetails, *label);
     rows->AddSpacer(space.gap / 2);
-    detailsArea = new wxScrolledWindow(this, wxID_ANY, wxDefaultPosition, wxDefaultSize, wxBORDER_SIMPLE);
-    auto* const details = new wxBoxSizer(wxVERTICAL);
-    errorDetails = addText(detailsArea, details, wxString(), wxALL, space.gap);
-    detailsArea->SetSizer(details);
-    rows->Add(detailsArea, 1, wxEXPAND | wxLEFT | wxRIGHT, space.margin);
+    rows->Add(errorDetails, 1, wxEXPAND | wxLEFT | wxRIGHT, space.margin);
 
     auto* const buttons = new wxBoxSizer(wxHORIZONTAL);
-    buttons->Add(new wxButton(this, settingsButtonId, _("Settings")));
+    buttons->Add(new wxButton(this, settingsButtonId, _("Settings")), 0, wxRIGHT, space.gap);
+    // TRANSLATORS: a button, which shows the log.
+    buttons->Add(new wxButton(this, logButtonId, _("Log")));
     buttons->AddSpacer(3 * space.margin);
     buttons->AddStretchSpacer();
     auto* const retry = new wxButton(this, wxID_ANY, _("Retry"));
@@ -80,34 +86,6 @@ void ConnectionErrorDialog::onInit(wxInitDialogEvent& event) {
 void ConnectionErrorDialog::onRetry(wxCommandEvent&) {}
 void ConnectionErrorDialog::onQuit(wxCommandEvent&) {}
 
-AboutDialog::AboutDialog(wxWindow* parent)
-    : wxDialog(parent, wxID_ANY, _("TarvikClient"), wxDefaultPosition, wxDefaultSize,
-               wxDEFAULT_DIALOG_STYLE) {
-    SetIcons(programIcons());
-    Distances const space(*this);
-    auto* const rows = new wxBoxSizer(wxVERTICAL);
-    rows->Add(new wxStaticBitmap(this, wxID_ANY, wxArtProvider::GetBitmap("tarvik-logo", wxART_MESSAGE_BOX)),
-              0, wxALIGN_CENTER);
-    auto* const name = addText(this, rows, _("TarvikClient"), wxALIGN_CENTER | wxTOP, space.margin);
-    name->SetFont(wxFont(23, wxFONTFAMILY_DEFAULT, wxFONTSTYLE_NORMAL, wxFONTWEIGHT_NORMAL));
-    version = addText(this, rows, _("0.0.0.0"), wxALIGN_CENTER | wxTOP, space.gap / 2);
-    auto* const line = new wxStaticText(this, wxID_ANY, _("ABOUT_LINE"), wxDefaultPosition, wxDefaultSize,
-                                        wxALIGN_CENTRE_HORIZONTAL);
-    rows->Add(line, 0, wxALIGN_CENTER | wxTOP, 2 * space.margin);
-    line->Wrap(48 * GetCharWidth());
-    auto* const close = new wxButton(this, wxID_CLOSE);
-    rows->Add(close, 0, wxALIGN_CENTER | wxTOP, 2 * space.margin);
-    close->SetDefault();
-    close->SetFocus();
-    SetEscapeId(wxID_CLOSE);
-    auto* const outer = new wxBoxSizer(wxVERTICAL);
-    outer->Add(rows, 1, wxEXPAND | wxALL, 2 * space.margin);
-    SetSizerAndFit(outer);
-    close->Bind(wxEVT_BUTTON, &AboutDialog::onClose, this);
-}
-
-void AboutDialog::onClose(wxCommandEvent&) {}
-
 namespace {
 
 constexpr int pictureSide = 32;
@@ -126,19 +104,28 @@ wxBitmap panelLogo(wxWindow const& panel) {
     return wxBitmap(image, wxBITMAP_SCREEN_DEPTH, scale);
 }
 
-wxStaticText* addRow(wxWindow* panel, wxSizer* rows, wxBitmap const& picture, wxString const& text,
-                     int flags) {
+/// A button that is hidden until there is something for it to do.
+wxButton* makeSmallButton(wxWindow* panel, wxString const& label) {
+    auto* const button =
+        new wxButton(panel, wxID_ANY, label, wxDefaultPosition, wxDefaultSize, wxBU_EXACTFIT);
+    button->SetMinSize(button->GetBestSize() + wxSize(2 * button->GetCharWidth(), 0));
+    button->Hide();
+    return button;
+}
+
+wxStaticText* addRow(wxWindow* panel, wxSizer* rows, wxStaticBitmap* picture, wxString const& text,
+                     wxButton* button = nullptr) {
     auto* const row = new wxBoxSizer(wxHORIZONTAL);
-    auto* const bitmap = new wxStaticBitmap(panel, wxID_ANY, picture);
-    bitmap->SetMinSize(wxSize(pictureSide, pictureSide)); // also where the picture is missing
-    row->Add(bitmap, 0, wxALL | wxALIGN_CENTER_VERTICAL, pictureBorder);
+    picture->SetMinSize(wxSize(pictureSide, pictureSide)); // also where it is missing
+    row->Add(picture, 0, wxALL | wxALIGN_CENTER_VERTICAL, pictureBorder);
     auto* const label = new wxStaticText(panel, wxID_ANY, text, wxDefaultPosition, wxDefaultSize,
                                          wxST_ELLIPSIZE_END | wxST_NO_AUTORESIZE);
     label->Wrap(-1);
-    // The border that puts a line of text at the height of the picture's middle.
-    int const height = label->GetBestSize().GetHeight();
-    row->Add(label, 1, wxALL | flags, std::max(pictureBorder, pictureBorder + (pictureSide - height) / 2));
-    rows->Add(row, 0, wxEXPAND);
+    row->Add(label, 1, wxALL | wxALIGN_CENTER_VERTICAL, pictureBorder);
+    if (button)
+        row->Add(button, 0, wxRIGHT | wxALIGN_CENTER_VERTICAL | wxRESERVE_SPACE_EVEN_IF_HIDDEN,
+                 pictureBorder);
+    rows->Add(row, 1, wxEXPAND);
     return label;
 }
 
@@ -148,12 +135,22 @@ NotificationPanel::NotificationPanel(wxWindow* parent)
     : wxFrame(parent, wxID_ANY, wxString(), wxDefaultPosition, wxSize(341, 129),
               wxBORDER_SIMPLE | wxSTAY_ON_TOP | wxFRAME_SHAPED | wxFRAME_NO_TASKBAR) {
     SetSizeHints(wxSize(341, 129));
+    auto const makePicture = [this](wxBitmap const& picture) {
+        return new wxStaticBitmap(this, wxID_ANY, picture);
+    };
+    auto const pictureOf = [](char const* id) { return wxArtProvider::GetBitmap(id, wxART_OTHER); };
+    // TRANSLATORS: a button that opens the program's menu.
+    menuButton = makeSmallButton(this, _("PANEL_MENU"));
+    // TRANSLATORS: a button beside the address that the tunnel gave this machine: copies the address.
+    addressButton = makeSmallButton(this, _("PANEL_COPY_ADDRESS"));
     auto* const rows = new wxBoxSizer(wxVERTICAL);
-    addRow(this, rows, panelLogo(*this), _("TarvikClient"), wxALIGN_CENTER_VERTICAL);
-    addRow(this, rows, wxArtProvider::GetBitmap("tarvik-plugin", wxART_OTHER), _("Connected"), 0);
-    statusLabel = addRow(this, rows, wxArtProvider::GetBitmap("tarvik-vpn", wxART_OTHER), wxString(), 0);
+    addRow(this, rows, makePicture(panelLogo(*this)), _("TarvikClient"), menuButton);
+    stateLabel = addRow(this, rows, makePicture(pictureOf("tarvik-plugin")), _("Connected"));
+    statusPicture = makePicture(pictureOf("tarvik-vpn"));
+    statusLabel = addRow(this, rows, statusPicture, wxString(), addressButton);
     SetSizer(rows);
     Layout();
+    setAccessibleName(*this, _("TarvikClient")); // it has no title
 }
 
 } // namespace quillon

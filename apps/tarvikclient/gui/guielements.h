@@ -8,12 +8,13 @@
 class wxButton;
 class wxCheckBox;
 class wxListBox;
-class wxScrolledWindow;
 class wxStaticBitmap;
 class wxStaticText;
 class wxTextCtrl;
 
 namespace quillon {
+
+class ScrolledContents;
 
 /// The settings: credentials for a proxy, hosts whose certificates are not checked.
 class ConfigurationDialog : public wxDialog {
@@ -27,7 +28,9 @@ protected:
     virtual void onRemoveCertIgnoreDomainButton(wxCommandEvent& event);
 
     /// Makes the dialog as large as its contents need, within the screen, and lets nobody make it smaller.
-    void fitToContents();
+    void fitToContents(bool keepLarger = false);
+    /// Says below the domain's field what is wanted there, until something else is typed.
+    void showDomainProblem(bool show);
 
     wxCheckBox* useSystemProxy = nullptr;
     wxTextCtrl* proxyLogin = nullptr;
@@ -37,9 +40,15 @@ protected:
     wxButton* removeCertIgnoreDomainButton = nullptr;
 
 private:
-    wxSizer* makeProxyGroup();
-    wxSizer* makeCertificateGroup();
+    wxWindow* makeProxyGroup();
+    wxWindow* makeCertificateGroup();
+    wxSizer* makeDomainProblem(wxWindow* box);
+    void makeList(wxWindow* box);
     void bindEvents();
+    void onListKey(wxKeyEvent& event);
+
+    ScrolledContents* m_contents = nullptr;
+    wxSizer* m_domainProblem = nullptr;
 };
 
 /// What is shown when the gateway cannot be reached.
@@ -47,6 +56,8 @@ class ConnectionErrorDialog : public wxDialog {
 public:
     /// Id of the settings button, whose event whoever shows the dialog handles.
     static constexpr int settingsButtonId = 1000;
+    /// Id of the button that shows the log, which is handled likewise.
+    static constexpr int logButtonId = 1001;
 
     ConnectionErrorDialog(wxWindow* parent, wxString const& title);
 
@@ -58,12 +69,12 @@ protected:
     virtual void onQuit(wxCommandEvent& event);
 
     wxStaticText* errorHeading = nullptr;
-    /// Holds the details, and scrolls them where they are long.
-    wxScrolledWindow* detailsArea = nullptr;
-    wxStaticText* errorDetails = nullptr;
+    wxStaticText* errorHappened = nullptr;
+    wxStaticText* errorToDo = nullptr;
+    wxTextCtrl* errorDetails = nullptr; // to be read and copied
 };
 
-/// Who made the program, and which version it is.
+/// What the program is, which version of it, what it stands on, and where its log is.
 class AboutDialog : public wxDialog {
 public:
     explicit AboutDialog(wxWindow* parent);
@@ -71,16 +82,28 @@ public:
 protected:
     virtual void onClose(wxCommandEvent& event);
 
+    ScrolledContents* contents = nullptr;
     wxStaticText* version = nullptr;
+    wxTextCtrl* logPlace = nullptr;
+    wxTextCtrl* licences = nullptr;
+
+private:
+    void addIdentity(wxSizer& rows);
+    void addFacts(wxSizer& rows);
 };
 
-/// Three rows of a picture and a text each, in a small window without a frame.
+/// Three rows of a picture and a text each, in a small window without a frame: the program, what it is doing,
+/// and how the tunnel is.
 class NotificationPanel : public wxFrame {
 public:
     explicit NotificationPanel(wxWindow* parent);
 
 protected:
+    wxStaticText* stateLabel = nullptr;
     wxStaticText* statusLabel = nullptr;
+    wxStaticBitmap* statusPicture = nullptr;
+    wxButton* menuButton = nullptr;    ///< hidden at first, as the next one is
+    wxButton* addressButton = nullptr; ///< copies the tunnel's address
 };
 
 } // namespace quillon

@@ -19,7 +19,10 @@ Leaving::Leaving(wxWindow& window, ClientHolder& client, NestedLoops& loops)
 
 void Leaving::begin() {
     announce();
+    bool const again = m_quitting.begun();
     m_quitting.begin(std::chrono::steady_clock::now(), m_atWork);
+    if (!again && m_progress)
+        m_progress(false);
     m_loops.refuse();
     m_timer.Start(timerMs);
     endSession();
@@ -51,6 +54,7 @@ void Leaving::answer(wxCloseEvent& event) {
 
 void Leaving::withoutDisplay() {
     if (m_client->isRunning()) {
+        SessionMark::expectEnd();
         m_client->stop();
         m_client->join(std::chrono::milliseconds(Quitting::grace).count());
     }
@@ -61,7 +65,15 @@ void Leaving::announce() const {
         m_announcement();
 }
 
+void Leaving::tellIfOverdue() {
+    if (m_overdueTold || !m_progress || !m_quitting.isOverdue(std::chrono::steady_clock::now()))
+        return;
+    m_overdueTold = true;
+    m_progress(true);
+}
+
 void Leaving::proceed() {
+    tellIfOverdue();
     if (m_quitting.begun())
         endSession();
     closeIfFree();

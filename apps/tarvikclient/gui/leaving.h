@@ -24,6 +24,8 @@ public:
     /// `announcement` is called, possibly several times, as soon as the end is certain.
     void announceBy(Announcement announcement) { m_announcement = std::move(announcement); }
 
+    /// `progress` is called when the end begins, and with true once the session has had its time.
+    void tellBy(std::function<void(bool overdue)> progress) { m_progress = std::move(progress); }
     /// Whether the session has something to put in order before its transfers are cut off.
     void setAtWork(bool atWork) { m_atWork = atWork; }
     /// The user wants out: ends the session, cancels the open dialogs and refuses further ones.
@@ -40,6 +42,7 @@ public:
 
 private:
     void announce() const;
+    void tellIfOverdue();
     void proceed();
     /// The next step of ending the session that is due.
     void endSession();
@@ -49,6 +52,8 @@ private:
     ClientHolder& m_client;
     NestedLoops& m_loops;
     Announcement m_announcement;
+    std::function<void(bool overdue)> m_progress;
+    bool m_overdueTold = false;
     Quitting m_quitting;
     wxTimer m_timer; // runs while the session is to end or the window to close
     bool m_atWork = false;

@@ -2,6 +2,7 @@
 
 #include "base/log.h"
 #include "tarvikclient/gui/dialoglayout.h"
+#include "tarvikclient/gui/logwindowparts.h"
 #include "tarvikclient/gui/model/logtail.h"
 #include "tarvikclient/gui/model/privatetext.h"
 
@@ -27,8 +28,8 @@ namespace quillon {
 
 namespace {
 
-wxSize const defaultSize(860, 540);
-constexpr int pollInterval = 500; // ms
+wxSize const defaultSize(105, 30); // in characters, and lines
+constexpr int pollInterval = 500;  // ms
 // In characters: the control is cut down to the second when it holds more than the first.
 constexpr long mostShown = 4 << 20;
 constexpr long keptShown = 3 << 20;
@@ -41,6 +42,8 @@ public:
     ~LogWindow() override;
 
     bool ShouldPreventAppExit() const override { return false; }
+    wxString const& path() const { return m_path; }
+    void end();
 
 private:
     void makeLayout();
@@ -48,7 +51,6 @@ private:
     void bindEvents(wxWindow* owner);
     void onDestroyed(wxWindowDestroyEvent& event);
     void onKey(wxKeyEvent& event);
-    void end();
 
     void poll();
     void append(wxString const& text);
@@ -106,17 +108,13 @@ LogWindow::~LogWindow() {
 void LogWindow::makeLayout() {
     Distances const space(*this);
     auto* const panel = new wxPanel(this);
-    m_text = new wxTextCtrl(panel, wxID_ANY, "", wxDefaultPosition, wxDefaultSize,
-                            wxTE_MULTILINE | wxTE_READONLY | wxTE_DONTWRAP | wxTE_NOHIDESEL);
-    m_text->SetFont(wxFont(m_text->GetFont().GetPointSize(), wxFONTFAMILY_TELETYPE, wxFONTSTYLE_NORMAL,
-                           wxFONTWEIGHT_NORMAL));
-    m_text->SetMinSize(FromDIP(wxSize(300, 120)));
-    // TRANSLATORS: stands above the empty text field.
-    m_hint = new wxStaticText(panel, wxID_ANY, _("LOGS_EMPTY"));
-    m_hint->Wrap(FromDIP(defaultSize).x - 4 * space.margin);
+    m_text = makeLogText(panel, GetTitle());
+    m_hint = makeLogHint(panel, m_path, FromDIP(defaultSize).x - 4 * space.margin);
     auto* const column = new wxBoxSizer(wxVERTICAL);
     column->Add(m_hint, wxSizerFlags().Border(wxLEFT | wxRIGHT | wxTOP, space.margin));
     column->Add(m_text, wxSizerFlags(1).Expand().Border(wxALL, space.margin));
+    column->Add(makeLogPlace(panel, m_path),
+                wxSizerFlags().Expand().Border(wxLEFT | wxRIGHT | wxBOTTOM, space.margin));
     column->Add(makeButtons(panel),
                 wxSizerFlags().Expand().Border(wxLEFT | wxRIGHT | wxBOTTOM, space.margin));
     panel->SetSizer(column);
@@ -124,7 +122,7 @@ void LogWindow::makeLayout() {
     whole->Add(panel, wxSizerFlags(1).Expand());
     SetSizer(whole);
     whole->SetSizeHints(this);
-    SetSize(FromDIP(defaultSize));
+    SetClientSize(inCharacters(*this, defaultSize));
     CentreOnScreen();
     m_text->SetFocus();
 }
@@ -143,10 +141,8 @@ wxSizer* LogWindow::makeButtons(wxWindow* parent) {
 
 void LogWindow::bindEvents(wxWindow* owner) {
     Bind(wxEVT_TIMER, [this](wxTimerEvent&) { poll(); });
-    Bind(
-        wxEVT_BUTTON, [this](wxCommandEvent&) { copy(); }, wxID_COPY);
-    Bind(
-        wxEVT_BUTTON, [this](wxCommandEvent&) { save(); }, wxID_SAVE);
+    m_copy->Bind(wxEVT_BUTTON, [this](wxCommandEvent&) { copy(); });
+    m_save->Bind(wxEVT_BUTTON, [this](wxCommandEvent&) { save(); });
     Bind(
         wxEVT_BUTTON, [this](wxCommandEvent&) { end(); }, wxID_CLOSE);
     Bind(wxEVT_CLOSE_WINDOW, [this](wxCloseEvent&) { end(); });
@@ -289,6 +285,7 @@ void LogWindow::saveAs(wxString const& destination) {
 
 int LogWindow::ask(wxDialog& dialog) {
     m_dialog = &dialog;
+    useOwnLabels(dialog);
     int const answer = dialog.ShowModal();
     m_dialog = nullptr;
     if (m_ended)
@@ -299,6 +296,8 @@ int LogWindow::ask(wxDialog& dialog) {
 } // namespace
 
 void showLogWindow(wxWindow* parent, wxString const& path, wxString const& gateway) {
+    if (openWindow && openWindow->path() != path)
+        openWindow->end();
     if (!openWindow)
         openWindow = new LogWindow(parent, path, gateway);
     openWindow->Show();

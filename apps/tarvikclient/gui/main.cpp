@@ -1,9 +1,11 @@
 // The desktop client: tarvikclient [URL].
 #include "base/exception.h"
+#include "tarvikclient/gui/handover.h"
 #include "tarvikclient/gui/platform/singleinstance.h"
 #include "tarvikclient/gui/platform/toolkitenvironment.h"
 #include "tarvikclient/gui/tarvikclientgui.h"
 #include "tarvikclient/launchargument.h"
+#include "tarvikclient/programinformation.h"
 
 #include <cstdio>
 
@@ -13,6 +15,9 @@ namespace {
 
 using namespace quillon;
 
+constexpr char usage[] = "usage: tarvikclient [URL]\n"
+                         "       tarvikclient --help      print this text\n"
+                         "       tarvikclient --version   print the program's version\n";
 constexpr int exitUsage = 64;
 constexpr int exitFailure = 1;
 
@@ -22,24 +27,26 @@ int run(int argc, char** argv) {
     argv[argc = 1] = nullptr; // of no use to the toolkit, which copies what it is given
     // Before the toolkit starts: a process that only brings a URL needs neither the time nor a display.
     SingleInstance instance;
-    switch (instance.claim(url)) {
+    HandOver handOver(instance, url);
+    switch (handOver.finish(argc, argv)) {
     case SingleInstance::Role::first:
         TarvikClientGui::setLaunch(instance, url);
-        return wxEntry(argc, argv);
+        return handOver.runApplication(argc, argv);
     case SingleInstance::Role::second:
         return 0;
     case SingleInstance::Role::unheard:
         break;
     }
-    std::fputs("tarvikclient: the client that is running has not taken the URL\n", stderr);
     return exitFailure;
 }
 
 } // namespace
 
 int main(int argc, char** argv) {
+    if (auto const code = answerAboutProgram(argc, argv, "tarvikclient", usage))
+        return *code;
     if (argc > 2 || (argc == 2 && argv[1][0] == '-')) {
-        std::fputs("usage: tarvikclient [URL]\n", stderr);
+        std::fputs(usage, stderr);
         return exitUsage;
     }
     try {

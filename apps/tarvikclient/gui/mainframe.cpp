@@ -1,21 +1,19 @@
 #include "tarvikclient/gui/mainframe.h"
 
-#include "base/console.h"
-#include "base/file.h"
-#include "tarvikclient/gui/aboutdialog.h"
+#include "base/log.h"
+#include "http/uri.h"
 #include "tarvikclient/gui/artprovider.h"
 #include "tarvikclient/gui/configurationdialog.h"
 #include "tarvikclient/gui/connectionerrordialog.h"
 #include "tarvikclient/gui/gatewaydialog.h"
-#include "tarvikclient/gui/logwindow.h"
 #include "tarvikclient/gui/model/wxconversion.h"
 #include "tarvikclient/gui/notificationpanel.h"
+#include "tarvikclient/gui/platform/desktopnotification.h"
 #include "tarvikclient/gui/systray.h"
 
-#include <wx/dcclient.h>
 #include <wx/intl.h>
-#include <wx/msgdlg.h>
-#include <wx/stockitem.h>
+
+#include <utility>
 
 namespace quillon {
 
@@ -23,15 +21,14 @@ TarvikMainFrame* mainhiddenframe = nullptr;
 
 namespace {
 
-constexpr int pathWidth = 600; // pixels
-
-/// The settings button of the connection-error dialog: the settings open on top of that dialog.
-struct FshowConfigurationDialog {
-    TarvikMainFrame* frame;
-    TarvikClientConnectionErrorDialog* dialog;
-
-    void operator()(wxCommandEvent&) const { frame->showConfigurationDialogModal(dialog); }
-};
+/// As the launch URL has it, without the ticket; empty where it is none.
+String gatewayOf(String const& url) {
+    try {
+        return http::Uri::parse(url, true).getAuthority().rright('@');
+    } catch (http::UriComponentException const&) { // the session reports it
+        return String::null;
+    }
+}
 
 } // namespace
 
@@ -52,15 +49,23 @@ TarvikMainFrame::TarvikMainFrame(wxWindow* parent, int id, wxString const& title
     : wxFrame(parent, id, title, wxDefaultPosition, wxDefaultSize, wxDEFAULT_FRAME_STYLE), client(*this) {
     SetIcons(programIcons());
     notificationPanel = std::make_unique<TarvikClientNotificationPanel>(this);
+    // The panel's handler comes first, because it is bound last.
+    Bind(wxEventTypeTag<wxThreadEvent>(EVT_TYPE_CLIENTNOTIFY), &TarvikMainFrame::onTunnelStatus, this,
+         CLIENTNOTIFY_VPN_STATUS);
     Bind(wxEventTypeTag<wxThreadEvent>(EVT_TYPE_CLIENTNOTIFY), &TarvikClientNotificationPanel::onVpnStatus,
          notificationPanel.get(), CLIENTNOTIFY_VPN_STATUS);
     Bind(EVT_GATEWAY_QUESTION, &TarvikMainFrame::onGatewayQuestion, this);
+    m_nestedLoops.watch([this](bool open) { notificationPanel->stayBehind(open); });
+    m_leaving.tellBy([this](bool overdue) { tell(overdue ? m_state.abandon() : m_state.leave()); });
     showTaskBarIcon();
 }
 
 TarvikMainFrame::~TarvikMainFrame() {
     if (mainhiddenframe == this)
         mainhiddenframe = nullptr;
+    m_nestedLoops.watch({});
+    if (m_notified && m_state.stage() != SessionStage::ended)
+        withdrawDesktopNotification();
     m_statusArea.reset();
     taskBarIcon.reset();
     notificationPanel.reset();
@@ -68,6 +73,58 @@ TarvikMainFrame::~TarvikMainFrame() {
 
 void TarvikMainFrame::start(wxString const& url) {
     start(wxToQuillonString(url));
+}
+
+void TarvikMainFrame::start(String const& url) {
+    begin(gatewayOf(url));
+    if (client.run(url))
+        return;
+    log(ERROR, "TarvikMainFrame", "start", "The last session has not ended, so none was started");
+    fail();
+}
+
+void TarvikMainFrame::begin(String const& gateway) {
+    m_leaving.setAtWork(false);
+    notificationPanel->reset();
+    tell(m_state.begin(quillonToWxString(gateway)));
+}
+
+bool TarvikMainFrame::startNext(String const& url) {
+    if (m_failureShown) {
+        m_nextUrl = url.owned();
+        m_nestedLoops.endTop();
+        return true;
+    }
+    bool const possible =
+        m_state.isOver() && !m_leaving.begun() && !m_nestedLoops.find<TarvikClientConnectionErrorDialog>();
+    if (possible)
+        start(url);
+    else
+        bringBack();
+    return possible;
+}
+
+void TarvikMainFrame::bringBack() {
+    notificationPanel->reveal();
+    m_nestedLoops.raise();
+}
+
+void TarvikMainFrame::tell(bool changed) {
+    if (!changed)
+        return;
+    notificationPanel->setState(m_state.text());
+    m_statusArea->tell(m_state.mood(), m_state.text());
+    if (m_state.callsForPanel())
+        notificationPanel->reveal();
+    if (m_state.isNews())
+        notifyUser();
+}
+
+void TarvikMainFrame::notifyUser() {
+    m_notified = true;
+    bool const connected = m_state.stage() == SessionStage::connected;
+    // TRANSLATORS: the program's name.
+    showDesktopNotification(_("TarvikClient"), connected ? notificationPanel->statusLine() : m_state.text());
 }
 
 void TarvikMainFrame::stop() {
@@ -91,56 +148,6 @@ void TarvikMainFrame::hideTaskBarIcon() {
     taskBarIcon->RemoveIcon();
 }
 
-void TarvikMainFrame::showConfigurationDialogModal(wxWindow* parent) {
-    if (auto* const open = m_nestedLoops.find<TarvikClientConfigurationDialog>()) {
-        open->Raise();
-        return;
-    }
-    TarvikClientConfigurationDialog dialog(parent);
-    dialog.readConfiguration(client->getLocalConfiguration());
-    if (dialog.ShowModal() == wxID_OK)
-        saveSettings(dialog);
-    if (m_postponed)
-        QueueEvent(m_postponed.release());
-}
-
-void TarvikMainFrame::saveSettings(TarvikClientConfigurationDialog& dialog) {
-    dialog.writeConfiguration(client->getLocalConfiguration());
-    try {
-        client->saveLocalConfiguration();
-    } catch (EFile const&) {
-        // What was entered is in force all the same, until the program ends.
-        wxClientDC dc(this);
-        wxString const path = wxControl::Ellipsize(quillonToWxString(client->getLocalConfPath()), dc,
-                                                   wxELLIPSIZE_MIDDLE, FromDIP(pathWidth));
-        // TRANSLATORS: shown when the settings could not be written to disk; they hold until the program
-        // ends. %s is the path of the file.
-        showError(dialog.GetParent(), wxString::Format(_("SETTINGS_NOT_SAVED %s"), path),
-                  wxGetStockLabel(wxID_OK));
-    }
-}
-
-void TarvikMainFrame::showAbout() {
-    if (auto* const open = m_nestedLoops.find<TarvikClientAboutDialog>()) {
-        open->Raise();
-        return;
-    }
-    TarvikClientAboutDialog(nullptr).ShowModal();
-}
-
-void TarvikMainFrame::showLogs() {
-    client->showLogs();
-    showLogWindow(this, quillonToWxString(console->getFilename(TRACE)),
-                  quillonToWxString(client->getMediation()));
-}
-
-void TarvikMainFrame::showError(wxWindow* parent, wxString const& text, wxString const& okLabel) {
-    // TRANSLATORS: title of a message.
-    wxMessageDialog dialog(parent, text, _("Error"), wxOK | wxCENTRE | wxICON_ERROR);
-    dialog.SetOKLabel(okLabel);
-    dialog.ShowModal();
-}
-
 void TarvikMainFrame::onGatewayQuestion(wxThreadEvent& event) {
     auto const question = event.GetPayload<std::shared_ptr<GatewayQuestion>>();
     if (!question->isOpen())
@@ -157,7 +164,7 @@ void TarvikMainFrame::onClientConnectError(wxThreadEvent& event) {
     if (m_leaving.begun())
         return; // it failed before it could be cut off
     if (auto* const open = m_nestedLoops.find<TarvikClientConnectionErrorDialog>()) {
-        open->setErrorContent(event.GetString());
+        describeConnectError(*open, event.GetString());
         return;
     }
     // The error dialog would lock up the settings below it, to which it leads.
@@ -165,6 +172,7 @@ void TarvikMainFrame::onClientConnectError(wxThreadEvent& event) {
         m_postponed.reset(event.Clone());
         return;
     }
+    tell(m_state.fail());
     int const choice = askAfterConnectError(event.GetString());
     if (choice == TarvikClientConnectionErrorDialog::quit)
         stop();
@@ -172,19 +180,10 @@ void TarvikMainFrame::onClientConnectError(wxThreadEvent& event) {
         retry();
 }
 
-int TarvikMainFrame::askAfterConnectError(wxString const& text) {
-    TarvikClientConnectionErrorDialog dialog(this);
-    dialog.Bind(wxEVT_BUTTON, FshowConfigurationDialog{this, &dialog},
-                ConnectionErrorDialog::settingsButtonId);
-    dialog.setGateway(quillonToWxString(client->getMediation()));
-    dialog.setErrorContent(text);
-    return dialog.ShowModal();
-}
-
 void TarvikMainFrame::retry() {
     if (m_leaving.begun())
         return;
-    m_leaving.setAtWork(false);
+    begin(client->getMediation());
     if (client.restart())
         return;
     log(ERROR, "TarvikMainFrame", "retry", "The last session has not ended, so none was started");
@@ -192,29 +191,13 @@ void TarvikMainFrame::retry() {
 }
 
 void TarvikMainFrame::onClientStatus(wxThreadEvent& event) {
-    switch (event.GetInt()) {
-    case STATUS_IDLE:
-        // TRANSLATORS: the program's state.
-        m_statusText = _("STATUS_IDLE");
-        break;
-    case STATUS_DOWNLOADING_COMPENENTS:
-        // TRANSLATORS: the program's state.
-        m_statusText = _("STATUS_DOWNLOADING_COMPENENTS");
-        break;
-    case STATUS_CONNECTED:
-        // TRANSLATORS: the program's state.
-        m_statusText = _("STATUS_CONNECTED");
-        break;
-    case STATUS_FINISHED:
+    tell(m_state.onStatus(static_cast<ClientStatus>(event.GetInt())));
+    if (event.GetInt() == STATUS_FINISHED)
         m_leaving.sessionEnded();
-        break;
-    case STATUS_HOSTCHECKING:
-        // TRANSLATORS: the program's state: this machine is being checked.
-        m_statusText = _("HOSTCHECKING");
-        break;
-    default:
-        break;
-    }
+}
+
+void TarvikMainFrame::onTunnelStatus(wxThreadEvent&) {
+    tell(m_state.onTunnel(notificationPanel->status().event()));
 }
 
 void TarvikMainFrame::onFatalError(wxThreadEvent&) {
@@ -223,13 +206,17 @@ void TarvikMainFrame::onFatalError(wxThreadEvent&) {
 
 void TarvikMainFrame::fail() {
     if (!m_leaving.begun())
-        // TRANSLATORS: a message whose only button ends the program. The reason is in the log.
-        showError(this, _("UNKNOWN_ERROR_HAS_OCCURED"), wxGetStockLabel(wxID_EXIT));
-    stop();
+        showFailure();
+    String const next = std::exchange(m_nextUrl, String());
+    if (next.empty() || m_leaving.begun())
+        stop();
+    else
+        start(next);
 }
 
 void TarvikMainFrame::onClientDispatch(wxThreadEvent& event) {
     m_leaving.setAtWork(true);
+    tell(m_state.onDispatch(static_cast<ClientType>(event.GetInt())));
     if (event.GetInt() == CLIENT_TYPE_HOSTCHECKER)
         hideTaskBarIcon();
 }

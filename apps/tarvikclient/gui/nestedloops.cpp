@@ -2,6 +2,7 @@
 
 #include "tarvikclient/gui/platform/nativedialog.h"
 #include "tarvikclient/gui/platform/nativemenu.h"
+#include "tarvikclient/gui/platform/toplevel.h"
 
 #include <wx/dialog.h>
 
@@ -26,15 +27,25 @@ void NestedLoops::endTop() {
         endNativeDialog(*m_open.back());
 }
 
+void NestedLoops::raise() const {
+    for (wxDialog* const dialog : m_open)
+        dialog->Raise();
+}
+
 int NestedLoops::Enter(wxDialog* dialog) {
     if (m_refusing)
         return wxID_CANCEL;
+    lockUpDialogsOnly(*dialog);
     m_open.push_back(dialog);
+    if (m_onChange && m_open.size() == 1)
+        m_onChange(true);
     return wxID_NONE;
 }
 
 void NestedLoops::Exit(wxDialog* dialog) {
     m_open.erase(std::remove(m_open.begin(), m_open.end(), dialog), m_open.end());
+    if (m_onChange && m_open.empty())
+        m_onChange(false);
 }
 
 } // namespace quillon

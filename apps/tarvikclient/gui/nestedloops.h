@@ -3,6 +3,7 @@
 
 #include <wx/modalhook.h>
 
+#include <functional>
 #include <vector>
 
 class wxMenu;
@@ -41,6 +42,11 @@ public:
     /// From now on a modal dialog is not shown but returns wxID_CANCEL at once.
     void refuse() { m_refusing = true; }
 
+    /// `onChange` is called whenever the first dialog is about to open (true) or the last one has closed.
+    void watch(std::function<void(bool open)> onChange) { m_onChange = std::move(onChange); }
+    /// Brings the dialogs that are open before the program's other windows.
+    void raise() const;
+
     /// The open dialog of a class, or null.
     template <class Dialog>
     Dialog* find() const {
@@ -55,6 +61,7 @@ private:
     void Exit(wxDialog* dialog) override;
 
     std::vector<wxDialog*> m_open; // the one on top last
+    std::function<void(bool open)> m_onChange;
     bool m_refusing = false;
 };
 

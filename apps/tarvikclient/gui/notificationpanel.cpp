@@ -2,18 +2,24 @@
 
 #include "tarvikclient/gui/nestedloops.h"
 #include "tarvikclient/gui/platform/desktopnotification.h"
-#include "tarvikclient/gui/platform/display.h"
+#include "tarvikclient/gui/platform/toplevel.h"
 #include "tarvikclient/gui/systray.h"
 
-#include <wx/dcclient.h>
+#include <wx/button.h>
+#include <wx/clipbrd.h>
 #include <wx/graphics.h>
 #include <wx/intl.h>
 #include <wx/menu.h>
+#include <wx/settings.h>
 #include <wx/sizer.h>
+#include <wx/statbmp.h>
 #include <wx/stattext.h>
+#include <wx/utils.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <memory>
+#include <utility>
 
 namespace quillon {
 
@@ -22,35 +28,53 @@ namespace {
 constexpr int stepMs = 1000;
 constexpr unsigned fadeMs = 10;
 constexpr double cornerRadius = 10.0;
+// More comes from nowhere but a module that means no good, and is more than a window system can draw.
+constexpr std::size_t longestText = 1000;
+
+/// In one line.
+wxString flattened(wxString text) {
+    for (char const* const separator : {"\r", "\n", "\t"})
+        text.Replace(separator, " ");
+    return text.Left(longestText);
+}
 
 } // namespace
 
 TarvikClientNotificationPanel::TarvikClientNotificationPanel(wxWindow* parent)
     : NotificationPanel(parent), timer(this) {
+    keepFocusElsewhere(*this);
     Bind(wxEVT_TIMER, &TarvikClientNotificationPanel::onTimer, this, timer.GetId());
     timer.Start(stepMs);
     Bind(wxEVT_CLOSE_WINDOW, &TarvikClientNotificationPanel::onClose, this);
+    Bind(wxEVT_CHAR_HOOK, &TarvikClientNotificationPanel::onKey, this);
+    menuButton->Bind(wxEVT_BUTTON, [this](wxCommandEvent&) { popUpMenu(); });
+    addressButton->Bind(wxEVT_BUTTON, [this](wxCommandEvent&) { copyAddress(); });
     listenTo(*this);
     layOut();
 }
 
 void TarvikClientNotificationPanel::listenTo(wxWindow& window) {
+    window.Bind(wxEVT_LEFT_DOWN, &TarvikClientNotificationPanel::onPress, this);
+    window.Bind(wxEVT_MOTION, &TarvikClientNotificationPanel::onDrag, this);
     window.Bind(wxEVT_LEFT_UP, &TarvikClientNotificationPanel::onClick, this);
     window.Bind(wxEVT_RIGHT_UP, &TarvikClientNotificationPanel::onRightClick, this);
     window.Bind(wxEVT_CONTEXT_MENU, &TarvikClientNotificationPanel::onContextMenu, this);
     for (wxWindow* const child : window.GetChildren())
-        listenTo(*child);
+        if (!child->AcceptsFocus()) // a button has its own use for the mouse
+            listenTo(*child);
+}
+
+void TarvikClientNotificationPanel::setState(wxString const& text) {
+    setText(*stateLabel, flattened(text));
+    layOut();
 }
 
 void TarvikClientNotificationPanel::onVpnStatus(wxThreadEvent& event) {
+    event.Skip();
     if (!m_status.accept(event.GetString()))
         return;
-    ShowWithEffect(wxSHOW_EFFECT_BLEND, fadeMs);
     showStatus();
-    // Where the desktop decides what lies in front, the panel may have come up behind everything else.
-    if (!windowsCanBePlaced())
-        // TRANSLATORS: the program's name.
-        showDesktopNotification(_("TarvikClient"), statusLine());
+    reveal();
 }
 
 void TarvikClientNotificationPanel::updateVpnStatus() {
@@ -62,15 +86,52 @@ void TarvikClientNotificationPanel::onTimer(wxTimerEvent&) {
     updateVpnStatus();
 }
 
+void TarvikClientNotificationPanel::reset() {
+    m_status = VpnStatus();
+    for (wxStaticText* const label : {stateLabel, statusLabel})
+        label->SetMinSize(wxDefaultSize);
+    showStatus();
+}
+
+void TarvikClientNotificationPanel::reveal() {
+    m_awaited = m_behind && !IsShown();
+    if (!m_awaited)
+        ShowWithEffect(wxSHOW_EFFECT_BLEND, fadeMs);
+}
+
+void TarvikClientNotificationPanel::stayBehind(bool dialogsOpen) {
+    m_behind = dialogsOpen;
+    SetWindowStyleFlag(dialogsOpen ? GetWindowStyleFlag() & ~wxSTAY_ON_TOP
+                                   : GetWindowStyleFlag() | wxSTAY_ON_TOP);
+    if (!m_behind && m_awaited)
+        reveal();
+}
+
+void TarvikClientNotificationPanel::onPress(wxMouseEvent& event) {
+    m_pressedAt = wxGetMousePosition();
+    event.Skip();
+}
+
+void TarvikClientNotificationPanel::onDrag(wxMouseEvent& event) {
+    event.Skip();
+    if (!m_menuOwner || !event.LeftIsDown() || m_pressedAt == wxDefaultPosition)
+        return;
+    wxPoint const way = wxGetMousePosition() - m_pressedAt;
+    if (std::max(std::abs(way.x), std::abs(way.y)) < wxSystemSettings::GetMetric(wxSYS_DRAG_X, this))
+        return;
+    m_pressedAt = wxDefaultPosition;
+    m_moved = moveWithMouse(*this);
+}
+
 void TarvikClientNotificationPanel::onClick(wxMouseEvent&) {
-    if (!m_menuOwner)
+    if (m_menuOwner)
+        popUpMenu();
+    else
         Show(false);
 }
 
 void TarvikClientNotificationPanel::onClose(wxCloseEvent&) {
-    // The main frame owns the panel and shows it again.
-    if (!m_menuOwner)
-        Show(false);
+    putAway(); // the main frame owns the panel and shows it again
 }
 
 void TarvikClientNotificationPanel::onContextMenu(wxContextMenuEvent&) {
@@ -79,6 +140,23 @@ void TarvikClientNotificationPanel::onContextMenu(wxContextMenuEvent&) {
 
 void TarvikClientNotificationPanel::onRightClick(wxMouseEvent&) {
     popUpMenu();
+}
+
+void TarvikClientNotificationPanel::onKey(wxKeyEvent& event) {
+    int const key = event.GetKeyCode();
+    if (key == WXK_ESCAPE)
+        putAway();
+    else if (key == WXK_WINDOWS_MENU || key == WXK_MENU || (key == WXK_F10 && event.ShiftDown()))
+        popUpMenu();
+    else
+        event.Skip();
+}
+
+void TarvikClientNotificationPanel::putAway() {
+    Show(false);
+    if (m_menuOwner)
+        // TRANSLATORS: a notification, when the user has put the program's only window away.
+        showDesktopNotification(_("TarvikClient"), _("PANEL_PUT_AWAY"));
 }
 
 void TarvikClientNotificationPanel::popUpMenu() {
@@ -90,43 +168,47 @@ void TarvikClientNotificationPanel::popUpMenu() {
     PopupMenu(menu.get());
 }
 
+void TarvikClientNotificationPanel::copyAddress() {
+    wxClipboardLocker const clipboard;
+    if (!clipboard)
+        return;
+    wxTheClipboard->SetData(new wxTextDataObject(m_status.address()));
+}
+
 void TarvikClientNotificationPanel::carryMenu(TarvikSystrayIcon* icon) {
-    m_menuOwner = icon;
-    showStatus();
+    bool const before = std::exchange(m_menuOwner, icon) != nullptr;
+    menuButton->Show(icon);
+    // TRANSLATORS: the program's name.
+    SetTitle(icon ? _("TarvikClient") : wxString());
+    listInTaskBar(*this, icon);
+    layOut();
     if (icon)
-        Show(true);
-    else if (m_status.text().empty())
+        reveal();
+    else if (before && m_status.text().empty())
         Show(false); // it was there for the menu alone
 }
 
 wxString TarvikClientNotificationPanel::statusLine() const {
-    wxString line = m_status.text();
-    if (line.empty() && m_menuOwner)
-        // TRANSLATORS: one short line in a small panel, shown before the tunnel has any state.
-        line = _("STATUS_IDLE");
-    for (char const* const separator : {"\r", "\n", "\t"})
-        line.Replace(separator, " ");
-    return line;
-}
-
-int TarvikClientNotificationPanel::widthForStatus() const {
-    wxSizer const* const row = statusLabel->GetContainingSizer();
-    wxSizerItem const* const item = row ? const_cast<wxSizer*>(row)->GetItem(statusLabel) : nullptr;
-    return GetClientSize().x - statusLabel->GetPosition().x - (item ? item->GetBorder() : 0);
+    return flattened(m_status.text());
 }
 
 void TarvikClientNotificationPanel::showStatus() {
-    wxString const whole = statusLine();
-    wxClientDC dc(statusLabel);
-    dc.SetFont(statusLabel->GetFont());
-    wxString const shown =
-        wxControl::Ellipsize(whole, dc, wxELLIPSIZE_END, widthForStatus(), wxELLIPSIZE_FLAGS_NONE);
-    statusLabel->SetLabelText(shown);
-    if (shown == whole)
-        statusLabel->UnsetToolTip();
-    else
-        statusLabel->SetToolTip(whole);
+    wxString const text = statusLine();
+    setText(*statusLabel, text);
+    statusPicture->Show(!text.empty());
+    addressButton->Show(!m_status.address().empty());
     layOut();
+}
+
+// Grows with its text, but does not shrink with each word: it would jump about.
+void TarvikClientNotificationPanel::setText(wxStaticText& label, wxString const& text) {
+    label.SetLabelText(text);
+    int const width = std::max(label.GetTextExtent(text).x + label.GetCharWidth(), label.GetMinSize().x);
+    label.SetMinSize(wxSize(width, -1));
+    if (label.GetTextExtent(text).x > wxGetClientDisplayRect().width / 2)
+        label.SetToolTip(text);
+    else
+        label.UnsetToolTip();
 }
 
 void TarvikClientNotificationPanel::layOut() {
@@ -147,7 +229,13 @@ void TarvikClientNotificationPanel::place() {
         return;
     m_placedSize = size;
     m_placedIn = area;
-    Move(area.x + area.width - 1 - size.x, area.y);
+    wxPoint corner(std::max(area.x, area.x + area.width - 1 - size.x), area.y);
+    if (m_moved) {
+        wxPoint const now = GetPosition();
+        corner.x = std::clamp(now.x, area.x, corner.x);
+        corner.y = std::clamp(now.y, area.y, std::max(area.y, area.GetBottom() - size.y));
+    }
+    Move(corner);
     wxGraphicsPath path = wxGraphicsRenderer::GetDefaultRenderer()->CreatePath();
     path.AddRoundedRectangle(0, 0, size.x, size.y, cornerRadius);
     SetShape(path);

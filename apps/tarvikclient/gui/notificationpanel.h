@@ -10,42 +10,61 @@ namespace quillon {
 
 class TarvikSystrayIcon;
 
-/// Tells how the tunnel is doing, until it is clicked away. Interface thread only.
+/// Tells what the client is doing and how the tunnel is, until it is clicked away. Interface thread only.
 class TarvikClientNotificationPanel : public NotificationPanel {
 public:
     explicit TarvikClientNotificationPanel(wxWindow* parent);
 
-    /// The event's string is the module's status line. A repeated line changes nothing.
+    /// What the client is doing, in one line.
+    void setState(wxString const& text);
+    /// The event's string is the module's status line, and shows the panel. A repeated line changes nothing.
     void onVpnStatus(wxThreadEvent& event);
+    VpnStatus const& status() const { return m_status; }
+    /// The tunnel's state in full, without the dots that run.
+    wxString statusLine() const;
     /// One step of the dots that follow the text of a state in progress.
     void updateVpnStatus();
     void onTimer(wxTimerEvent& event);
     void onClick(wxMouseEvent& event);
 
-    /// Where the desktop shows no status icon, the panel stands in for it: it is shown at once, stays when it
-    /// is clicked, and its context click opens the menu of `icon`. A null pointer ends that. `icon` is not
-    /// owned.
+    /// Forgets the tunnel of the session before.
+    void reset();
+    /// Shows the panel, or does so once it need not stay behind.
+    void reveal();
+    /// While dialogs are open the panel does not come up, and does not lie over them where it is up already.
+    void stayBehind(bool dialogsOpen);
+
+    /// Where the desktop shows no status icon, the panel stands in for it: it is shown at once and listed in
+    /// the task bar, can be moved, and its button, a click, or the keys for a menu open the menu of `icon`. A
+    /// null pointer ends that. `icon` is not owned.
     void carryMenu(TarvikSystrayIcon* icon);
 
 private:
     /// The panel's events come to whichever of its controls lies under the mouse.
     void listenTo(wxWindow& window);
+    void onPress(wxMouseEvent& event);
+    void onDrag(wxMouseEvent& event);
     void onContextMenu(wxContextMenuEvent& event);
     void onRightClick(wxMouseEvent& event);
+    void onKey(wxKeyEvent& event);
     void onClose(wxCloseEvent& event);
     void popUpMenu();
+    void putAway();
+    void copyAddress();
 
     void showStatus();
-    /// The status text, in full and in one line.
-    wxString statusLine() const;
-    int widthForStatus() const;
+    void setText(wxStaticText& label, wxString const& text);
     void layOut();
-    /// Puts the panel into its corner, with its shape.
+    /// Puts the panel into its corner, or back onto the screen, with its shape.
     void place();
 
     VpnStatus m_status;
     wxTimer timer;
     TarvikSystrayIcon* m_menuOwner = nullptr;
+    bool m_behind = false;
+    bool m_awaited = false; // to be shown when it need not stay behind any more
+    wxPoint m_pressedAt = wxDefaultPosition;
+    bool m_moved = false; // by the user, who is left to it
     // What its place and shape were made for.
     wxSize m_placedSize;
     wxRect m_placedIn;

@@ -1,6 +1,7 @@
 #include "tarvikclient/gui/statusarea.h"
 
 #include "base/log.h"
+#include "tarvikclient/gui/platform/notifierwatch.h"
 #include "tarvikclient/gui/platform/statusitem.h"
 #include "tarvikclient/gui/platform/tray.h"
 #include "tarvikclient/gui/systray.h"
@@ -30,10 +31,30 @@ char const* textOf(StatusRung rung) {
     return "status icon: none, the panel carries the menu";
 }
 
-void showInTray(TarvikSystrayIcon& icon) {
+char const* suffixOf(SessionMood mood) {
+    switch (mood) {
+    case SessionMood::busy:
+        return "-busy";
+    case SessionMood::connected:
+        return "-connected";
+    case SessionMood::trouble:
+        return "-trouble";
+    case SessionMood::quiet:
+        break;
+    }
+    return "";
+}
+
+void showInTray(TarvikSystrayIcon& icon, SessionMood mood, wxString const& text) {
     // Found in the bundle of that name. GetIconBundle() itself trips over a bundle that is missing.
-    wxIcon const picture = wxArtProvider::GetIcon("tarvik-logo", wxART_OTHER, wxSize(16, 16));
-    icon.SetIcon(picture, "Tarvik Client");
+    wxString const name = wxString("tarvik-logo") + suffixOf(mood);
+    wxIcon const picture = wxArtProvider::GetIcon(name, wxART_OTHER, wxSize(16, 16));
+    icon.SetIcon(picture, text.empty() ? wxString("Tarvik Client") : "Tarvik Client\n" + text);
+}
+
+/// In one colour, which the desktop's panel may replace by its own.
+StatusLook lookOf(SessionMood mood, wxString const& text) {
+    return {wxString("tarvikclient") + suffixOf(mood) + "-symbolic", text, mood == SessionMood::trouble};
 }
 
 } // namespace
@@ -45,17 +66,20 @@ public:
     void start();
     void withdraw();
     void stop();
+    void tell(SessionMood mood, wxString const& text);
 
 private:
     void take(StatusRung rung);
     void showOn(StatusRung rung);
     void onWatcher(bool present);
-    std::unique_ptr<wxMenu> makeMenu() { return std::unique_ptr<wxMenu>(m_icon.CreatePopupMenu()); }
     void lookForTray() { m_choice.setTray(isTrayAvailable()); }
 
     TarvikSystrayIcon& m_icon;
     Listener m_listener;
     StatusRungChoice m_choice;
+    StatusRung m_shownOn = StatusRung::none;
+    SessionMood m_mood = SessionMood::quiet;
+    wxString m_text;
     wxTimer m_patience;
     wxTimer m_trayPoll;
     std::unique_ptr<StatusItem> m_item;
@@ -122,15 +146,28 @@ void StatusArea::Watch::take(StatusRung rung) {
 void StatusArea::Watch::showOn(StatusRung rung) {
     m_item.reset();
     m_icon.RemoveIcon();
+    m_shownOn = rung;
     // The tray comes and goes without a word to programs that have no icon in it.
     if (int const period = trayPollPeriod(); rung == StatusRung::notifierItem || period == 0)
         m_trayPoll.Stop();
     else
         m_trayPoll.Start(period);
     if (rung == StatusRung::notifierItem)
-        m_item = std::make_unique<StatusItem>([this] { return makeMenu(); }, m_icon);
+        m_item = std::make_unique<StatusItem>(*std::unique_ptr<wxMenu>(m_icon.CreatePopupMenu()), m_icon,
+                                              lookOf(m_mood, m_text));
     else if (rung == StatusRung::tray)
-        showInTray(m_icon);
+        showInTray(m_icon, m_mood, m_text);
+}
+
+void StatusArea::Watch::tell(SessionMood mood, wxString const& text) {
+    m_mood = mood;
+    m_text = text;
+    if (m_stopped)
+        return;
+    if (m_item)
+        m_item->setLook(lookOf(mood, text));
+    else if (m_shownOn == StatusRung::tray)
+        showInTray(m_icon, mood, text);
 }
 
 StatusArea::StatusArea(TarvikSystrayIcon& icon, Listener listener)
@@ -142,6 +179,10 @@ StatusArea::~StatusArea() {
 
 void StatusArea::show() {
     m_watch->start();
+}
+
+void StatusArea::tell(SessionMood mood, wxString const& text) {
+    m_watch->tell(mood, text);
 }
 
 void StatusArea::remove() {

@@ -1,6 +1,7 @@
 // Where the status icon is shown.
 #pragma once
 
+#include "tarvikclient/gui/model/sessionstate.h"
 #include "tarvikclient/gui/model/statusrung.h"
 
 #include <memory>
@@ -26,6 +27,8 @@ public:
     /// Takes the best rung, logs its name, and follows the desktop from then on. Waits for nothing. Further
     /// calls do nothing.
     void show();
+    /// What the icon tells from now on, wherever it is; `text` is one line.
+    void tell(SessionMood mood, wxString const& text);
     /// Takes the icon away for good. The listener is not called any more, unless no rung had been taken: then
     /// it still learns of the rung `none`, because the menu has no other place there.
     void remove();

@@ -9,6 +9,7 @@
 #include <wx/artprov.h>
 #include <wx/intl.h>
 #include <wx/menu.h>
+#include <wx/stockitem.h>
 
 #include <memory>
 
@@ -17,7 +18,10 @@ namespace quillon {
 namespace {
 
 void append(wxMenu& menu, MenuEntry const& entry) {
-    wxString const label = entry.key ? wxGetTranslation(entry.key) : wxString();
+    wxString label = entry.key ? wxGetTranslation(entry.key) : wxString();
+    // Left empty, the label would show keys too, which do nothing here.
+    if (wxIsStockID(entry.id))
+        label = wxGetStockLabel(entry.id, wxSTOCK_WITH_MNEMONIC);
     auto item = std::make_unique<wxMenuItem>(&menu, entry.id, label);
     if (entry.art)
         if (wxBitmap const picture = wxArtProvider::GetBitmap(entry.art, wxART_OTHER); picture.IsOk())
@@ -43,10 +47,9 @@ TarvikSystrayIcon::TarvikSystrayIcon(wxTaskBarIconType type, MenuCommands* comma
 
 wxMenu* TarvikSystrayIcon::CreatePopupMenu() {
     auto menu = std::make_unique<wxMenu>();
-    // Without this only a menu that the tray pops up would find its way here.
-    menu->SetEventHandler(this);
     for (MenuEntry const& entry : menuEntries(isStatusItem(*this)))
         append(*menu, entry);
+    listenToMenu(*menu, *this);
     return menu.release();
 }
 

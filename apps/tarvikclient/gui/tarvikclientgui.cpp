@@ -4,19 +4,21 @@
 #include "base/log.h"
 #include "tarvikclient/client.h"
 #include "tarvikclient/gui/artprovider.h"
+#include "tarvikclient/gui/fatalerrordialog.h"
 #include "tarvikclient/gui/mainframe.h"
+#include "tarvikclient/gui/model/failuretext.h"
 #include "tarvikclient/gui/model/language.h"
 #include "tarvikclient/gui/model/wxconversion.h"
 #include "tarvikclient/gui/platform/display.h"
 #include "tarvikclient/gui/platform/singleinstance.h"
+#include "tarvikclient/gui/platform/stocklabels.h"
 #include "tarvikclient/gui/platform/toolkitenvironment.h"
 #include "tarvikclient/gui/wxlogbridge.h"
 
 #include <sys/resource.h>
 #include <wx/intl.h>
-#include <wx/msgdlg.h>
+#include <wx/stockitem.h>
 #include <wx/utils.h>
-#include <wx/generic/msgdlgg.h>
 
 #include <exception>
 #include <utility>
@@ -117,12 +119,16 @@ void TarvikClientGui::MacOpenURL(wxString const& url) {
 }
 
 void TarvikClientGui::MacOpenURL(String const& url) {
-    if (urlHandled) {
-        logTo(ERROR, "MacOpenURL", "I can only handle MacOpenURL once for now... Ignoring.");
+    if (m_ending)
         return;
-    }
-    if (!m_ending)
+    if (url.empty()) {
+        if (mainhiddenframe)
+            mainhiddenframe->bringBack();
+    } else if (!urlHandled) {
         init(url);
+    } else if (!mainhiddenframe || !mainhiddenframe->startNext(url)) {
+        logTo(ERROR, "MacOpenURL", "I can only handle MacOpenURL once for now... Ignoring.");
+    }
 }
 
 void TarvikClientGui::init(wxString const& url) {
@@ -137,10 +143,11 @@ void TarvikClientGui::init(String const& url) {
         mainhiddenframe->announceEndBy([this] { refuseUrls(); });
         mainhiddenframe->Show(false);
         mainhiddenframe->start(url);
+        mainhiddenframe->tellOfStart();
     } catch (...) {
         logException("init");
         m_exitCode = 1;
-        showError();
+        showError(textsOfStart(std::current_exception()), wxID_EXIT);
         endSession();
     }
 }
@@ -151,17 +158,15 @@ void TarvikClientGui::setLangFromUrl(wxString const& url) {
 
 void TarvikClientGui::setLangFromUrl(String const& url) {
     initLanguage(locale, languageOfCode(TarvikClient::getLangFromArg(url)));
+    useOwnStockLabels();
 }
 
 /// One box at a time: an event that keeps failing would pile them up.
-void TarvikClientGui::showError() {
+void TarvikClientGui::showError(std::vector<wxString> const& paragraphs, wxWindowID stockLabel) {
     if (m_errorBox)
         return;
-    // TRANSLATORS: a message; the reason is in the log.
-    wxString const text = _("UNKNOWN_ERROR_HAS_OCCURED");
-    // The generic box, because a native one cannot be ended by the program.
-    // TRANSLATORS: title of a message.
-    wxGenericMessageDialog box(nullptr, text, _("Error"), wxOK | wxCENTRE | wxICON_ERROR);
+    // TRANSLATORS: a message; more sentences may follow.
+    TarvikClientFatalErrorDialog box(_("UNKNOWN_ERROR_HAS_OCCURED"), paragraphs, wxGetStockLabel(stockLabel));
     m_errorBox = &box;
     box.ShowModal();
     m_errorBox = nullptr;
@@ -188,7 +193,7 @@ void TarvikClientGui::endSession() {
 
 bool TarvikClientGui::OnExceptionInMainLoop() {
     logException("OnExceptionInMainLoop");
-    showError();
+    showError({}, wxID_OK);
     return true;
 }
 

@@ -7,6 +7,7 @@
 #include <wx/app.h>
 
 #include <memory>
+#include <vector>
 
 class wxDialog;
 
@@ -21,7 +22,7 @@ public:
     virtual void MacOpenURL(wxString const& url) = 0;
 };
 
-/// Idles without a window until the first launch URL comes, and ends with that URL's session. Interface
+/// Idles without a window until the first launch URL comes, and ends with the session. Interface
 /// thread only, except where said.
 class TarvikClientGui final : public UrlOpeningApp {
 public:
@@ -36,7 +37,8 @@ public:
     // A launch URL is bytes, and they need not be text: the gateway gets those that were given. Where the
     // toolkit delivers a text, they are its UTF-8.
 
-    /// Handles the first URL; any other is logged and ignored.
+    /// Handles the first URL. Any other is handled where no session runs and none can be retried any more;
+    /// else it is logged and ignored, and the user is shown what there is. An empty one does only that.
     void MacOpenURL(String const& url);
     void MacOpenURL(wxString const& url) override;
 
@@ -62,7 +64,7 @@ public:
 private:
     void enableCoreDumps();
     void takeLaunch();
-    void showError();
+    void showError(std::vector<wxString> const& paragraphs, wxWindowID stockLabel);
 
     bool urlHandled = false;
     bool m_ending = false;

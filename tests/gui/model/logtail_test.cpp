@@ -1,9 +1,11 @@
 #include "tarvikclient/gui/model/logtail.h"
 
 #include "support/temporarydirectory.h"
+#include "tarvikclient/gui/model/privatetext.h"
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <filesystem>
 #include <fstream>
@@ -45,6 +47,24 @@ TEST_F(LogTailTest, gives_each_text_once_and_begins_anew_when_the_file_is_cut_or
     EXPECT_EQ(poll(), "!replaced, and by a longer text\n");
     std::filesystem::remove(path);
     EXPECT_EQ(poll(), "");
+}
+
+TEST_F(LogTailTest, shows_nothing_of_what_others_put_in_the_logs_place) {
+    append("mine\n");
+    EXPECT_EQ(poll(), "!mine\n");
+    std::filesystem::rename(path, path + ".old");
+    std::filesystem::create_symlink(path + ".old", path);
+    EXPECT_EQ(poll(), "");
+    std::filesystem::remove(path);
+    append("mine again\n");
+    EXPECT_EQ(poll(), "!mine again\n");
+    std::filesystem::remove(path);
+    append("another user's\n");
+    if (chown(path.c_str(), 65534, 65534) != 0)
+        GTEST_SKIP() << "only the administrator can give a file to another user";
+    EXPECT_EQ(poll(), "");
+    EXPECT_TRUE(copyPrivately(path, directory.path() + "/copy", Person()));
+    EXPECT_FALSE(std::filesystem::exists(directory.path() + "/copy"));
 }
 
 TEST_F(LogTailTest, never_waits_for_what_is_no_file) {

@@ -22,7 +22,9 @@ TEST(SettingsEdit, texts_that_the_file_would_change_are_found_wherever_they_stan
     auto const fault = [](SettingsEdit const& edit) { return edit.findFault().field; };
     std::setlocale(LC_CTYPE, "C");
     wxString const beyondTheCLibrary = wxString::FromUTF8("gar\xc3\xa7on");
-    EXPECT_EQ(fault({{}, beyondTheCLibrary, {}}), SettingsFault::password);
+    SettingsFault const found = SettingsEdit{{}, beyondTheCLibrary, {}}.findFault();
+    EXPECT_EQ(found.field, SettingsFault::password);
+    EXPECT_EQ(found.reason, SettingsFault::letters);
     ASSERT_TRUE(std::setlocale(LC_CTYPE, "C.UTF-8"));
     EXPECT_EQ(fault({{}, beyondTheCLibrary, {}}), SettingsFault::none);
     for (char const* const text :
@@ -32,6 +34,7 @@ TEST(SettingsEdit, texts_that_the_file_would_change_are_found_wherever_they_stan
         EXPECT_EQ(fault({{}, text, {}}), SettingsFault::password) << text;
         EXPECT_EQ(fault(list), SettingsFault::domain) << text;
         EXPECT_EQ(list.findFault().index, 1u) << text;
+        EXPECT_EQ(list.findFault().reason, SettingsFault::markup) << text;
     }
     for (char const* const text : {"plain & simple; \"'>", "50% & more", "&unknown; &#xyz;"})
         EXPECT_EQ(fault({text, text, domains({text}).domains}), SettingsFault::none) << text;

@@ -1,5 +1,7 @@
 #include "tarvikclient/gui/model/logtail.h"
 
+#include "base/ownfile.h"
+
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -102,16 +104,13 @@ bool LogTail::beginAnew() {
 
 bool LogTail::isCurrent() const {
     struct stat named, held;
-    return stat(m_path.c_str(), &named) == 0 && fstat(m_file.number(), &held) == 0 &&
+    return lstat(m_path.c_str(), &named) == 0 && fstat(m_file.number(), &held) == 0 &&
            named.st_ino == held.st_ino && named.st_dev == held.st_dev && held.st_size >= m_position;
 }
 
 bool LogTail::open() {
-    // Not blocking: nobody may ever write to a pipe of that name.
-    m_file = Descriptor(::open(m_path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
-    struct stat held;
-    if (m_file && (fstat(m_file.number(), &held) != 0 || !S_ISREG(held.st_mode)))
-        m_file = Descriptor();
+    // Anybody may put something in the place of a log in /tmp, and it is then no word of this program's.
+    m_file = openOwnFile(AT_FDCWD, m_path.c_str(), O_RDONLY);
     return static_cast<bool>(m_file);
 }
 

@@ -10,9 +10,10 @@
 
 namespace quillon {
 
-/// Gives the end of a log as it grows. A file that is missing, appears later, is cut or is replaced is taken
-/// from a new beginning; a file that was cut and has grown past its old end between two polls is taken for
-/// one that has only grown. One thread at a time.
+/// Gives the end of a log as it grows, of a file of the process's user with one name and of no other: what a
+/// link leads to and what another user has put in its place is not there. A file that is missing, appears
+/// later, is cut or is replaced is taken from a new beginning; a file that was cut and has grown past its old
+/// end between two polls is taken for one that has only grown. One thread at a time.
 class LogTail {
 public:
     /// In bytes. How far before its end a file is begun, at a line's begin where there is one.

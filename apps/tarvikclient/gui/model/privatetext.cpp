@@ -1,10 +1,12 @@
 #include "tarvikclient/gui/model/privatetext.h"
 
 #include "base/ascii.h"
+#include "base/ownfile.h"
 #include "http/hostport.h"
 #include "tarvikclient/client.h"
 
 #include <arpa/inet.h>
+#include <fcntl.h>
 #include <pwd.h>
 #include <unistd.h>
 
@@ -282,7 +284,11 @@ std::error_code copyPrivately(std::string const& from, std::string const& to, Pe
     std::error_code ignored; // of a file that is not there yet
     if (std::filesystem::equivalent(from, to, ignored))
         return std::make_error_code(std::errc::file_exists);
-    std::ifstream source(from, std::ios::binary);
+    // Whatever has come to stand there, nobody else's text leaves by this way.
+    Descriptor const own = openOwnFile(AT_FDCWD, from.c_str(), O_RDONLY);
+    if (!own)
+        return lastError();
+    std::ifstream source("/dev/fd/" + std::to_string(own.number()), std::ios::binary);
     if (!source)
         return lastError();
     std::ofstream destination(to, std::ios::binary | std::ios::trunc);

@@ -6,6 +6,7 @@ void Quitting::begin(Time now, bool atWork) {
     if (begun())
         return;
     m_stage = Stage::asked;
+    m_begin = now;
     m_due = atWork ? now + grace : now;
 }
 

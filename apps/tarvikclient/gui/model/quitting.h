@@ -26,6 +26,8 @@ public:
     /// off at once. Only the first call counts.
     void begin(Time now, bool atWork);
     bool begun() const { return m_stage != Stage::running; }
+    /// Whether the session has had the time that one needs which answers.
+    bool isOverdue(Time now) const { return begun() && now >= m_begin + grace; }
     /// What is to be done now; each step but waiting is named once.
     Step advance(Time now);
 
@@ -33,6 +35,7 @@ private:
     enum class Stage { running, asked, cut, abandoned };
 
     Stage m_stage = Stage::running;
+    Time m_begin{};
     Time m_due{};
 };
 

@@ -1,6 +1,7 @@
 #include "tarvikclient/gui/model/settingsedit.h"
 
 #include "tarvikclient/clientlocalconfiguration.h"
+#include "tarvikclient/gui/model/typedserver.h"
 #include "tarvikclient/gui/model/wxconversion.h"
 
 #include <algorithm>
@@ -27,6 +28,10 @@ bool isStorableDomain(wxString const& domain) {
     return isStorable({}, {}, wxArrayString(1, &domain));
 }
 
+SettingsFault::Reason reasonOf(wxString const& text) {
+    return isUnambiguous(text) ? SettingsFault::markup : SettingsFault::letters;
+}
+
 } // namespace
 
 SettingsEdit SettingsEdit::read(ClientLocalConfiguration const& conf) {
@@ -50,14 +55,15 @@ void SettingsEdit::write(ClientLocalConfiguration& conf) const {
     conf.setSslCertIgnoreDomains(list);
 }
 
-bool SettingsEdit::addDomain(wxString const& typed) {
-    wxString domain = typed;
-    domain.Trim();
-    if (domain.empty())
-        return false;
-    if (domains.Index(domain) == wxNOT_FOUND)
-        domains.Add(domain);
-    return true;
+TypedDomain SettingsEdit::addDomain(wxString const& typed, wxString const& gateway) {
+    if (typed.Strip(wxString::both).empty())
+        return TypedDomain::blank;
+    wxString const server = serverNamedBy(typed, gateway);
+    if (server.empty())
+        return TypedDomain::refused;
+    if (domains.Index(server) == wxNOT_FOUND)
+        domains.Add(server);
+    return TypedDomain::taken;
 }
 
 void SettingsEdit::removeDomains(wxArrayInt const& indexes) {
@@ -74,13 +80,13 @@ void SettingsEdit::removeDomains(wxArrayInt const& indexes) {
 
 SettingsFault SettingsEdit::findFault() const {
     if (!isStorable(login, {}, {}))
-        return {SettingsFault::login};
+        return {SettingsFault::login, reasonOf(login)};
     if (!isStorable({}, password, {}))
-        return {SettingsFault::password};
+        return {SettingsFault::password, reasonOf(password)};
     if (isStorable({}, {}, domains))
         return {};
     auto const first = std::find_if_not(domains.begin(), domains.end(), isStorableDomain);
-    return {SettingsFault::domain, static_cast<unsigned>(first - domains.begin())};
+    return {SettingsFault::domain, reasonOf(*first), static_cast<unsigned>(first - domains.begin())};
 }
 
 } // namespace quillon

@@ -9,4 +9,7 @@ namespace quillon {
 /// where the desktop has no notifications, or they do not answer, nothing is shown. Interface thread only.
 void showDesktopNotification(wxString const& title, wxString const& text);
 
+/// Takes the notification back that stands. Interface thread only.
+void withdrawDesktopNotification();
+
 } // namespace quillon

@@ -34,6 +34,15 @@ public:
         if (!m_busy)
             next();
     }
+    void withdraw() {
+        m_next.reset();
+        // One whose number is not known yet is taken back when it is.
+        m_unwanted = m_busy;
+        if (m_bus && m_shown)
+            g_dbus_connection_call(m_bus.get(), service, path, service, "CloseNotification",
+                                   g_variant_new("(u)", m_shown), nullptr, G_DBUS_CALL_FLAGS_NO_AUTO_START,
+                                   timeout, nullptr, nullptr, nullptr);
+    }
 
 private:
     struct Message {
@@ -49,19 +58,23 @@ private:
 
     static void connected(GObject*, GAsyncResult* result, gpointer self) {
         GError* error = nullptr;
-        std::unique_ptr<GDBusConnection, Unref<GDBusConnection>> const bus(g_bus_get_finish(result, &error));
-        if (bus)
-            static_cast<Notifications*>(self)->send(bus.get());
+        auto& notifications = *static_cast<Notifications*>(self);
+        notifications.m_bus.reset(g_bus_get_finish(result, &error));
+        if (notifications.m_bus)
+            notifications.send();
         else
-            static_cast<Notifications*>(self)->failed(error);
+            notifications.failed(error);
     }
 
-    void send(GDBusConnection* bus) {
+    void send() {
         // A bus that ends must not end the process.
-        g_dbus_connection_set_exit_on_close(bus, false);
+        g_dbus_connection_set_exit_on_close(m_bus.get(), false);
+        if (!m_next) { // withdrawn meanwhile
+            m_busy = m_unwanted = false;
+            return;
+        }
         Message const message = *std::exchange(m_next, std::nullopt);
-        g_dbus_connection_call(bus, "org.freedesktop.Notifications", "/org/freedesktop/Notifications",
-                               "org.freedesktop.Notifications", "Notify", parameters(message),
+        g_dbus_connection_call(m_bus.get(), service, path, service, "Notify", parameters(message),
                                G_VARIANT_TYPE("(u)"), G_DBUS_CALL_FLAGS_NONE, timeout, nullptr, answered,
                                this);
     }
@@ -80,29 +93,47 @@ private:
             g_dbus_connection_call_finish(G_DBUS_CONNECTION(bus), result, &error));
         if (!answer)
             return static_cast<Notifications*>(self)->failed(error);
-        g_variant_get(answer.get(), "(u)", &static_cast<Notifications*>(self)->m_shown);
-        static_cast<Notifications*>(self)->next();
+        auto& notifications = *static_cast<Notifications*>(self);
+        g_variant_get(answer.get(), "(u)", &notifications.m_shown);
+        notifications.m_busy = false;
+        if (std::exchange(notifications.m_unwanted, false))
+            notifications.withdraw();
+        notifications.next();
     }
 
     void failed(GError* error) {
         std::unique_ptr<GError, FreeError> const owned(error);
         log(DEBUG, "Notifications", "failed", String::copyOf(error->message));
+        m_unwanted = false;
         next();
     }
 
-    static constexpr int timeout = 5000; // milliseconds
+    static constexpr int timeout = 5000;                               // milliseconds
+    static constexpr char service[] = "org.freedesktop.Notifications"; // and its interface
+    static constexpr char path[] = "/org/freedesktop/Notifications";
+
+    std::unique_ptr<GDBusConnection, Unref<GDBusConnection>> m_bus;
     /// Only the newest message waits while one is on its way: its number is needed to replace it.
     std::optional<Message> m_next;
     bool m_busy = false;
+    bool m_unwanted = false; // what is on its way has been withdrawn
     guint32 m_shown = 0;
 };
+
+/// Lives as long as the process: an answer may come at any time.
+Notifications& notifications() {
+    static Notifications& theirs = *new Notifications;
+    return theirs;
+}
 
 } // namespace
 
 void showDesktopNotification(wxString const& title, wxString const& text) {
-    // Lives as long as the process: an answer may come at any time.
-    static Notifications& notifications = *new Notifications;
-    notifications.show(title, text);
+    notifications().show(title, text);
+}
+
+void withdrawDesktopNotification() {
+    notifications().withdraw();
 }
 
 } // namespace quillon

@@ -62,9 +62,10 @@ Handover handOver(Place const& place, String const& url, Deadline const& deadlin
     // The URL carries the user's ticket.
     if (!isOwnUser(connection))
         return Handover::foreign;
-    if (url.empty())
-        return Handover::done;
-    return sendUrl(connection, url) ? awaitAnswer(connection, deadline) : Handover::broken;
+    if (!sendUrl(connection, url))
+        return Handover::broken;
+    // Without a URL nothing is lost with a process that does not listen.
+    return url.empty() ? Handover::done : awaitAnswer(connection, deadline);
 }
 
 bool isOwnUser(Descriptor const& connection) {

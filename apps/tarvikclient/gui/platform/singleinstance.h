@@ -31,7 +31,7 @@ public:
     SingleInstance(SingleInstance const&) = delete;
     SingleInstance& operator=(SingleInstance const&) = delete;
 
-    /// Claims the place, or hands `url` (which may be empty: then there is nothing to hand over) to the
+    /// Claims the place, or hands `url` (which may be empty: the program was started without one) to the
     /// process that has it. Any number of processes may do so at the same moment: one becomes the first.
     /// Where no place can be had, for instance because what stands there is another user's, each process runs
     /// on its own: the role is `first`, and no URLs come. Waits at most `patience` for another process. To be

@@ -13,6 +13,7 @@
 #include <cerrno>
 #include <cstring>
 #include <deque>
+#include <optional>
 #include <thread>
 #include <utility>
 #include <vector>
@@ -56,11 +57,11 @@ public:
 private:
     void watch(Descriptor const& source);
     void acceptPeer();
-    /// Empty unless the peer has sent a URL.
-    String readPeer(Descriptor const& peer);
+    /// Nothing unless the peer has sent a URL, which may be empty.
+    std::optional<String> readPeer(Descriptor const& peer);
     /// Takes the peer out when it has said something or gone.
     Descriptor takeSpeaker(int number);
-    String packetUrl(ssize_t length) const;
+    std::optional<String> packetUrl(ssize_t length) const;
 
     instance::Place m_place;
     Descriptor m_ready; // readable when the listener or a peer is: one source for the event loop
@@ -101,8 +102,8 @@ void SingleInstance::Endpoint::receive(UrlHandler const& onUrl, std::chrono::mil
         if (number == m_place.listener().number()) {
             acceptPeer();
         } else if (Descriptor const peer = takeSpeaker(number)) {
-            if (String const url = readPeer(peer); !url.empty())
-                onUrl(url);
+            if (std::optional<String> const url = readPeer(peer))
+                onUrl(*url);
         }
     }
 }
@@ -137,14 +138,14 @@ Descriptor SingleInstance::Endpoint::takeSpeaker(int number) {
     return peer;
 }
 
-String SingleInstance::Endpoint::readPeer(Descriptor const& peer) {
+std::optional<String> SingleInstance::Endpoint::readPeer(Descriptor const& peer) {
     // With MSG_TRUNC the result is the packet's length, also where the buffer is too short for it.
     ssize_t const length = recv(peer.number(), m_packet.data(), m_packet.size(), MSG_DONTWAIT | MSG_TRUNC);
     if (length <= 0)
-        return String(); // it only wanted to know whether somebody is there
-    String url = packetUrl(length);
+        return std::nullopt; // it only wanted to know whether somebody is there
+    std::optional<String> url = packetUrl(length);
     char const answer = '+';
-    if (url.empty())
+    if (!url)
         logError("receive",
                  "not a launch URL: a packet of " + toString(static_cast<unsigned long>(length)) + " bytes");
     else
@@ -152,15 +153,17 @@ String SingleInstance::Endpoint::readPeer(Descriptor const& peer) {
     return url;
 }
 
-String SingleInstance::Endpoint::packetUrl(ssize_t length) const {
+std::optional<String> SingleInstance::Endpoint::packetUrl(ssize_t length) const {
     if (static_cast<std::size_t>(length) > m_packet.size())
-        return String();
+        return std::nullopt;
     std::string_view packet(m_packet.data(), static_cast<std::size_t>(length));
     if (!packet.starts_with(instance::greeting))
-        return String();
+        return std::nullopt;
     packet.remove_prefix(instance::greeting.size());
     // What a process was started with has no NUL in it.
-    return packet.find('\0') == packet.npos ? String::copyOf(packet) : String();
+    if (packet.find('\0') != packet.npos)
+        return std::nullopt;
+    return String::copyOf(packet);
 }
 
 SingleInstance::SingleInstance() = default;

@@ -1,7 +1,8 @@
 // The status icon that lives on the session bus.
 #pragma once
 
-#include <functional>
+#include <wx/string.h>
+
 #include <memory>
 
 class wxEvtHandler;
@@ -9,38 +10,28 @@ class wxMenu;
 
 namespace quillon {
 
-/// Follows whether the session bus has a watcher, which takes StatusNotifierItems to the desktop's hosts.
-/// Whether it has a host is not asked. Interface thread only.
-class NotifierWatch {
-public:
-    /// Called with the first answer and with each that differs from the one before; never once the watch has
-    /// gone. Without a session bus the answer is false.
-    using Listener = std::function<void(bool present)>;
+/// What the icon shows.
+struct StatusLook {
+    wxString icon;          ///< by its name in the icon theme
+    wxString description;   ///< of the icon, for who does not see it, and of the program's state when it is
+                            ///< pointed at
+    bool attention = false; ///< whether the user should look
 
-    /// Returns at once, however slow the bus is.
-    explicit NotifierWatch(Listener listener);
-    ~NotifierWatch();
-    NotifierWatch(NotifierWatch const&) = delete;
-    NotifierWatch& operator=(NotifierWatch const&) = delete;
-
-private:
-    class Subscription;
-    std::unique_ptr<Subscription> m_subscription;
+    bool operator==(StatusLook const&) const = default;
 };
 
-/// The icon as a StatusNotifierItem with a menu of its own. Shown from construction on. Interface thread
-/// only.
+/// The icon as a StatusNotifierItem, with a menu of its own. Shown from construction on. Waits for nothing.
+/// Interface thread only.
 class StatusItem {
 public:
-    using MenuMaker = std::function<std::unique_ptr<wxMenu>()>;
-
-    /// `makeMenu` is called whenever the item is put on the bus; what is chosen from its menu is queued for
-    /// `target` as wxEVT_MENU. `target` must outlive the item.
-    StatusItem(MenuMaker makeMenu, wxEvtHandler& target);
+    /// `menu` is copied; what is chosen from it is queued for `target`, which must outlive the item, as
+    /// wxEVT_MENU.
+    StatusItem(wxMenu const& menu, wxEvtHandler& target, StatusLook const& look);
     ~StatusItem();
     StatusItem(StatusItem const&) = delete;
     StatusItem& operator=(StatusItem const&) = delete;
 
+    void setLook(StatusLook const& look);
     /// Makes the desktop hide the icon. The item stays on the bus for those that ask about it later.
     void hide();
 

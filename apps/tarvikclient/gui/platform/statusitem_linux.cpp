@@ -1,36 +1,47 @@
 #include "tarvikclient/gui/platform/statusitem.h"
 
 #include "base/log.h"
+#include "tarvikclient/gui/platform/menuonbus_linux.h"
 
-#include <libayatana-appindicator/app-indicator.h>
+#include <gio/gio.h>
 #include <wx/filename.h>
 #include <wx/menu.h>
 #include <wx/stdpaths.h>
-#include <wx/timer.h>
 
-#include <optional>
-#include <utility>
+#include <string_view>
 
 namespace quillon {
 
 namespace {
 
-constexpr char watcherName[] = "org.kde.StatusNotifierWatcher";
+constexpr char itemPath[] = "/org/tarvik/StatusItem";
+constexpr char menuPath[] = "/org/tarvik/StatusItem/Menu";
+constexpr char itemInterface[] = "org.kde.StatusNotifierItem";
 
-/// The library puts an icon of its own into the system tray while no watcher is there. What takes the icon's
-/// place is decided elsewhere, and two icons would be one too many.
-void forbidFallback(gpointer itemClass, gpointer) {
-    APP_INDICATOR_CLASS(itemClass)->fallback = nullptr;
-}
+// As the freedesktop.org draft has it, with Ayatana's descriptions. There is no Activate: hosts then open the
+// menu.
+constexpr char description[] = R"xml(<node><interface name="org.kde.StatusNotifierItem">
+  <property name="Id" type="s" access="read"/>
+  <property name="Category" type="s" access="read"/>
+  <property name="Title" type="s" access="read"/>
+  <property name="Status" type="s" access="read"/>
+  <property name="IconName" type="s" access="read"/>
+  <property name="IconAccessibleDesc" type="s" access="read"/>
+  <property name="AttentionIconName" type="s" access="read"/>
+  <property name="AttentionAccessibleDesc" type="s" access="read"/>
+  <property name="IconThemePath" type="s" access="read"/>
+  <property name="ToolTip" type="(sa(iiay)ss)" access="read"/>
+  <property name="ItemIsMenu" type="b" access="read"/>
+  <property name="Menu" type="o" access="read"/>
+  <signal name="NewIcon"/>
+  <signal name="NewAttentionIcon"/>
+  <signal name="NewToolTip"/>
+  <signal name="NewStatus"><arg name="status" type="s"/></signal>
+</interface></node>)xml";
 
-GType itemType() {
-    static GType const type = [] {
-        GTypeQuery base;
-        g_type_query(APP_INDICATOR_TYPE, &base);
-        return g_type_register_static_simple(APP_INDICATOR_TYPE, "TarvikStatusItem", base.class_size,
-                                             forbidFallback, base.instance_size, nullptr, GTypeFlags{});
-    }();
-    return type;
+GDBusInterfaceInfo* interfaceInfo() {
+    static GDBusNodeInfo* const node = g_dbus_node_info_new_for_xml(description, nullptr);
+    return node->interfaces[0];
 }
 
 /// The folder that holds "hicolor". Hosts look at the path's text: its last component has to be "icons", so
@@ -42,156 +53,137 @@ wxString iconThemePath() {
     return path.GetPath();
 }
 
-AppIndicator* newItem() {
-    return APP_INDICATOR(g_object_new(itemType(), "id", "tarvikclient", "category", "ApplicationStatus",
-                                      "icon-name", "tarvikclient", "icon-theme-path",
-                                      iconThemePath().utf8_str().data(), "title", "Tarvik Client", nullptr));
-}
-
-} // namespace
-
-class NotifierWatch::Subscription {
-public:
-    explicit Subscription(Listener listener)
-        : m_listener(std::move(listener)),
-          m_id(g_bus_watch_name(G_BUS_TYPE_SESSION, watcherName, G_BUS_NAME_WATCHER_FLAGS_NONE, appeared,
-                                vanished, this, nullptr)) {}
-    ~Subscription() { g_bus_unwatch_name(m_id); }
-    Subscription(Subscription const&) = delete;
-    Subscription& operator=(Subscription const&) = delete;
-
-private:
-    static void appeared(GDBusConnection* bus, char const*, char const*, gpointer self) {
-        static_cast<Subscription*>(self)->tell(bus, true);
-    }
-    static void vanished(GDBusConnection* bus, char const*, gpointer self) {
-        static_cast<Subscription*>(self)->tell(bus, false);
-    }
-    void tell(GDBusConnection* bus, bool present) {
-        // A bus that ends would otherwise end the process, and with it the tunnel.
-        if (bus)
-            g_dbus_connection_set_exit_on_close(bus, false);
-        if (m_present == present)
-            return;
-        m_present = present;
-        // The listener may end the watch, and itself with it.
-        Listener const listener = m_listener;
-        listener(present);
-    }
-
-    Listener m_listener;
-    std::optional<bool> m_present;
-    guint m_id;
-};
-
-NotifierWatch::NotifierWatch(Listener listener)
-    : m_subscription(std::make_unique<Subscription>(std::move(listener))) {}
-
-NotifierWatch::~NotifierWatch() = default;
-
-namespace {
-
-/// One item on the bus, with a menu of its own.
-class MenuOnBus {
-public:
-    MenuOnBus(std::unique_ptr<wxMenu> menu, wxEvtHandler& target)
-        : m_menu(std::move(menu)), m_item(newItem()) {
-        // wxWidgets drops what is chosen while a modal dialog is open, and the way to stop has to work then:
-        // GTK is listened to instead.
-        m_menu->SetEventHandler(&m_unheard);
-        for (wxMenuItem const* const entry : m_menu->GetMenuItems())
-            listenTo(entry->GetMenuItem(), entry->GetId(), target);
-        app_indicator_set_menu(m_item, GTK_MENU(m_menu->m_menu));
-        app_indicator_set_status(m_item, APP_INDICATOR_STATUS_ACTIVE);
-    }
-    ~MenuOnBus() {
-        // Takes it off the bus even where the library has lost count of its references, because the next item
-        // has the same name there. An item that is disposed of twice gives back what it holds twice: where
-        // that does not come with the last reference, the object itself is left behind.
-        auto* const item = G_OBJECT(m_item);
-        if (g_atomic_int_get(&item->ref_count) > 1)
-            g_object_run_dispose(item);
-        else
-            g_object_unref(item);
-    }
-    MenuOnBus(MenuOnBus const&) = delete;
-    MenuOnBus& operator=(MenuOnBus const&) = delete;
-
-    void hide() { app_indicator_set_status(m_item, APP_INDICATOR_STATUS_PASSIVE); }
-    /// Whether the library has got as far as talking to the watcher.
-    bool hasWatcher() const {
-        gboolean connected = FALSE;
-        g_object_get(m_item, "connected", &connected, nullptr);
-        return connected;
-    }
-
-private:
-    struct Choice {
-        wxEvtHandler& target;
-        int id;
-    };
-
-    static void listenTo(GtkWidget* entry, int id, wxEvtHandler& target) {
-        g_signal_connect_data(
-            entry, "activate", G_CALLBACK(chosen), new Choice{target, id},
-            [](gpointer choice, GClosure*) { delete static_cast<Choice*>(choice); }, GConnectFlags{});
-    }
-    // It may open a dialog, and while that is open the item may go. So the choice is carried out once the
-    // menu, which goes with the item, has been left.
-    static void chosen(GtkWidget*, gpointer data) {
-        auto const& [target, id] = *static_cast<Choice const*>(data);
-        target.QueueEvent(new wxCommandEvent(wxEVT_MENU, id));
-    }
-
-    wxEvtHandler m_unheard;
-    std::unique_ptr<wxMenu> m_menu;
-    AppIndicator* m_item;
+struct Unref {
+    void operator()(gpointer object) const { g_object_unref(object); }
 };
 
 } // namespace
 
-/// Keeps the item on the bus. The library asks for its bus connection and for the watcher at once, and where
-/// the watcher's answer comes first (a busy machine is enough) it has no connection to register with and
-/// never tries again. Such an item is replaced by a new one.
 class StatusItem::Native {
 public:
-    Native(MenuMaker makeMenu, wxEvtHandler& target) : m_makeMenu(std::move(makeMenu)), m_target(target) {
-        m_check.Bind(wxEVT_TIMER, [this](wxTimerEvent&) { check(); });
-        put();
+    Native(wxMenu const& menu, wxEvtHandler& target, StatusLook const& look)
+        : m_look(look), m_iconThemePath(iconThemePath()), m_menu(menuPath, menu, target) {
+        g_bus_get(G_BUS_TYPE_SESSION, m_cancellable.get(), connected, this);
     }
+    ~Native() {
+        g_cancellable_cancel(m_cancellable.get());
+        if (m_registration)
+            g_dbus_connection_unregister_object(m_bus.get(), m_registration);
+    }
+    Native(Native const&) = delete;
+    Native& operator=(Native const&) = delete;
 
+    void setLook(StatusLook const& look) {
+        if (std::exchange(m_look, look) == look)
+            return;
+        emit("NewIcon");
+        emit("NewAttentionIcon");
+        emit("NewToolTip");
+        emitStatus();
+    }
     void hide() {
-        m_check.Stop();
-        m_menu->hide();
+        m_hidden = true;
+        emitStatus();
     }
 
 private:
-    /// Milliseconds in which a watcher is found where there is one.
-    static constexpr int settled = 1000;
-
-    void put() {
-        m_menu.emplace(m_makeMenu(), m_target);
-        m_check.StartOnce(settled);
+    static void connected(GObject*, GAsyncResult* result, gpointer self) {
+        GError* error = nullptr;
+        GDBusConnection* const bus = g_bus_get_finish(result, &error);
+        if (bus)
+            static_cast<Native*>(self)->putOn(bus);
+        else
+            failed("connected", error, self);
     }
-    void check() {
-        if (!m_menu->hasWatcher()) {
-            log(TRACE, "StatusItem", "check", "the item found no watcher and is put on the bus again");
-            put();
-        }
+    /// `self` may be gone: then the operation has been cancelled.
+    static void failed(char const* method, GError* error, gpointer self) {
+        if (self && !g_error_matches(error, G_IO_ERROR, G_IO_ERROR_CANCELLED))
+            log(ERROR, "StatusItem", method, String::copyOf(error->message));
+        g_error_free(error);
     }
 
-    MenuMaker m_makeMenu;
-    wxEvtHandler& m_target;
-    std::optional<MenuOnBus> m_menu;
-    wxTimer m_check;
+    void putOn(GDBusConnection* bus) {
+        m_bus.reset(bus);
+        static constexpr GDBusInterfaceVTable operations = {nullptr, property, nullptr, {}};
+        GError* error = nullptr;
+        m_registration = g_dbus_connection_register_object(bus, itemPath, interfaceInfo(), &operations, this,
+                                                           nullptr, &error);
+        if (m_registration == 0)
+            return failed("putOn", error, this);
+        g_dbus_connection_call(bus, "org.kde.StatusNotifierWatcher", "/StatusNotifierWatcher",
+                               "org.kde.StatusNotifierWatcher", "RegisterStatusNotifierItem",
+                               g_variant_new("(s)", itemPath), nullptr, G_DBUS_CALL_FLAGS_NO_AUTO_START, -1,
+                               m_cancellable.get(), registered, this);
+    }
+    static void registered(GObject* bus, GAsyncResult* result, gpointer self) {
+        GError* error = nullptr;
+        GVariant* const answer = g_dbus_connection_call_finish(G_DBUS_CONNECTION(bus), result, &error);
+        if (answer)
+            g_variant_unref(answer);
+        else
+            failed("registered", error, self);
+    }
+
+    static GVariant* property(GDBusConnection*, char const*, char const*, char const*, char const* name,
+                              GError**, gpointer self) {
+        return static_cast<Native const*>(self)->valueOf(name);
+    }
+    GVariant* valueOf(std::string_view name) const {
+        auto const text = [](wxString const& value) { return g_variant_new_string(value.utf8_str()); };
+        if (name == "Status")
+            return g_variant_new_string(status());
+        if (name == "IconName" || name == "AttentionIconName")
+            return text(m_look.icon);
+        if (name == "IconAccessibleDesc" || name == "AttentionAccessibleDesc")
+            return text(m_look.description);
+        if (name == "ToolTip")
+            return g_variant_new("(s@a(iiay)ss)", "",
+                                 g_variant_new_array(G_VARIANT_TYPE("(iiay)"), nullptr, 0), title,
+                                 m_look.description.utf8_str().data());
+        if (name == "IconThemePath")
+            return text(m_iconThemePath);
+        if (name == "Menu")
+            return g_variant_new_object_path(menuPath);
+        if (name == "ItemIsMenu")
+            return g_variant_new_boolean(TRUE);
+        return g_variant_new_string(name == "Id"      ? "tarvikclient"
+                                    : name == "Title" ? title
+                                                      : "ApplicationStatus");
+    }
+
+    char const* status() const {
+        return m_hidden ? "Passive" : m_look.attention ? "NeedsAttention" : "Active";
+    }
+    void emitStatus() { emit("NewStatus", g_variant_new("(s)", status())); }
+    void emit(char const* signal, GVariant* parameters = nullptr) {
+        if (m_registration)
+            g_dbus_connection_emit_signal(m_bus.get(), nullptr, itemPath, itemInterface, signal, parameters,
+                                          nullptr);
+        else if (parameters)
+            g_variant_unref(g_variant_ref_sink(parameters));
+    }
+
+    static constexpr char title[] = "Tarvik Client";
+
+    StatusLook m_look;
+    wxString const m_iconThemePath;
+    bool m_hidden = false;
+    MenuOnBus m_menu;
+    std::unique_ptr<GCancellable, Unref> m_cancellable{g_cancellable_new()};
+    std::unique_ptr<GDBusConnection, Unref> m_bus;
+    guint m_registration = 0;
 };
 
-StatusItem::StatusItem(MenuMaker makeMenu, wxEvtHandler& target)
-    : m_native(std::make_unique<Native>(std::move(makeMenu), target)) {}
+StatusItem::StatusItem(wxMenu const& menu, wxEvtHandler& target, StatusLook const& look)
+    : m_native(std::make_unique<Native>(menu, target, look)) {}
 
 StatusItem::~StatusItem() {
     // The bus connection outlives the item, so the host learns nothing of its end.
     hide();
+}
+
+void StatusItem::setLook(StatusLook const& look) {
+    m_native->setLook(look);
 }
 
 void StatusItem::hide() {

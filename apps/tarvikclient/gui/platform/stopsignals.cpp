@@ -1,6 +1,7 @@
 #include "tarvikclient/gui/platform/stopsignals.h"
 
 #include "base/log.h"
+#include "tarvikclient/sessionmark.h"
 
 #include <atomic>
 #include <system_error>
@@ -12,6 +13,7 @@ namespace {
 std::atomic<SelfPipe*> g_pipe{nullptr};
 
 extern "C" void onStopSignal(int) {
+    SessionMark::expectEnd(); // the next one of its kind may end the process
     if (SelfPipe* const pipe = g_pipe)
         pipe->wake();
 }
