@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# screenshots.sh DIRECTORY: takes a picture of each of the client's windows and states (windows.sh), in English and in
-# German, and of some of them on dark and dense screens and in a large font.
+# screenshots.sh DIRECTORY: takes a picture of each of the client's windows and states (windows.sh) in English, and of some
+# in German, of them on dark and dense screens and in a large font.
 # screenshots.sh --all DIRECTORY [LANGUAGE...]: of each in each language, light and dark, on screens of normal and of
 # double density, and in a normal and a large font; for each of these a folder, and a sheet of all its pictures.
 # Wants a large desktop whose programs can be driven: TARVIK_TEST_SCREEN=2560x1800 tests/gui/with_desktop.sh makes one.
@@ -122,7 +122,7 @@ if [ -n "$all" ]; then
 else
   rm -f "$output"/*.png
   take en light 1 10 "$output" -en
-  take de light 1 10 "$output" -de
+  take de light 1 10 "$output" -de panel-connected panel-interrupted settings about connection-error fatal-error
   # What differs most from look to look: the panel, a window with fields, and one with a long text.
   take en dark 1 10 "$output" -en-dark panel-connected settings connection-error
   take en light 2 10 "$output" -en-2x panel-connected settings connection-error

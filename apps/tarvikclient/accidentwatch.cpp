@@ -37,7 +37,7 @@ struct sigaction g_before[std::size(crashes)];
 constinit SignalDescriptor g_log;
 constinit std::atomic<bool> g_reported{false};
 constinit std::atomic<pid_t> g_process{0}; // a child that a module forks is not the client
-constexpr std::size_t stackSize = 64 * 1024;
+constexpr std::size_t stackSize = 65536;   // bytes
 
 std::size_t indexOf(int signal) noexcept {
     std::size_t index = 0;
@@ -59,7 +59,7 @@ void writeLine(char const* signalName) noexcept {
     if (work.here)
         line.add("tarvikclient");
     else
-        line.addPointer(reinterpret_cast<void const*>(pthread_self()));
+        line.addThread();
     line.add("] ERROR AccidentWatch.onCrash The client crashes with ").add(signalName);
     if (!work.module)
         line.add("; no module is loaded");

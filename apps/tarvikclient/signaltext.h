@@ -12,7 +12,8 @@ public:
     SignalText& add(char const* text) noexcept;
     /// In decimal, with zeros before it up to so many digits.
     SignalText& addNumber(unsigned long number, unsigned digits = 1) noexcept;
-    SignalText& addPointer(void const* pointer) noexcept;
+    /// The calling thread as the log names one that has no name.
+    SignalText& addThread() noexcept;
     /// The time as the log's lines have it, in the zone that rememberTimeZone() has found.
     SignalText& addLogTime() noexcept;
 

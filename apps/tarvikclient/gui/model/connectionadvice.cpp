@@ -10,64 +10,49 @@ namespace {
 
 using enum ConnectionFault;
 
+struct Happened {
+    ConnectionFault fault;
+    char const* key;
+};
+
+constexpr Happened whatHappened[] = {
+    {nameNotFound, wxTRANSLATE("HAPPENED_NAME_NOT_FOUND")},
+    {noRoute, wxTRANSLATE("HAPPENED_NO_ROUTE")},
+    {refused, wxTRANSLATE("HAPPENED_REFUSED")},
+    {timedOut, wxTRANSLATE("HAPPENED_TIMED_OUT")},
+    {brokenOff, wxTRANSLATE("HAPPENED_BROKEN_OFF")},
+    // TRANSLATORS: {name} is whose certificate it is, {date} the last day on which it is valid.
+    {certificateExpired, wxTRANSLATE("HAPPENED_CERTIFICATE_EXPIRED")},
+    // TRANSLATORS: {name} is whose certificate it is, {first} and {date} its first and its last day.
+    {certificateNotYetValid, wxTRANSLATE("HAPPENED_CERTIFICATE_NOT_YET_VALID")},
+    // TRANSLATORS: {name} is whose certificate it is, {date} its last day.
+    {certificateOfAnother, wxTRANSLATE("HAPPENED_CERTIFICATE_OF_ANOTHER")},
+    // TRANSLATORS: {name} is whose certificate it is, {issuer} who has issued it, {date} its last day.
+    {certificateOfUnknownIssuer, wxTRANSLATE("HAPPENED_CERTIFICATE_UNKNOWN_ISSUER")},
+    // TRANSLATORS: {name} is whose certificate it is, {date} its last day.
+    {certificateSelfSigned, wxTRANSLATE("HAPPENED_CERTIFICATE_SELF_SIGNED")},
+    // TRANSLATORS: {name} is whose certificate it is, {date} its last day.
+    {certificateRevoked, wxTRANSLATE("HAPPENED_CERTIFICATE_REVOKED")},
+    // TRANSLATORS: {name} is whose certificate it is, {date} its last day.
+    {certificateBad, wxTRANSLATE("HAPPENED_CERTIFICATE_BAD")},
+    {certificateUnknown, wxTRANSLATE("HAPPENED_CERTIFICATE_UNKNOWN")},
+    {noTrustList, wxTRANSLATE("HAPPENED_NO_TRUST_LIST")},
+    {notSecure, wxTRANSLATE("HAPPENED_NOT_SECURE")},
+    {proxyNotFound, wxTRANSLATE("HAPPENED_PROXY_NOT_FOUND")},
+    {proxyUnusable, wxTRANSLATE("HAPPENED_PROXY_UNUSABLE")},
+    {proxyLogin, wxTRANSLATE("HAPPENED_PROXY_LOGIN")},
+    // TRANSLATORS: {status} is a number.
+    {proxyRefuses, wxTRANSLATE("HAPPENED_PROXY_REFUSES")},
+    {proxyCertificate, wxTRANSLATE("HAPPENED_PROXY_CERTIFICATE")},
+    // TRANSLATORS: {status} is a number.
+    {httpError, wxTRANSLATE("HAPPENED_HTTP_ERROR")},
+    {notUnderstood, wxTRANSLATE("HAPPENED_NOT_UNDERSTOOD")},
+};
+
 wxString happened(ConnectionFault fault) {
-    switch (fault) {
-    case nameNotFound:
-        return _("HAPPENED_NAME_NOT_FOUND");
-    case noRoute:
-        return _("HAPPENED_NO_ROUTE");
-    case refused:
-        return _("HAPPENED_REFUSED");
-    case timedOut:
-        return _("HAPPENED_TIMED_OUT");
-    case brokenOff:
-        return _("HAPPENED_BROKEN_OFF");
-    case certificateExpired:
-        // TRANSLATORS: {name} is whose certificate it is, {date} the last day on which it is valid.
-        return _("HAPPENED_CERTIFICATE_EXPIRED");
-    case certificateNotYetValid:
-        // TRANSLATORS: {name} is whose certificate it is, {first} and {date} its first and its last day.
-        return _("HAPPENED_CERTIFICATE_NOT_YET_VALID");
-    case certificateOfAnother:
-        // TRANSLATORS: {name} is whose certificate it is, {date} its last day.
-        return _("HAPPENED_CERTIFICATE_OF_ANOTHER");
-    case certificateOfUnknownIssuer:
-        // TRANSLATORS: {name} is whose certificate it is, {issuer} who has issued it, {date} its last day.
-        return _("HAPPENED_CERTIFICATE_UNKNOWN_ISSUER");
-    case certificateSelfSigned:
-        // TRANSLATORS: {name} is whose certificate it is, {date} its last day.
-        return _("HAPPENED_CERTIFICATE_SELF_SIGNED");
-    case certificateRevoked:
-        // TRANSLATORS: {name} is whose certificate it is, {date} its last day.
-        return _("HAPPENED_CERTIFICATE_REVOKED");
-    case certificateBad:
-        // TRANSLATORS: {name} is whose certificate it is, {date} its last day.
-        return _("HAPPENED_CERTIFICATE_BAD");
-    case certificateUnknown:
-        return _("HAPPENED_CERTIFICATE_UNKNOWN");
-    case noTrustList:
-        return _("HAPPENED_NO_TRUST_LIST");
-    case notSecure:
-        return _("HAPPENED_NOT_SECURE");
-    case proxyNotFound:
-        return _("HAPPENED_PROXY_NOT_FOUND");
-    case proxyUnusable:
-        return _("HAPPENED_PROXY_UNUSABLE");
-    case proxyLogin:
-        return _("HAPPENED_PROXY_LOGIN");
-    case proxyRefuses:
-        // TRANSLATORS: {status} is a number.
-        return _("HAPPENED_PROXY_REFUSES");
-    case proxyCertificate:
-        return _("HAPPENED_PROXY_CERTIFICATE");
-    case httpError:
-        // TRANSLATORS: {status} is a number.
-        return _("HAPPENED_HTTP_ERROR");
-    case notUnderstood:
-        return _("HAPPENED_NOT_UNDERSTOOD");
-    case other:
-        break;
-    }
+    for (Happened const& known : whatHappened)
+        if (known.fault == fault)
+            return wxGetTranslation(known.key);
     return _("HAPPENED_OTHER");
 }
 

@@ -32,6 +32,37 @@ wxString withTime(wxString text, wxDateTime const& time) {
     return text;
 }
 
+struct Text {
+    SessionStage stage;
+    char const* key;
+};
+
+/// All but the two that name the gateway.
+constexpr Text texts[] = {
+    // TRANSLATORS: the program's state: it waits for a link.
+    {SessionStage::idle, wxTRANSLATE("STATUS_IDLE")},
+    // TRANSLATORS: the program's state.
+    {SessionStage::fetching, wxTRANSLATE("STATUS_DOWNLOADING_COMPENENTS")},
+    // TRANSLATORS: the program's state, as long as it works for an application that needs no tunnel.
+    {SessionStage::opening, wxTRANSLATE("STATE_OPENING")},
+    // TRANSLATORS: the program's state: this machine is being checked.
+    {SessionStage::checking, wxTRANSLATE("HOSTCHECKING")},
+    // TRANSLATORS: the program's state. {time} is hours and minutes.
+    {SessionStage::connected, wxTRANSLATE("STATE_CONNECTED")},
+    // TRANSLATORS: the program's state: the tunnel is lost. {time} is hours and minutes.
+    {SessionStage::interrupted, wxTRANSLATE("STATE_INTERRUPTED")},
+    // TRANSLATORS: the program's state: the gateway does not accept who signs in.
+    {SessionStage::refused, wxTRANSLATE("STATE_REFUSED")},
+    // TRANSLATORS: the program's state. {time} is hours and minutes.
+    {SessionStage::ended, wxTRANSLATE("STATE_ENDED")},
+    // TRANSLATORS: the program's state: a dialog tells more.
+    {SessionStage::failed, wxTRANSLATE("STATE_FAILED")},
+    // TRANSLATORS: the program's state, while the session is given its time to end.
+    {SessionStage::leaving, wxTRANSLATE("STATE_LEAVING")},
+    // TRANSLATORS: the program's state: the session did not end in its time.
+    {SessionStage::abandoning, wxTRANSLATE("STATE_ABANDONING")},
+};
+
 wxString asking(wxString const& gateway) {
     if (gateway.empty())
         // TRANSLATORS: the program's state, shown instead of STATE_ASKING when the name is not known.
@@ -146,45 +177,13 @@ SessionMood SessionState::mood() const {
 }
 
 wxString SessionState::text() const {
-    switch (m_stage) {
-    case SessionStage::idle:
-        // TRANSLATORS: the program's state: it waits for a link.
-        return _("STATUS_IDLE");
-    case SessionStage::asking:
+    if (m_stage == SessionStage::asking)
         return asking(m_gateway);
-    case SessionStage::fetching:
-        // TRANSLATORS: the program's state.
-        return _("STATUS_DOWNLOADING_COMPENENTS");
-    case SessionStage::opening:
-        // TRANSLATORS: the program's state, as long as it works for an application that needs no tunnel.
-        return _("STATE_OPENING");
-    case SessionStage::checking:
-        // TRANSLATORS: the program's state: this machine is being checked.
-        return _("HOSTCHECKING");
-    case SessionStage::connecting:
+    if (m_stage == SessionStage::connecting)
         return connecting(m_gateway);
-    case SessionStage::connected:
-        // TRANSLATORS: the program's state. {time} is hours and minutes.
-        return withTime(_("STATE_CONNECTED"), m_since);
-    case SessionStage::interrupted:
-        // TRANSLATORS: the program's state: the tunnel is lost. {time} is hours and minutes.
-        return withTime(_("STATE_INTERRUPTED"), m_since);
-    case SessionStage::refused:
-        // TRANSLATORS: the program's state: the gateway does not accept who signs in.
-        return _("STATE_REFUSED");
-    case SessionStage::ended:
-        // TRANSLATORS: the program's state. {time} is hours and minutes.
-        return withTime(_("STATE_ENDED"), m_since);
-    case SessionStage::failed:
-        // TRANSLATORS: the program's state: a dialog tells more.
-        return _("STATE_FAILED");
-    case SessionStage::leaving:
-        // TRANSLATORS: the program's state, while the session is given its time to end.
-        return _("STATE_LEAVING");
-    case SessionStage::abandoning:
-        // TRANSLATORS: the program's state: the session did not end in its time.
-        return _("STATE_ABANDONING");
-    }
+    for (Text const& known : texts)
+        if (known.stage == m_stage)
+            return withTime(wxGetTranslation(known.key), m_since);
     return wxString();
 }
 
