@@ -91,10 +91,12 @@ extern "C" void onCrash(int signal, siginfo_t* info, void*) {
 }
 
 void onExit() {
-    if (!SessionMark::isEndUnexpected())
-        return;
-    SessionMark::add(SessionMark::Accident::exit);
     ModuleCall::AtWork const work = ModuleCall::current();
+    // A module that ends the process while it is stopped does harm, but nobody's session is cut off.
+    if (SessionMark::isEndUnexpected())
+        SessionMark::add(SessionMark::Accident::exit);
+    else if (!work.here)
+        return;
     String where = work.here ? String(" in ") + work.call : String(" outside the client's calls");
     log(ERROR, "AccidentWatch", "onExit",
         String("The process is made to exit in the middle of a session") +

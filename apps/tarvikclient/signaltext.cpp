@@ -32,10 +32,8 @@ SignalText& SignalText::add(char const* text) noexcept {
 void SignalText::addDigits(unsigned long number, unsigned base, unsigned digits) noexcept {
     char reversed[64];
     unsigned count = 0;
-    while (number != 0 || count < digits) {
-        reversed[count++] = "0123456789abcdef"[number % base];
-        number /= base;
-    }
+    for (unsigned long left = number; left != 0 || count < digits; left /= base)
+        reversed[count++] = "0123456789abcdef"[left % base];
     while (count > 0)
         addCharacter(reversed[--count]);
 }

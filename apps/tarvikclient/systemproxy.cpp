@@ -50,7 +50,7 @@ String SystemProxy::proxyFor(String const& url, std::function<bool()> const& isC
     if (!m_used)
         return String();
     Strings const proxies = native::systemProxies(url, isCancelled, patience);
-    String const proxy = proxies.empty() ? String() : inLibcurlsWords(proxies[0]).owned();
+    String proxy = proxies.empty() ? String() : inLibcurlsWords(proxies[0]).owned();
     log(TRACE, "SystemProxy", "proxyFor",
         url + " -> " + (proxy.empty() ? String("none") : http::loggableUri(proxy)));
     return proxy;

@@ -246,7 +246,8 @@ TEST(String, is_shared_among_threads) {
     std::atomic<int> wrong{0};
     for (char c = 'a'; c < 'e'; ++c)
         threads.emplace_back([&shared, &wrong, c] {
-            std::string const expected = std::string(100, 's') + c;
+            std::string expected(100, 's');
+            expected += c;
             for (int i = 0; i < 20000; ++i) {
                 String mine = shared;
                 String const piece = mine.range(10, 20);

@@ -172,7 +172,9 @@ TEST_F(Desktop, refused_connection_is_retried_and_then_quit) {
     EXPECT_TRUE(ui.awaitShown({"label", withGateway("CONNECTION_ERROR", "127.0.0.1:1")}));
     EXPECT_TRUE(ui.click({button, text("Retry")}));
     ASSERT_TRUE(ui.awaitShown({button, text("Retry")}));
-    EXPECT_TRUE(ui.click({button, text("Quit")}));
+    // Beside the dialog, with the panel as the only place of the menu.
+    EXPECT_TRUE(ui.click({button, text("PANEL_MENU")}));
+    EXPECT_TRUE(ui.click({"menu item", text("&Quit")})) << ui.describe();
     EXPECT_EQ(client.wait(), 0) << client.errors();
     std::string const log = readFile(logPath);
     EXPECT_NE(log.find("TarvikClient.main"), std::string::npos) << log;

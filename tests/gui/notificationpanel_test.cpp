@@ -205,7 +205,7 @@ TEST_F(NotificationPanel, its_menu_is_opened_once_by_each_way_and_escape_puts_th
             << "dead while a dialog is open";
         dialog.EndModal(wxID_CANCEL);
     });
-    wxDialog(nullptr, wxID_ANY, "Settings").ShowModal();
+    wxDialog(panel, wxID_ANY, "Settings").ShowModal(); // as one of a hidden window while the panel is active
     panel->SetFocus();
     user.Char(WXK_ESCAPE);
     EXPECT_TRUE(isHidden());

@@ -55,7 +55,7 @@ TarvikMainFrame::TarvikMainFrame(wxWindow* parent, int id, wxString const& title
     Bind(wxEventTypeTag<wxThreadEvent>(EVT_TYPE_CLIENTNOTIFY), &TarvikClientNotificationPanel::onVpnStatus,
          notificationPanel.get(), CLIENTNOTIFY_VPN_STATUS);
     Bind(EVT_GATEWAY_QUESTION, &TarvikMainFrame::onGatewayQuestion, this);
-    m_nestedLoops.watch([this](bool open) { notificationPanel->stayBehind(open); });
+    m_nestedLoops.watch([this](bool open) { onDialogs(open); });
     m_leaving.tellBy([this](bool overdue) { tell(overdue ? m_state.abandon() : m_state.leave()); });
     showTaskBarIcon();
 }
@@ -104,6 +104,17 @@ bool TarvikMainFrame::startNext(String const& url) {
     return possible;
 }
 
+void TarvikMainFrame::onDialogs(bool open) {
+    notificationPanel->stayBehind(open);
+    // The link's session waits for the failure's dialog, which lies below those that have been closed before
+    // it.
+    if (!m_nextUrl.empty())
+        CallAfter([this] {
+            if (m_failureShown)
+                m_nestedLoops.endTop();
+        });
+}
+
 void TarvikMainFrame::bringBack() {
     notificationPanel->reveal();
     m_nestedLoops.raise();
@@ -112,6 +123,12 @@ void TarvikMainFrame::bringBack() {
 void TarvikMainFrame::tell(bool changed) {
     if (!changed)
         return;
+    m_shown.request();
+    if (m_state.callsForPanel())
+        m_shown.flush();
+}
+
+void TarvikMainFrame::showState() {
     notificationPanel->setState(m_state.text());
     m_statusArea->tell(m_state.mood(), m_state.text());
     if (m_state.callsForPanel())

@@ -7,6 +7,7 @@
 #include "tarvikclient/gui/model/sessionstate.h"
 #include "tarvikclient/gui/nestedloops.h"
 #include "tarvikclient/gui/statusarea.h"
+#include "tarvikclient/gui/throttle.h"
 
 #include <wx/frame.h>
 
@@ -73,7 +74,10 @@ private:
     void showFailure();
     /// Tells the user what has come of an event, if anything has changed.
     void tell(bool changed);
+    /// Shows on the panel and the icon what the session is at.
+    void showState();
     void notifyUser();
+    void onDialogs(bool open);
     void onTunnelStatus(wxThreadEvent& event);
     /// A session begins, with nothing known of it but the gateway.
     void begin(String const& gateway);
@@ -90,6 +94,7 @@ private:
     std::unique_ptr<StatusArea> m_statusArea;
 
     SessionState m_state;
+    Throttle m_shown{[this] { showState(); }};
     bool m_notified = false;
     bool m_failureShown = false;          // the dialog after which the program ends
     String m_nextUrl;                     // to be started instead

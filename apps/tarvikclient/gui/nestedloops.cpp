@@ -37,15 +37,15 @@ int NestedLoops::Enter(wxDialog* dialog) {
         return wxID_CANCEL;
     lockUpDialogsOnly(*dialog);
     m_open.push_back(dialog);
-    if (m_onChange && m_open.size() == 1)
+    if (m_onChange)
         m_onChange(true);
     return wxID_NONE;
 }
 
 void NestedLoops::Exit(wxDialog* dialog) {
     m_open.erase(std::remove(m_open.begin(), m_open.end(), dialog), m_open.end());
-    if (m_onChange && m_open.empty())
-        m_onChange(false);
+    if (m_onChange)
+        m_onChange(!m_open.empty());
 }
 
 } // namespace quillon

@@ -42,7 +42,8 @@ public:
     /// From now on a modal dialog is not shown but returns wxID_CANCEL at once.
     void refuse() { m_refusing = true; }
 
-    /// `onChange` is called whenever the first dialog is about to open (true) or the last one has closed.
+    /// `onChange` is called whenever a dialog is about to open, and when one has closed, with whether any is
+    /// open then.
     void watch(std::function<void(bool open)> onChange) { m_onChange = std::move(onChange); }
     /// Brings the dialogs that are open before the program's other windows.
     void raise() const;

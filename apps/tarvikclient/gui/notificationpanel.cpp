@@ -1,5 +1,6 @@
 #include "tarvikclient/gui/notificationpanel.h"
 
+#include "tarvikclient/gui/model/strangerstext.h"
 #include "tarvikclient/gui/nestedloops.h"
 #include "tarvikclient/gui/platform/desktopnotification.h"
 #include "tarvikclient/gui/platform/toplevel.h"
@@ -31,11 +32,12 @@ constexpr double cornerRadius = 10.0;
 // More comes from nowhere but a module that means no good, and is more than a window system can draw.
 constexpr std::size_t longestText = 1000;
 
-/// In one line.
-wxString flattened(wxString text) {
-    for (char const* const separator : {"\r", "\n", "\t"})
-        text.Replace(separator, " ");
-    return text.Left(longestText);
+/// In one line, without what nobody sees.
+wxString flattened(wxString const& text) {
+    wxString line = strangersLines(text.Left(longestText));
+    for (char const* const separator : {"\n", "\t"})
+        line.Replace(separator, " ");
+    return line;
 }
 
 } // namespace
@@ -73,7 +75,7 @@ void TarvikClientNotificationPanel::onVpnStatus(wxThreadEvent& event) {
     event.Skip();
     if (!m_status.accept(event.GetString()))
         return;
-    showStatus();
+    m_shown.request();
     reveal();
 }
 
@@ -172,7 +174,7 @@ void TarvikClientNotificationPanel::copyAddress() {
     wxClipboardLocker const clipboard;
     if (!clipboard)
         return;
-    wxTheClipboard->SetData(new wxTextDataObject(m_status.address()));
+    wxTheClipboard->SetData(new wxTextDataObject(flattened(m_status.address())));
 }
 
 void TarvikClientNotificationPanel::carryMenu(TarvikSystrayIcon* icon) {

@@ -3,6 +3,7 @@
 
 #include "tarvikclient/gui/guielements.h"
 #include "tarvikclient/gui/model/vpnstatus.h"
+#include "tarvikclient/gui/throttle.h"
 
 #include <wx/timer.h>
 
@@ -59,6 +60,7 @@ private:
     void place();
 
     VpnStatus m_status;
+    Throttle m_shown{[this] { showStatus(); }};
     wxTimer timer;
     TarvikSystrayIcon* m_menuOwner = nullptr;
     bool m_behind = false;

@@ -61,6 +61,7 @@ TEST(SessionState, says_what_is_true_at_each_step) {
          false},
         {{status(STATUS_HOSTCHECKING), status(STATUS_FINISHED)}, Stage::ended, SessionMood::quiet, false},
         {{fetch, progress}, Stage::connecting, SessionMood::busy, false},
+        {{fetch, tunnel(TunnelEvent::unknown)}, Stage::connecting, SessionMood::busy, false},
         {{fetch, progress, up}, Stage::connected, SessionMood::connected, true},
         {{up, progress}, Stage::interrupted, SessionMood::trouble, true},
         {{up, progress, up}, Stage::connected, SessionMood::connected, true},

@@ -136,8 +136,8 @@ bool SessionState::onTunnel(TunnelEvent event) {
         return enter(SessionStage::connected);
     case TunnelEvent::stopped:
         return enter(SessionStage::ended);
-    case TunnelEvent::unknown:
-        break;
+    case TunnelEvent::unknown: // but the module runs
+        return m_stage == SessionStage::fetching && enter(SessionStage::connecting);
     }
     return false;
 }

@@ -24,11 +24,21 @@ bool moveWithMouse(wxTopLevelWindow& window) {
     return true;
 }
 
-// GTK's modal windows lock up those of their group, which is the whole program's unless there is another.
-void lockUpDialogsOnly(wxDialog& dialog) {
+namespace {
+
+void joinDialogs(GtkWidget* widget, gpointer) {
     static GtkWindowGroup* const dialogs = gtk_window_group_new();
-    if (GtkWidget* const widget = dialog.GetHandle(); widget && GTK_IS_WINDOW(widget))
-        gtk_window_group_add_window(dialogs, GTK_WINDOW(widget));
+    gtk_window_group_add_window(dialogs, GTK_WINDOW(widget));
+}
+
+} // namespace
+
+// GTK's modal windows lock up those of their group, which is the whole program's unless there is another. Not
+// before the dialog comes up: it leaves its group when it gets its parent, and wxWidgets gives it that last.
+void lockUpDialogsOnly(wxDialog& dialog) {
+    GtkWidget* const widget = dialog.GetHandle();
+    if (widget && GTK_IS_WINDOW(widget))
+        g_signal_connect(widget, "show", G_CALLBACK(joinDialogs), nullptr);
 }
 
 } // namespace quillon
