@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# soak.sh [--short]: the attacks on the client in their full counts, an hour and more; --short: about a minute of each,
+# soak.sh [--short]: the attacks on the client in their full counts, an hour and more; --short: about half a minute of each,
 # without those that the suite does anyway. Fuzzes every target, lets every system call of a session and of a save fail
 # and be the last one, races the client's interface under ThreadSanitizer, ends sessions at random moments, and attacks
 # the programs with all tables. Prints a table of what was tried and found, for docs/security.md; the rest goes to
@@ -10,7 +10,7 @@ set -euo pipefail
 mode=full
 case ${1:-} in
   "") seconds=600 faults=all rounds=10000 ends=1000 ;;
-  --short) mode=short seconds=15 faults=250 rounds=700 ends=150 ;;
+  --short) mode=short seconds=8 faults=150 rounds=400 ends=80 ;;
   *) echo "usage: soak.sh [--short]" >&2; exit 64 ;;
 esac
 export TARVIK_SEED=${TARVIK_SEED:-$(date +%j%H%M)}
