@@ -7,8 +7,8 @@
 
 namespace quillon {
 
-/// Does something at once, and again at the most twenty times a second however often it is asked for: a module may say
-/// more in a second than can be drawn. Interface thread only.
+/// Does something at once, and again at the most twenty times a second however often it is asked for: a
+/// module may say more in a second than can be drawn. Interface thread only.
 class Throttle final : private wxTimer {
 public:
     explicit Throttle(std::function<void()> act) : m_act(std::move(act)) {}
