@@ -2,6 +2,7 @@
 
 #include "base/deadline.h"
 #include "base/log.h"
+#include "tarvikclient/gobjectpointer_linux.h"
 
 #include <gio/gio.h>
 
@@ -14,10 +15,7 @@ namespace quillon::native {
 
 namespace {
 
-struct Unref {
-    void operator()(gpointer object) const { g_object_unref(object); }
-};
-using Cancellable = std::unique_ptr<GCancellable, Unref>;
+using Cancellable = GObjectPointer<GCancellable>;
 
 void logError(String const& text) {
     log(ERROR, "SystemProxy", "systemProxies", text);

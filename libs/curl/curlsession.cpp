@@ -106,8 +106,7 @@ void CurlSession::chooseProxy(CurlEasyWrapper& handle, String const& url) {
     if (environmentNamesProxy(uri.getScheme()))
         return;
     // Whoever is asked needs to know no more: the rest is secret, and may go to a script from the network.
-    String const authority = uri.getAuthority();
-    String const host = authority.find('@') == String::npos ? authority : authority.right('@');
+    String const host = uri.getAuthority().rright('@');
     String const tunnel =
         m_proxySource->proxyFor(uri.getScheme() + "://" + host + "/", [this] { return isCancelled(); });
     if (!tunnel.empty() && !tunnel.starts("direct:"))

@@ -71,7 +71,7 @@ alone 'openssl/' libs/openssl
 alone 'json/' libs/json
 alone 'archive' libs/zlib
 alone '(wx|gtk|gdk|glib)[/.-]' apps/tarvikclient/gui
-alone 'gio[/.-]' 'apps/tarvikclient/(gui|systemproxy_linux)'
+alone 'gio[/.-]' 'apps/tarvikclient/(gui|gobjectpointer_linux|systemproxy_linux)'
 
 # only FOLDER REGEX WHAT: every include under FOLDER, as <x> or "x", matches.
 only() {

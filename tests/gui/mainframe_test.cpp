@@ -359,7 +359,6 @@ TEST_F(MainFrame, the_panel_keeps_the_menu_where_there_is_no_other_place_for_it)
     EXPECT_TRUE(panel()->IsShown());
 }
 
-// The first is cut off by the user, the second fails, and the third is heard of at once.
 TEST_F(MainFrame, the_next_link_starts_a_session_once_none_can_be_retried) {
     bool closed = false;
     whenModal([&](wxDialog& dialog) {

@@ -136,6 +136,14 @@ TEST_F(NotificationPanel, copies_the_address_of_a_tunnel_that_stands) {
     EXPECT_FALSE(panel->copyButton().IsShown());
 }
 
+TEST_F(NotificationPanel, shows_the_last_of_many_lines_and_not_each) {
+    wxString const hidden = wxString::FromUTF8("\xe2\x80\xae"); // turns the direction of writing
+    for (int i = 0; i <= 5000; ++i)
+        panel->say("connected ip=" + wxString::Format("%d", i) + hidden);
+    EXPECT_NE(panel->text(), "VPN_GIVENIP 5000") << "each was drawn";
+    EXPECT_TRUE(eventually([&] { return panel->text() == "VPN_GIVENIP 5000"; }, 1));
+}
+
 TEST_F(NotificationPanel, comes_up_behind_no_dialog_but_after_it) {
     panel->stayBehind(true);
     panel->say("init");

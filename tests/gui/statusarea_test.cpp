@@ -29,6 +29,7 @@ constexpr char notificationInterface[] = R"(<node><interface name="org.freedeskt
     <arg type="s" direction="in"/><arg type="s" direction="in"/><arg type="as" direction="in"/>
     <arg type="a{sv}" direction="in"/><arg type="i" direction="in"/><arg type="u" direction="out"/>
   </method>
+  <method name="CloseNotification"><arg type="u" direction="in"/></method>
 </interface></node>)";
 
 class StatusAreaTest : public testing::Test {
@@ -201,9 +202,14 @@ TEST_F(StatusDesktop, a_bus_that_hangs_holds_nothing_up) {
 
 TEST_F(StatusDesktop, a_notification_replaces_the_last_and_is_no_markup) {
     std::vector<std::pair<unsigned, std::string>> messages; // each replaces one, or 0
+    unsigned closed = 0;
     test::Service const service("org.freedesktop.Notifications", "/org/freedesktop/Notifications",
                                 notificationInterface, [&](char const*, GVariant* parameters) {
                                     unsigned replaced = 0;
+                                    if (g_variant_n_children(parameters) == 1) { // CloseNotification
+                                        g_variant_get(parameters, "(u)", &closed);
+                                        return static_cast<GVariant*>(nullptr);
+                                    }
                                     char const* text = nullptr;
                                     g_variant_get_child(parameters, 1, "u", &replaced);
                                     g_variant_get_child(parameters, 4, "&s", &text);
@@ -218,6 +224,8 @@ TEST_F(StatusDesktop, a_notification_replaces_the_last_and_is_no_markup) {
     ASSERT_TRUE(eventually([&] { return messages.size() == 2; }));
     EXPECT_EQ(messages[0].second, "&lt;b&gt;10.0.0.1&lt;/b&gt; &amp; more");
     EXPECT_EQ(messages[1], std::pair(7u, std::string("stopped")));
+    withdrawDesktopNotification();
+    EXPECT_TRUE(eventually([&] { return closed == 7; }, 2));
 }
 
 // The last of them: there is no second bus in a process.

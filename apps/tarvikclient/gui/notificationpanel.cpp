@@ -207,7 +207,11 @@ void TarvikClientNotificationPanel::setText(wxStaticText& label, wxString const&
     label.SetLabelText(text);
     int const width = std::max(label.GetTextExtent(text).x + label.GetCharWidth(), label.GetMinSize().x);
     label.SetMinSize(wxSize(width, -1));
-    if (label.GetTextExtent(text).x > wxGetClientDisplayRect().width / 2)
+}
+
+void TarvikClientNotificationPanel::explain(wxStaticText& label) {
+    wxString const text = label.GetLabelText();
+    if (label.GetTextExtent(text).x > label.GetSize().x)
         label.SetToolTip(text);
     else
         label.UnsetToolTip();
@@ -221,6 +225,8 @@ void TarvikClientNotificationPanel::layOut() {
     if (GetClientSize() != wanted)
         SetClientSize(wanted);
     Layout();
+    explain(*stateLabel);
+    explain(*statusLabel);
     place();
 }
 

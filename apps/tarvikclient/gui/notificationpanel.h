@@ -55,6 +55,8 @@ private:
 
     void showStatus();
     void setText(wxStaticText& label, wxString const& text);
+    /// A label that the screen cuts off has its text in full behind it.
+    void explain(wxStaticText& label);
     void layOut();
     /// Puts the panel into its corner, or back onto the screen, with its shape.
     void place();

@@ -1,6 +1,7 @@
 #include "tarvikclient/gui/platform/desktopnotification.h"
 
 #include "base/log.h"
+#include "tarvikclient/gobjectpointer_linux.h"
 
 #include <gio/gio.h>
 
@@ -11,11 +12,6 @@
 namespace quillon {
 
 namespace {
-
-template <class T>
-struct Unref {
-    void operator()(T* object) const { g_object_unref(object); }
-};
 
 struct FreeError {
     void operator()(GError* error) const { g_error_free(error); }
@@ -112,7 +108,7 @@ private:
     static constexpr char service[] = "org.freedesktop.Notifications"; // and its interface
     static constexpr char path[] = "/org/freedesktop/Notifications";
 
-    std::unique_ptr<GDBusConnection, Unref<GDBusConnection>> m_bus;
+    GObjectPointer<GDBusConnection> m_bus;
     /// Only the newest message waits while one is on its way: its number is needed to replace it.
     std::optional<Message> m_next;
     bool m_busy = false;

@@ -1,5 +1,7 @@
 #include "tarvikclient/gui/platform/menuonbus_linux.h"
 
+#include "tarvikclient/gobjectpointer_linux.h"
+
 #include <libdbusmenu-glib/client.h>
 #include <libdbusmenu-glib/menuitem.h>
 #include <libdbusmenu-glib/server.h>
@@ -52,10 +54,6 @@ DbusmenuMenuitem* newEntry(wxMenuItem const& entry, wxEvtHandler& target) {
     return item;
 }
 
-struct Unref {
-    void operator()(gpointer object) const { g_object_unref(object); }
-};
-
 } // namespace
 
 class MenuOnBus::Native {
@@ -63,15 +61,15 @@ public:
     Native(std::string const& path, wxMenu const& menu, wxEvtHandler& target)
         : m_server(dbusmenu_server_new(path.c_str())), m_root(dbusmenu_menuitem_new()) {
         for (wxMenuItem const* const entry : menu.GetMenuItems()) {
-            std::unique_ptr<DbusmenuMenuitem, Unref> const item(newEntry(*entry, target));
+            GObjectPointer<DbusmenuMenuitem> const item(newEntry(*entry, target));
             dbusmenu_menuitem_child_append(m_root.get(), item.get());
         }
         dbusmenu_server_set_root(m_server.get(), m_root.get());
     }
 
 private:
-    std::unique_ptr<DbusmenuServer, Unref> m_server;
-    std::unique_ptr<DbusmenuMenuitem, Unref> m_root;
+    GObjectPointer<DbusmenuServer> m_server;
+    GObjectPointer<DbusmenuMenuitem> m_root;
 };
 
 MenuOnBus::MenuOnBus(std::string const& path, wxMenu const& menu, wxEvtHandler& target)

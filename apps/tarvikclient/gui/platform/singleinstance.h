@@ -37,7 +37,8 @@ public:
     /// on its own: the role is `first`, and no URLs come. Waits at most `patience` for another process. To be
     /// called once. Needs no toolkit and no display.
     Role claim(String const& url, std::chrono::milliseconds patience = defaultPatience);
-    /// From now on calls `onUrl` with each URL that another process hands over; an empty function ends that
+    /// From now on calls `onUrl` with each URL that another process hands over, an empty one when it was
+    /// started without; an empty function ends that
     /// and keeps the place. Needs the toolkit's event loop, and must have been ended before that goes.
     void listen(UrlHandler onUrl);
     /// One round of what listen() does, for a program without that loop: calls `onUrl` with the URLs that

@@ -1,6 +1,7 @@
 #include "tarvikclient/gui/platform/statusitem.h"
 
 #include "base/log.h"
+#include "tarvikclient/gobjectpointer_linux.h"
 #include "tarvikclient/gui/platform/menuonbus_linux.h"
 
 #include <gio/gio.h>
@@ -9,6 +10,7 @@
 #include <wx/stdpaths.h>
 
 #include <string_view>
+#include <utility>
 
 namespace quillon {
 
@@ -52,10 +54,6 @@ wxString iconThemePath() {
     path.AppendDir("icons");
     return path.GetPath();
 }
-
-struct Unref {
-    void operator()(gpointer object) const { g_object_unref(object); }
-};
 
 } // namespace
 
@@ -169,8 +167,8 @@ private:
     wxString const m_iconThemePath;
     bool m_hidden = false;
     MenuOnBus m_menu;
-    std::unique_ptr<GCancellable, Unref> m_cancellable{g_cancellable_new()};
-    std::unique_ptr<GDBusConnection, Unref> m_bus;
+    GObjectPointer<GCancellable> m_cancellable{g_cancellable_new()};
+    GObjectPointer<GDBusConnection> m_bus;
     guint m_registration = 0;
 };
 
